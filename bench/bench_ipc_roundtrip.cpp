@@ -1,0 +1,152 @@
+// Prints the cost of one awaited request against the fake runtime server over loopback,
+// beside a bare blocking-socket ping-pong with the same server, and the time to receive and
+// parse an 8 MiB reply.
+#include "FakeRuntimeServer.h"
+#include "ipc/RequestText.h"
+#include "ipc/RuntimeLink.h"
+#include "wire/Frame.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <chrono>
+#include <cstdio>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
+#include <vector>
+
+using namespace pomvar;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+double microsSince(Clock::time_point start)
+{
+    return std::chrono::duration<double, std::micro>(Clock::now() - start).count();
+}
+
+bool readExactly(int fd, char* into, std::size_t size)
+{
+    while (size > 0) {
+        const ssize_t n = ::recv(fd, into, size, 0);
+        if (n <= 0)
+            return false;
+        into += n;
+        size -= static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+std::vector<double> bareRoundTrips(std::uint16_t port, int count)
+{
+    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    ::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    const int on = 1;
+    ::setsockopt(fd, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    const std::string frame = *wire::encodeRequestFrame(request::plain(request::getAppStatus));
+    std::vector<double> times;
+    std::string reply;
+    for (int i = 0; i < count; ++i) {
+        const auto start = Clock::now();
+        ::send(fd, frame.data(), frame.size(), 0);
+        char prefix[4];
+        readExactly(fd, prefix, 4);
+        reply.resize(wire::decodeLength(std::string_view(prefix, 4), 4));
+        readExactly(fd, reply.data(), reply.size());
+        times.push_back(microsSince(start));
+    }
+    ::close(fd);
+    return times;
+}
+
+std::string appListOfSize(std::size_t bytes)
+{
+    nlohmann::json apps = nlohmann::json::array();
+    std::size_t size = 2;
+    for (int i = 0; size < bytes; ++i) {
+        nlohmann::json app = {
+            { "appkey", "org.example.Application" + std::to_string(i) + ".desktop" },
+            { "name", "Example Application " + std::to_string(i) },
+            { "bundleid", "org.example.Application" + std::to_string(i) },
+            { "iconpath", "/home/user/.cache/pomvar/icons/24/app" + std::to_string(i) + ".png" },
+            { "iconpath2x", "/home/user/.cache/pomvar/icons/48/app" + std::to_string(i) + ".png" },
+            { "pinned", i % 7 == 0 }
+        };
+        size += app.dump().size() + 1;
+        apps.push_back(std::move(app));
+    }
+    return apps.dump();
+}
+
+} // namespace
+
+int main()
+{
+    constexpr int kRounds = 3000;
+    test::FakeRuntimeServer server;
+    server.listen();
+
+    // Warm up both paths, then interleave the measurements so that both see the same machine.
+    std::vector<double> linkTimes;
+    std::vector<double> bareTimes;
+    {
+        RuntimeLink link(PomvarRT{ "localhost", server.port() });
+        const std::string text = request::plain(request::getAppStatus);
+        for (int i = 0; i < 200; ++i)
+            link.sendMessageAndAwaitResponseData(text);
+        bareRoundTrips(server.port(), 200);
+        for (int batch = 0; batch < 10; ++batch) {
+            for (int i = 0; i < kRounds / 10; ++i) {
+                const auto start = Clock::now();
+                link.sendMessageAndAwaitResponseData(text);
+                linkTimes.push_back(microsSince(start));
+            }
+            const auto bare = bareRoundTrips(server.port(), kRounds / 10);
+            bareTimes.insert(bareTimes.end(), bare.begin(), bare.end());
+        }
+    }
+    const double link = median(linkTimes);
+    const double bare = median(bareTimes);
+    std::printf("awaited request round trip (median of %d): %.1f us\n", kRounds, link);
+    std::printf("bare blocking-socket ping-pong (median of %d): %.1f us\n", kRounds, bare);
+    std::printf("ratio: %.2fx (target: within 2x)\n", link / bare);
+
+    RuntimeLink bigLink(PomvarRT{ "localhost", server.port() });
+    const auto measureBigReply = [&](const char* shape, const std::string& body) {
+        server.setDefaultReply("get-allapps-menu-data", test::FakeRuntimeServer::Reply::text(body));
+        const std::string allApps = request::plain(request::getAllAppsMenuData);
+        std::vector<double> receiveTimes;
+        std::vector<double> parseTimes;
+        for (int i = 0; i < 9; ++i) {
+            const auto start = Clock::now();
+            const auto data = bigLink.sendMessageAndAwaitResponseData(allApps);
+            receiveTimes.push_back(microsSince(start) / 1000.0);
+            const auto parseStart = Clock::now();
+            const auto value = nlohmann::json::parse(*data);
+            parseTimes.push_back(microsSince(parseStart) / 1000.0);
+        }
+        const double receive = median(receiveTimes);
+        const double parse = median(parseTimes);
+        std::printf("8 MiB reply of %s (%zu bytes), median of 9: receive %.1f ms + parse %.1f ms = "
+                    "%.1f ms (target: under 40 ms)\n",
+                    shape,
+                    body.size(),
+                    receive,
+                    parse,
+                    receive + parse);
+    };
+    measureBigReply("32,000 app objects", appListOfSize(8 * 1024 * 1024));
+    measureBigReply("one long string", "[\"" + std::string(8 * 1024 * 1024 - 4, 'z') + "\"]");
+    return 0;
+}

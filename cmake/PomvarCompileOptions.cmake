@@ -1,0 +1,15 @@
+# Warnings as errors everywhere; sanitizers on request (the test build turns them on).
+add_library(pomvar_build_options INTERFACE)
+target_compile_options(pomvar_build_options INTERFACE
+    -Wall -Wextra -Werror -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
+target_compile_definitions(pomvar_build_options INTERFACE
+    QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER
+    POMVAR_VERSION="${PROJECT_VERSION}")
+if(POMVAR_DIAGNOSTIC)
+    target_compile_definitions(pomvar_build_options INTERFACE POMVAR_DIAGNOSTIC=1)
+endif()
+if(POMVAR_SANITIZE)
+    target_compile_options(pomvar_build_options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    target_link_options(pomvar_build_options INTERFACE -fsanitize=address,undefined)
+endif()

@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# Installs every Debian package Pomvar needs to build, run and test. Idempotent: apt is only
+# touched when something is missing.
+set -euo pipefail
+
+packages=(
+    # build
+    cmake ninja-build g++ pkg-config clang-format
+    qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6 libgl-dev
+    nlohmann-json3-dev libglib2.0-dev
+    # run
+    lsof fonts-urw-base35 fonts-liberation2 adwaita-icon-theme hicolor-icon-theme
+    # tests, screenshots and the libFuzzer target
+    xvfb xauth trayer xdotool x11-utils imagemagick dbus dbus-x11 clang libclang-rt-14-dev
+    util-linux procps
+)
+
+missing=()
+for package in "${packages[@]}"; do
+    if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
+        missing+=("$package")
+    fi
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+    echo "setup: all ${#packages[@]} packages are installed"
+    exit 0
+fi
+
+sudo=()
+if [ "$(id -u)" -ne 0 ]; then
+    sudo=(sudo)
+fi
+echo "setup: installing ${missing[*]}"
+"${sudo[@]}" apt-get update -qq
+DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"

@@ -1,0 +1,69 @@
+#include "ipc/RequestText.h"
+
+namespace pomvar::request {
+
+namespace {
+
+std::string withAppKey(std::string_view id, std::string_view appKey)
+{
+    std::string text = "{\n    \"id\": \"";
+    text.append(id).append("\",\n    \"appkey\": \"").append(appKey).append("\"\n}");
+    return text;
+}
+
+} // namespace
+
+std::string plain(std::string_view id)
+{
+    std::string text = "{\n    \"id\": \"";
+    text.append(id).append("\"\n}");
+    return text;
+}
+
+std::string launch(std::string_view appKey)
+{
+    return withAppKey("launch", appKey);
+}
+
+std::string getInfoApp(std::string_view appKey)
+{
+    return withAppKey("get-info-app", appKey);
+}
+
+std::string togglePinApp(std::string_view appKey)
+{
+    return withAppKey("toggle-pin-app", appKey);
+}
+
+std::string createNewAppcatCxtmnu(std::string_view appKey)
+{
+    return withAppKey("create-new-appcat-cxtmnu", appKey);
+}
+
+std::string getInfoAppcat(std::string_view appCategory)
+{
+    std::string text = "{\n    \"id\": \"get-info-appcat\",\n    \"appcat\": \"";
+    text.append(appCategory).append("\"\n}");
+    return text;
+}
+
+std::string toggleSetAppcat(std::string_view appKey, std::string_view appCategory)
+{
+    std::string text = "{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"";
+    text.append(appKey).append("\",\n    \"appcat\": \"").append(appCategory).append("\"\n }   ");
+    return text;
+}
+
+std::string organizer(OrganizerDlgMode pane, std::string_view itemKey)
+{
+    std::string text = "{\n    \"id\": \"organizer\",\n    \"pane\": ";
+    text.append(std::to_string(static_cast<int>(pane))).append(",\n    \"itemkey\": ");
+    if (itemKey.empty())
+        text.append("null");
+    else
+        text.append("\"").append(itemKey).append("\"");
+    text.append("\n}");
+    return text;
+}
+
+} // namespace pomvar::request

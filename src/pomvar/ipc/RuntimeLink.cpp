@@ -1,0 +1,163 @@
+#include "ipc/RuntimeLink.h"
+
+#include "ipc/Output.h"
+#include "ipc/RequestText.h"
+#include "ipc/RuntimeConnection.h"
+#include "wire/Frame.h"
+#include "wire/Utf8.h"
+
+#include <semaphore>
+#include <unistd.h>
+
+namespace pomvar {
+
+namespace {
+
+// One awaited exchange: the queue fills `reply` and releases `done`; the caller waits.
+struct Exchange
+{
+    std::counting_semaphore<> done{ 0 };
+    std::string reply;
+};
+
+} // namespace
+
+RuntimeLink::RuntimeLink(PomvarRT srv)
+    : m_srv(std::move(srv))
+{
+    if (m_srv.port < 0 || m_srv.port > 65535)
+        fatalStop(concat("Pomvar: PomvarViewModel: invalid port ", m_srv.port));
+    m_connection = std::make_unique<RuntimeConnection>(
+        m_srv.address, static_cast<std::uint16_t>(m_srv.port), "Pomvar IPC Queue");
+    m_connection->setStateHandler([](RuntimeConnection::State state, std::error_code error) {
+        using State = RuntimeConnection::State;
+        switch (state) {
+            case State::waiting:
+                if (error == std::errc::connection_refused) {
+                    printLine(concat("Pomvar: PomvarViewModel: Error: ", error.message()));
+                    ::_exit(1);
+                }
+                fatalStop(concat("Pomvar: PomvarViewModel: Error: ", error.message()));
+            case State::failed:
+                trace("PomvarViewModel: Failed to start IPC: ", error.message());
+                break;
+            case State::ready:
+                trace("PomvarViewModel: IPC ready");
+                break;
+            default:
+                break;
+        }
+    });
+    trace("PomvarViewModel: Starting IPC...");
+    m_connection->start();
+}
+
+RuntimeLink::~RuntimeLink() = default;
+
+void RuntimeLink::sendMessage(std::string_view message)
+{
+    auto prefix = wire::requestPrefix(message.size());
+    if (!prefix)
+        fatalStop(concat("PomvarViewModel.sendMessage(): a request of ",
+                         message.size(),
+                         " bytes does not fit a frame"));
+    trace("PomvarViewModel.sendMessage(): Sending ", message.size(), " bytes");
+    std::vector<RuntimeConnection::Chunk> batch;
+    batch.push_back({ std::move(*prefix), [](std::error_code error) {
+                         if (error)
+                             printLine(concat("Pomvar: PomvarViewModel.sendMessage(): Error "
+                                              "sending message size: ",
+                                              error.message()));
+                     } });
+    batch.push_back({ std::string(message), [](std::error_code error) {
+                         if (error)
+                             printLine(concat("Pomvar: PomvarViewModel.sendMessage(): Error "
+                                              "sending message body: ",
+                                              error.message()));
+                     } });
+    m_connection->send(std::move(batch));
+}
+
+std::optional<std::string> RuntimeLink::sendMessageAndAwaitResponseData(std::string_view message)
+{
+    sendMessage(message);
+    auto exchange = std::make_shared<Exchange>();
+    RuntimeConnection* connection = m_connection.get();
+    connection->receive(
+        wire::kReplyPrefixSize,
+        [exchange, connection](std::optional<std::string> prefix, std::error_code error) {
+            if (error) {
+                printLine(concat("Pomvar: PomvarViewModel.sendMessageAndAwaitResponseData(): Error "
+                                 "receiving response: ",
+                                 error.message()));
+                exchange->done.release();
+                return;
+            }
+            if (!prefix || prefix->empty()) {
+                exchange->done.release();
+                return;
+            }
+            const std::uint32_t length = wire::decodeLength(*prefix, wire::kReplyPrefixSize);
+            if (length == 0)
+                return; // the caller stays blocked: a server must never send an empty reply
+            connection->receive(length,
+                                [exchange](std::optional<std::string> body, std::error_code) {
+                                    if (!body || body->empty())
+                                        return;
+                                    if (wire::isValidUtf8(*body))
+                                        exchange->reply = std::move(*body);
+                                    exchange->done.release();
+                                });
+        });
+    exchange->done.acquire();
+    trace("PomvarViewModel.sendMessageAndAwaitResponseData(): Response received: ",
+          wire::utf8Length(exchange->reply),
+          " bytes");
+    if (exchange->reply.empty()) {
+        trace("No data received");
+        return std::nullopt;
+    }
+    return std::move(exchange->reply);
+}
+
+std::optional<nlohmann::json> RuntimeLink::sendMessageAndAwaitResponse(std::string_view message)
+{
+    const auto data = sendMessageAndAwaitResponseData(message);
+    if (!data)
+        return std::nullopt;
+    try {
+        return nlohmann::json::parse(*data);
+    } catch (const nlohmann::json::parse_error& error) {
+        trace(
+            "⚠️ PomvarViewModel.sendMessageAndAwaitResponse(): Error decoding JSON response: ",
+            error.what());
+        return std::nullopt;
+    }
+}
+
+std::string RuntimeLink::awaitRecord(std::string_view operation, std::string_view id)
+{
+    trace("PomvarViewModel.", operation, "(): Sending message '", id, "'");
+    auto reply = sendMessageAndAwaitResponseData(request::plain(id));
+    if (!reply)
+        fatalStop(concat("PomvarViewModel.", operation, "(): no reply to '", id, "'"));
+    return std::move(*reply);
+}
+
+AppStatus RuntimeLink::getAppStatus()
+{
+    return AppStatus::decode(awaitRecord("getAppStatus", request::getAppStatus));
+}
+
+UserPrefs RuntimeLink::getUserPrefs()
+{
+    return UserPrefs::decode(awaitRecord("getUserPrefs", request::getUserPrefs));
+}
+
+MenuDataStatus RuntimeLink::getMenuDataModifiedStatus()
+{
+    return MenuDataStatus::decode(
+        awaitRecord("getMenuDataModifiedStatus", request::getMenuDataModifiedStatus));
+}
+
+} // namespace pomvar

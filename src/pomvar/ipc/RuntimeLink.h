@@ -1,0 +1,56 @@
+#pragma once
+
+#include "ipc/AppStatus.h"
+#include "ipc/MenuDataStatus.h"
+#include "ipc/PomvarRT.h"
+#include "ipc/UserPrefs.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace pomvar {
+
+class RuntimeConnection;
+
+// The view model's one connection to the runtime server: framed requests out, framed replies
+// in, matched by order alone. Awaited requests block the calling (main) thread until the
+// reply has been read on the connection's queue.
+class RuntimeLink
+{
+public:
+    static constexpr std::int64_t kMaxRespMsgLen = 8388608;
+
+    // Opens the connection at once; sends made before it is up are written once it is.
+    explicit RuntimeLink(PomvarRT srv = {});
+    ~RuntimeLink();
+
+    const PomvarRT& srv() const { return m_srv; }
+    // The intended ceiling of a reply; the receive path does not consult it.
+    std::int64_t maxRespMsgLen() const { return m_maxRespMsgLen; }
+
+    // Writes one request frame and returns without waiting.
+    void sendMessage(std::string_view message);
+    // Writes one request frame and blocks until one reply frame has been read.
+    std::optional<std::string> sendMessageAndAwaitResponseData(std::string_view message);
+    // The reply parsed into a JSON value; nothing when absent or not JSON.
+    std::optional<nlohmann::json> sendMessageAndAwaitResponse(std::string_view message);
+
+    // Strictly decoded records; a missing or malformed reply stops the process.
+    AppStatus getAppStatus();
+    UserPrefs getUserPrefs();
+    MenuDataStatus getMenuDataModifiedStatus();
+
+private:
+    std::string awaitRecord(std::string_view operation, std::string_view id);
+
+    PomvarRT m_srv;
+    std::int64_t m_maxRespMsgLen = kMaxRespMsgLen;
+    std::unique_ptr<RuntimeConnection> m_connection;
+};
+
+} // namespace pomvar

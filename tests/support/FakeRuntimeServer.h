@@ -1,0 +1,105 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+namespace pomvar::test {
+
+// A scriptable stand-in for the runtime server over real TCP and the real framing. It records
+// the exact bytes of every request and answers the requests that expect a reply with scripted
+// replies: a body (in one write or many small ones), nothing, a zero-length frame, or a closed
+// connection. Replies queued for an id are used once, in order, before the id's default.
+class FakeRuntimeServer
+{
+public:
+    struct Reply
+    {
+        enum class Kind
+        {
+            body,
+            none,
+            emptyFrame,
+            closeConnection,
+        };
+        Kind kind = Kind::body;
+        std::string body;
+        std::size_t chunkSize = 0; // 0: the frame goes out in one write
+
+        static Reply json(const nlohmann::json& value) { return { Kind::body, value.dump(), 0 }; }
+        static Reply text(std::string body) { return { Kind::body, std::move(body), 0 }; }
+        static Reply noReply() { return { Kind::none, {}, 0 }; }
+        static Reply empty() { return { Kind::emptyFrame, {}, 0 }; }
+        static Reply close() { return { Kind::closeConnection, {}, 0 }; }
+        Reply split(std::size_t chunk) const { return { kind, body, chunk }; }
+        // {"json": value} | {"text": "..."} | {"kind": "none"|"empty"|"close"}, with "chunk".
+        static Reply fromScript(const nlohmann::json& script);
+    };
+
+    // Port 0 picks a free port when listening starts.
+    explicit FakeRuntimeServer(std::uint16_t port = 0);
+    ~FakeRuntimeServer();
+    FakeRuntimeServer(const FakeRuntimeServer&) = delete;
+    FakeRuntimeServer& operator=(const FakeRuntimeServer&) = delete;
+
+    // Starts listening on the loopback address and serving; false when the port is taken.
+    bool listen();
+    // Listens with a full accept queue: clients stay in the middle of connecting (their SYN is
+    // dropped and retried) until release() starts serving, about a second later for them.
+    bool listenHoldingConnections();
+    void release();
+    std::uint16_t port() const { return m_port; }
+
+    void setDefaultReply(const std::string& id, Reply reply);
+    // A queued reply is sent even for a request that expects none (to test a misbehaving server).
+    void queueReply(const std::string& id, Reply reply);
+
+    std::vector<std::string> requests() const;
+    std::vector<std::string> requestIds() const;
+    void clearRequests();
+    // Waits until at least `count` requests arrived since the last clear.
+    bool waitForRequests(std::size_t count, int timeoutMs = 5000) const;
+    std::size_t connectionCount() const;
+    // Called on the serving thread after each request is recorded.
+    void setRequestObserver(std::function<void(const std::string& body)> observer);
+
+    static bool expectsReply(std::string_view id);
+    // The "id" of a request text, read without a JSON parser: values are pasted unescaped.
+    static std::string requestId(std::string_view body);
+    // Built-in replies that let a front end run: ready, default preferences, no changes, no apps.
+    static std::map<std::string, Reply> standardReplies();
+
+private:
+    bool bindAndListen(int backlog);
+    void serve();
+    void handle(int client, const std::string& body, bool& closeClient);
+    Reply takeReply(const std::string& id);
+    bool hasQueuedReply(const std::string& id) const;
+    void wake();
+
+    std::uint16_t m_port;
+    int m_listenFd = -1;
+    int m_placeholderFd = -1;
+    int m_wakeFd = -1;
+    bool m_stopping = false;
+    std::thread m_thread;
+
+    mutable std::mutex m_mutex;
+    mutable std::condition_variable m_requestArrived;
+    std::map<std::string, Reply> m_defaults;
+    std::map<std::string, std::deque<Reply>> m_queued;
+    std::vector<std::string> m_requests;
+    std::size_t m_connections = 0;
+    std::function<void(const std::string&)> m_observer;
+};
+
+} // namespace pomvar::test

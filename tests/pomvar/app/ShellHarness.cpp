@@ -72,6 +72,8 @@ QProcessEnvironment ShellHarness::environment() const
     env.insert("POMVAR_FAKE_DIR", fakeDir());
     env.insert("POMVAR_FAKE_LIFETIME", "60");
     env.remove("NO_COLOR");
+    if (m_toolsOnPath)
+        env.insert("PATH", m_dir.filePath("tools") + ":" + env.value("PATH"));
     return env;
 }
 
@@ -129,6 +131,17 @@ void ShellHarness::writeFakeScript(const QByteArray& json) const
     QFile file(fakeDir() + "/script.json");
     if (file.open(QIODevice::WriteOnly))
         file.write(json);
+}
+
+bool ShellHarness::addToolOnPath(const QString& name, const QByteArray& body)
+{
+    QDir(m_dir.path()).mkpath("tools");
+    QFile tool(m_dir.filePath("tools/" + name));
+    if (!tool.open(QIODevice::WriteOnly) || tool.write("#!/bin/sh\n" + body) < 0)
+        return false;
+    tool.close();
+    m_toolsOnPath = true;
+    return tool.setPermissions(tool.permissions() | QFile::ExeOwner);
 }
 
 int ShellHarness::killFakeServers() const

@@ -48,6 +48,8 @@ public:
     // What the fake server was started with, or nothing when it was not started.
     std::optional<QJsonArray> fakeArguments() const;
     void writeFakeScript(const QByteArray& json) const;
+    // Puts a program `name` with the shell script `body` first on pomvar's PATH.
+    bool addToolOnPath(const QString& name, const QByteArray& body);
     // Kills the fake servers started from this layout; returns how many there were.
     int killFakeServers() const;
 
@@ -56,6 +58,7 @@ private:
 
     QTemporaryDir m_dir;
     bool m_ready = false;
+    bool m_toolsOnPath = false;
 };
 
 } // namespace pomvar::test

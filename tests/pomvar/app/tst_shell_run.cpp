@@ -144,6 +144,24 @@ private Q_SLOTS:
         stop(*pomvar, SIGTERM);
         QCOMPARE(pomvar->exitCode(), 1);
     }
+
+    void aProbeThatCannotBeReadEndsTheStartWithStatusOne()
+    {
+        ShellHarness shell;
+        QVERIFY(shell.isValid());
+        // Once the port is really in use, the probe's output is not UTF-8.
+        QVERIFY(shell.addToolOnPath("lsof", "/usr/bin/lsof \"$@\" >/dev/null && printf '\\377'\n"));
+
+        const auto outcome = shell.run({ "--refresh" });
+
+        QVERIFY(outcome.finished);
+        QCOMPARE(outcome.exitStatus, QProcess::NormalExit);
+        QCOMPARE(outcome.exitCode, 1);
+        QCOMPARE(outcome.out, QByteArray());
+        QCOMPARE(outcome.err, QByteArray()); // the sanitizers also end with status 1
+        QVERIFY(!QFile::exists(shell.pidFilePath()));
+        QCOMPARE(shell.fakeArguments()->toVariantList(), QVariantList{ "--refresh" });
+    }
 };
 
 QTEST_GUILESS_MAIN(TestShellRun)

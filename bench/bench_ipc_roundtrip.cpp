@@ -127,24 +127,27 @@ int main()
         server.setDefaultReply("get-allapps-menu-data", test::FakeRuntimeServer::Reply::text(body));
         const std::string allApps = request::plain(request::getAllAppsMenuData);
         std::vector<double> receiveTimes;
-        std::vector<double> parseTimes;
+        std::vector<double> totalTimes;
+        std::vector<double> nlohmannTimes;
         for (int i = 0; i < 9; ++i) {
-            const auto start = Clock::now();
+            auto start = Clock::now();
             const auto data = bigLink.sendMessageAndAwaitResponseData(allApps);
             receiveTimes.push_back(microsSince(start) / 1000.0);
-            const auto parseStart = Clock::now();
-            const auto value = nlohmann::json::parse(*data);
-            parseTimes.push_back(microsSince(parseStart) / 1000.0);
+            start = Clock::now();
+            const auto value = bigLink.sendMessageAndAwaitResponse(allApps);
+            totalTimes.push_back(microsSince(start) / 1000.0);
+            start = Clock::now();
+            const auto reference = nlohmann::json::parse(*data);
+            nlohmannTimes.push_back(microsSince(start) / 1000.0);
         }
-        const double receive = median(receiveTimes);
-        const double parse = median(parseTimes);
-        std::printf("8 MiB reply of %s (%zu bytes), median of 9: receive %.1f ms + parse %.1f ms = "
-                    "%.1f ms (target: under 40 ms)\n",
-                    shape,
-                    body.size(),
-                    receive,
-                    parse,
-                    receive + parse);
+        std::printf(
+            "8 MiB reply of %s (%zu bytes), median of 9: receive %.1f ms; receive and parse "
+            "%.1f ms (target: under 40 ms); nlohmann's own parser alone: %.1f ms\n",
+            shape,
+            body.size(),
+            median(receiveTimes),
+            median(totalTimes),
+            median(nlohmannTimes));
     };
     measureBigReply("32,000 app objects", appListOfSize(8 * 1024 * 1024));
     measureBigReply("one long string", "[\"" + std::string(8 * 1024 * 1024 - 4, 'z') + "\"]");

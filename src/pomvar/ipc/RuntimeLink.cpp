@@ -1,5 +1,6 @@
 #include "ipc/RuntimeLink.h"
 
+#include "ipc/JsonParser.h"
 #include "ipc/Output.h"
 #include "ipc/RequestText.h"
 #include "ipc/RuntimeConnection.h"
@@ -125,14 +126,13 @@ std::optional<nlohmann::json> RuntimeLink::sendMessageAndAwaitResponse(std::stri
     const auto data = sendMessageAndAwaitResponseData(message);
     if (!data)
         return std::nullopt;
-    try {
-        return nlohmann::json::parse(*data);
-    } catch (const nlohmann::json::parse_error& error) {
+    std::string error;
+    auto value = JsonParser::parse(*data, &error);
+    if (!value)
         trace(
             "⚠️ PomvarViewModel.sendMessageAndAwaitResponse(): Error decoding JSON response: ",
-            error.what());
-        return std::nullopt;
-    }
+            error);
+    return value;
 }
 
 std::string RuntimeLink::awaitRecord(std::string_view operation, std::string_view id)

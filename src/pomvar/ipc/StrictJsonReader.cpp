@@ -1,5 +1,6 @@
 #include "ipc/StrictJsonReader.h"
 
+#include "ipc/JsonParser.h"
 #include "ipc/Output.h"
 
 #include <limits>
@@ -9,11 +10,11 @@ namespace pomvar {
 StrictJsonReader::StrictJsonReader(std::string_view text, std::string recordName)
     : m_recordName(std::move(recordName))
 {
-    try {
-        m_object = nlohmann::json::parse(text);
-    } catch (const nlohmann::json::parse_error& error) {
-        fail(concat("the reply is not JSON (", error.what(), ")"));
-    }
+    std::string error;
+    auto value = JsonParser::parse(text, &error);
+    if (!value)
+        fail(concat("the reply is not JSON (", error, ")"));
+    m_object = std::move(*value);
     if (!m_object.is_object())
         fail(concat("the reply is a JSON ", m_object.type_name(), ", not an object"));
 }

@@ -1,12 +1,12 @@
 // The real pomvar program with options that end it before the runtime server is started:
 // help, version and the single-instance guard.
-#include "ShellHarness.h"
+#include "InstallLayout.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTest>
 
-using pomvar::test::ShellHarness;
+using pomvar::test::InstallLayout;
 
 namespace {
 
@@ -26,7 +26,7 @@ const QByteArray kHelp = "Pomvar for Mac: the customizable app launcher for macO
                          "      show version information and exit\n"
                          "\n";
 
-bool writePidFile(const ShellHarness& shell, const QByteArray& content)
+bool writePidFile(const InstallLayout& shell, const QByteArray& content)
 {
     QDir().mkpath(QFileInfo(shell.pidFilePath()).path());
     QFile file(shell.pidFilePath());
@@ -57,7 +57,7 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QByteArray, expected);
-        ShellHarness shell;
+        InstallLayout shell;
         QVERIFY(shell.isValid());
 
         const auto outcome = shell.run(arguments);
@@ -83,7 +83,7 @@ private Q_SLOTS:
     void aPresentPidFileRefusesTheStart()
     {
         QFETCH(QStringList, arguments);
-        ShellHarness shell;
+        InstallLayout shell;
         QVERIFY(shell.isValid());
         // Only the file's presence counts, not the number in it.
         QVERIFY(writePidFile(shell, "999999999"));

@@ -1,13 +1,13 @@
 // The real pomvar program starting the fake runtime server in its place: the arguments the
 // server gets, the PID file over a run and its ends, and the wait for the server's port.
-#include "ShellHarness.h"
+#include "InstallLayout.h"
 
 #include <QFile>
 #include <QTest>
 
 #include <csignal>
 
-using pomvar::test::ShellHarness;
+using pomvar::test::InstallLayout;
 
 namespace {
 
@@ -53,11 +53,11 @@ private Q_SLOTS:
     {
         QFETCH(QStringList, arguments);
         QFETCH(QStringList, serverArguments);
-        ShellHarness shell;
+        InstallLayout shell;
         QVERIFY(shell.isValid());
 
         auto pomvar = shell.start(arguments);
-        QTRY_VERIFY_WITH_TIMEOUT(ShellHarness::isConnectedToServer(*pomvar), kUpMs);
+        QTRY_VERIFY_WITH_TIMEOUT(InstallLayout::isConnectedToServer(*pomvar), kUpMs);
         stop(*pomvar, SIGTERM);
 
         QCOMPARE(pomvar->readAllStandardOutput(), QByteArray());
@@ -69,11 +69,11 @@ private Q_SLOTS:
 
     void aRunningFrontEndHoldsItsPidFile()
     {
-        ShellHarness shell;
+        InstallLayout shell;
         QVERIFY(shell.isValid());
 
         auto pomvar = shell.start({});
-        QTRY_VERIFY_WITH_TIMEOUT(ShellHarness::isConnectedToServer(*pomvar), kUpMs);
+        QTRY_VERIFY_WITH_TIMEOUT(InstallLayout::isConnectedToServer(*pomvar), kUpMs);
 
         // The process number alone, no line break.
         QCOMPARE(readFile(shell.pidFilePath()), QByteArray::number(pomvar->processId()));
@@ -91,11 +91,11 @@ private Q_SLOTS:
     void aHandledSignalRemovesThePidFileAndTheNextStartSucceeds()
     {
         QFETCH(int, signal);
-        ShellHarness shell;
+        InstallLayout shell;
         QVERIFY(shell.isValid());
 
         auto first = shell.start({});
-        QTRY_VERIFY_WITH_TIMEOUT(ShellHarness::isConnectedToServer(*first), kUpMs);
+        QTRY_VERIFY_WITH_TIMEOUT(InstallLayout::isConnectedToServer(*first), kUpMs);
         stop(*first, signal);
 
         QCOMPARE(first->exitStatus(), QProcess::NormalExit);
@@ -104,7 +104,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(shell.pidFilePath()));
 
         auto second = shell.start({});
-        QTRY_VERIFY_WITH_TIMEOUT(ShellHarness::isConnectedToServer(*second), kUpMs);
+        QTRY_VERIFY_WITH_TIMEOUT(InstallLayout::isConnectedToServer(*second), kUpMs);
         QCOMPARE(readFile(shell.pidFilePath()), QByteArray::number(second->processId()));
         stop(*second, SIGTERM);
         QCOMPARE(second->readAllStandardOutput(), QByteArray());
@@ -112,11 +112,11 @@ private Q_SLOTS:
 
     void sigkillLeavesThePidFileAndTheNextStartIsRefused()
     {
-        ShellHarness shell;
+        InstallLayout shell;
         QVERIFY(shell.isValid());
 
         auto first = shell.start({});
-        QTRY_VERIFY_WITH_TIMEOUT(ShellHarness::isConnectedToServer(*first), kUpMs);
+        QTRY_VERIFY_WITH_TIMEOUT(InstallLayout::isConnectedToServer(*first), kUpMs);
         const qint64 pid = first->processId();
         stop(*first, SIGKILL);
         QCOMPARE(first->exitStatus(), QProcess::CrashExit);
@@ -130,14 +130,14 @@ private Q_SLOTS:
 
     void aServerThatListensLateIsWaitedFor()
     {
-        ShellHarness shell;
+        InstallLayout shell;
         QVERIFY(shell.isValid());
         shell.writeFakeScript(R"({"listenDelayMs": 1500})");
 
         auto pomvar = shell.start({ "--welcome" });
         // Had the front end not waited, its connection would have been refused: it would
         // have printed the refusal and ended with status 1.
-        QTRY_VERIFY_WITH_TIMEOUT(ShellHarness::isConnectedToServer(*pomvar), kUpMs);
+        QTRY_VERIFY_WITH_TIMEOUT(InstallLayout::isConnectedToServer(*pomvar), kUpMs);
         QCOMPARE(pomvar->state(), QProcess::Running);
         QCOMPARE(pomvar->readAllStandardOutput(), QByteArray());
         QCOMPARE(shell.fakeArguments()->toVariantList(), QVariantList{ "--welcome" });
@@ -147,7 +147,7 @@ private Q_SLOTS:
 
     void aProbeThatCannotBeReadEndsTheStartWithStatusOne()
     {
-        ShellHarness shell;
+        InstallLayout shell;
         QVERIFY(shell.isValid());
         // Once the port is really in use, the probe's output is not UTF-8.
         QVERIFY(shell.addToolOnPath("lsof", "/usr/bin/lsof \"$@\" >/dev/null && printf '\\377'\n"));

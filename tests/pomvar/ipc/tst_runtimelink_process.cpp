@@ -1,3 +1,4 @@
+#include "ChildProcess.h"
 #include "FakeRuntimeServer.h"
 
 #include <QProcess>
@@ -6,38 +7,15 @@
 
 using test_server = pomvar::test::FakeRuntimeServer;
 using Reply = test_server::Reply;
+using pomvar::test::ChildOutcome;
+using pomvar::test::runChild;
 
 namespace {
 
-struct Outcome
+ChildOutcome runDriver(quint16 port, const QStringList& args, int waitMs = 15000)
 {
-    bool finished = false;
-    QProcess::ExitStatus exitStatus = QProcess::NormalExit;
-    int exitCode = -1;
-    QByteArray out;
-    QByteArray err;
-};
-
-Outcome runDriver(quint16 port, const QStringList& args, int waitMs = 15000)
-{
-    QProcess driver;
-    driver.start(qEnvironmentVariable("IPC_DRIVER"), QStringList{ QString::number(port) } + args);
-    Outcome outcome;
-    outcome.finished = driver.waitForFinished(waitMs);
-    if (!outcome.finished) {
-        driver.kill();
-        driver.waitForFinished();
-    }
-    outcome.exitStatus = driver.exitStatus();
-    outcome.exitCode = driver.exitCode();
-    outcome.out = driver.readAllStandardOutput();
-    outcome.err = driver.readAllStandardError();
-    return outcome;
-}
-
-bool stoppedFatally(const Outcome& outcome)
-{
-    return outcome.finished && outcome.exitStatus == QProcess::CrashExit;
+    return runChild(
+        qEnvironmentVariable("IPC_DRIVER"), QStringList{ QString::number(port) } + args, waitMs);
 }
 
 quint16 unusedPort()
@@ -56,11 +34,9 @@ class TestRuntimeLinkProcess : public QObject
 private Q_SLOTS:
     void aRefusedConnectionExitsWithStatusOne()
     {
-        const Outcome outcome =
+        const ChildOutcome outcome =
             runDriver(unusedPort(), { QStringLiteral("send"), QStringLiteral("about") });
-        QVERIFY(outcome.finished);
-        QCOMPARE(outcome.exitStatus, QProcess::NormalExit);
-        QCOMPARE(outcome.exitCode, 1);
+        QVERIFY(outcome.exitedWith(1));
         QCOMPARE(outcome.out, QByteArray("Pomvar: PomvarViewModel: Error: Connection refused\n"));
     }
 
@@ -68,8 +44,8 @@ private Q_SLOTS:
     {
         test_server server;
         QVERIFY(server.listen());
-        const Outcome outcome = runDriver(server.port(), { QStringLiteral("oversize") });
-        QVERIFY(stoppedFatally(outcome));
+        const ChildOutcome outcome = runDriver(server.port(), { QStringLiteral("oversize") });
+        QVERIFY(outcome.crashed());
         QVERIFY(!outcome.out.contains("sent"));
         QVERIFY(outcome.err.contains("65536"));
     }
@@ -79,7 +55,7 @@ private Q_SLOTS:
         test_server server;
         QVERIFY(server.listen());
         server.queueReply("get-app-status", Reply::empty());
-        const Outcome outcome = runDriver(
+        const ChildOutcome outcome = runDriver(
             server.port(), { QStringLiteral("await"), QStringLiteral("get-app-status") }, 1500);
         QVERIFY(!outcome.finished);
         QVERIFY(outcome.out.isEmpty());
@@ -132,8 +108,8 @@ private Q_SLOTS:
                                    ? "get-app-status"
                                    : "get-menu-data-modified-status";
         server.queueReply(id, Reply::text(reply.toStdString()));
-        const Outcome outcome = runDriver(server.port(), { command });
-        QVERIFY(stoppedFatally(outcome));
+        const ChildOutcome outcome = runDriver(server.port(), { command });
+        QVERIFY(outcome.crashed());
         QVERIFY2(outcome.err.contains(fault.toUtf8()), outcome.err.constData());
         QVERIFY(outcome.out.isEmpty());
     }
@@ -143,8 +119,8 @@ private Q_SLOTS:
         test_server server;
         QVERIFY(server.listen());
         server.queueReply("get-user-prefs", Reply::close());
-        const Outcome outcome = runDriver(server.port(), { QStringLiteral("user-prefs") });
-        QVERIFY(stoppedFatally(outcome));
+        const ChildOutcome outcome = runDriver(server.port(), { QStringLiteral("user-prefs") });
+        QVERIFY(outcome.crashed());
         QVERIFY(outcome.err.contains("get-user-prefs"));
     }
 };

@@ -1,3 +1,4 @@
+#include "ChildProcess.h"
 #include "FakeRuntimeServer.h"
 #include "MenuPayloads.h"
 
@@ -12,24 +13,10 @@ using nlohmann::json;
 
 namespace {
 
-struct Outcome
+test::ChildOutcome runDriver(const FakeRuntimeServer& server, QStringList args)
 {
-    bool crashed = false;
-    QByteArray out;
-    QByteArray err;
-};
-
-Outcome runDriver(const FakeRuntimeServer& server, QStringList args)
-{
-    QProcess driver;
-    driver.start(qEnvironmentVariable("VM_DRIVER"),
-                 QStringList{ QString::number(server.port()) } + args);
-    const bool finished = driver.waitForFinished(20000);
-    if (!finished)
-        driver.kill();
-    return { finished && driver.exitStatus() == QProcess::CrashExit,
-             driver.readAllStandardOutput(),
-             driver.readAllStandardError() };
+    return test::runChild(qEnvironmentVariable("VM_DRIVER"),
+                          QStringList{ QString::number(server.port()) } + args);
 }
 
 } // namespace
@@ -70,8 +57,8 @@ private Q_SLOTS:
         // A saved expansion map makes the rename list count.
         QSettings(QSettings::IniFormat, QSettings::UserScope, "pomvar", "pomvar")
             .setValue("ExpandedAppCats", QVariantMap{ { "Work", true } });
-        const Outcome outcome = runDriver(server, { QStringLiteral("build") });
-        QVERIFY(outcome.crashed);
+        const test::ChildOutcome outcome = runDriver(server, { QStringLiteral("build") });
+        QVERIFY(outcome.crashed());
         QVERIFY2(outcome.err.contains(fault.toUtf8()), outcome.err.constData());
         QVERIFY(!outcome.out.contains("built"));
     }
@@ -81,25 +68,25 @@ private Q_SLOTS:
         FakeRuntimeServer server;
         QVERIFY(server.listen());
         server.queueReply("toggle-set-appcat", Reply::json(json::object()));
-        Outcome outcome = runDriver(
+        test::ChildOutcome outcome = runDriver(
             server, { QStringLiteral("toggle"), QStringLiteral("k"), QStringLiteral("c") });
-        QVERIFY(outcome.crashed);
+        QVERIFY(outcome.crashed());
         QVERIFY(outcome.err.contains("isset"));
 
         server.queueReply("toggle-set-appcat", Reply::json({ { "isset", "yes" } }));
         outcome = runDriver(server,
                             { QStringLiteral("toggle"), QStringLiteral("k"), QStringLiteral("c") });
-        QVERIFY(!outcome.crashed);
+        QVERIFY(!outcome.crashed());
         QVERIFY(outcome.out.contains("isset\ndone"));
 
         server.queueReply("check-update-available", Reply::text("{broken"));
         outcome = runDriver(server, { QStringLiteral("build") });
-        QVERIFY(outcome.crashed);
+        QVERIFY(outcome.crashed());
         QVERIFY(outcome.err.contains("check-update-available"));
 
         server.setDefaultReply("get-app-update-status", Reply::json({ { "state", "noUpdate" } }));
         outcome = runDriver(server, { QStringLiteral("poll") });
-        QVERIFY(outcome.crashed);
+        QVERIFY(outcome.crashed());
         QVERIFY(outcome.err.contains("\"status\""));
     }
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ChildProcess.h"
+
 #include <QByteArray>
 #include <QJsonArray>
 #include <QProcess>
@@ -16,26 +18,18 @@ namespace pomvar::test {
 // so that it finds its server beside it) and libexec/pomvar/pomvarsrv (the fake runtime
 // server), with a home folder of its own. Fake servers started from it are killed when it
 // goes away.
-class ShellHarness
+class InstallLayout
 {
 public:
-    ShellHarness();
-    ~ShellHarness();
-    ShellHarness(const ShellHarness&) = delete;
-    ShellHarness& operator=(const ShellHarness&) = delete;
+    InstallLayout();
+    ~InstallLayout();
+    InstallLayout(const InstallLayout&) = delete;
+    InstallLayout& operator=(const InstallLayout&) = delete;
 
     bool isValid() const { return m_ready; }
 
-    // Runs pomvar to its end. `finished` is false when it did not end in time (then killed).
-    struct Outcome
-    {
-        bool finished = false;
-        QProcess::ExitStatus exitStatus = QProcess::NormalExit;
-        int exitCode = -1;
-        QByteArray out;
-        QByteArray err;
-    };
-    Outcome run(const QStringList& arguments);
+    // Runs pomvar to its end (killed when it does not end in time).
+    ChildOutcome run(const QStringList& arguments);
 
     // Starts pomvar and leaves it running.
     std::unique_ptr<QProcess> start(const QStringList& arguments);

@@ -1,10 +1,9 @@
-#include "ShellHarness.h"
+#include "InstallLayout.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
-#include <QTest>
 
 #include <csignal>
 #include <sys/types.h>
@@ -23,7 +22,7 @@ bool copyExecutable(const QString& from, const QString& to)
 
 } // namespace
 
-ShellHarness::ShellHarness()
+InstallLayout::InstallLayout()
 {
     const QDir root(m_dir.path());
     const QString binDir = qEnvironmentVariable("POMVAR_BIN_DIR");
@@ -38,27 +37,27 @@ ShellHarness::ShellHarness()
               copyExecutable(testBinDir + "/pomvar-fakesrv", fakeServerPath());
 }
 
-ShellHarness::~ShellHarness()
+InstallLayout::~InstallLayout()
 {
     killFakeServers();
 }
 
-QString ShellHarness::pidFilePath() const
+QString InstallLayout::pidFilePath() const
 {
     return m_dir.filePath("home/.cache/Pomvar4Mac/pomvar.pid");
 }
 
-QString ShellHarness::fakeDir() const
+QString InstallLayout::fakeDir() const
 {
     return m_dir.filePath("fake");
 }
 
-QString ShellHarness::fakeServerPath() const
+QString InstallLayout::fakeServerPath() const
 {
     return m_dir.filePath("libexec/pomvar/pomvarsrv");
 }
 
-QProcessEnvironment ShellHarness::environment() const
+QProcessEnvironment InstallLayout::environment() const
 {
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     const QString home = m_dir.filePath("home");
@@ -77,25 +76,12 @@ QProcessEnvironment ShellHarness::environment() const
     return env;
 }
 
-ShellHarness::Outcome ShellHarness::run(const QStringList& arguments)
+ChildOutcome InstallLayout::run(const QStringList& arguments)
 {
-    QProcess process;
-    process.setProcessEnvironment(environment());
-    process.start(m_dir.filePath("bin/pomvar"), arguments);
-    Outcome outcome;
-    outcome.finished = process.waitForFinished(kRunLimitMs);
-    if (!outcome.finished) {
-        process.kill();
-        process.waitForFinished();
-    }
-    outcome.exitStatus = process.exitStatus();
-    outcome.exitCode = process.exitCode();
-    outcome.out = process.readAllStandardOutput();
-    outcome.err = process.readAllStandardError();
-    return outcome;
+    return runChild(m_dir.filePath("bin/pomvar"), arguments, kRunLimitMs, environment());
 }
 
-std::unique_ptr<QProcess> ShellHarness::start(const QStringList& arguments)
+std::unique_ptr<QProcess> InstallLayout::start(const QStringList& arguments)
 {
     auto process = std::make_unique<QProcess>();
     process->setProcessEnvironment(environment());
@@ -104,7 +90,7 @@ std::unique_ptr<QProcess> ShellHarness::start(const QStringList& arguments)
     return process;
 }
 
-bool ShellHarness::isConnectedToServer(const QProcess& process)
+bool InstallLayout::isConnectedToServer(const QProcess& process)
 {
     QProcess lsof;
     lsof.start("lsof",
@@ -118,7 +104,7 @@ bool ShellHarness::isConnectedToServer(const QProcess& process)
     return lsof.readAllStandardOutput().trimmed() == QByteArray::number(process.processId());
 }
 
-std::optional<QJsonArray> ShellHarness::fakeArguments() const
+std::optional<QJsonArray> InstallLayout::fakeArguments() const
 {
     QFile file(fakeDir() + "/argv.json");
     if (!file.open(QIODevice::ReadOnly))
@@ -126,14 +112,14 @@ std::optional<QJsonArray> ShellHarness::fakeArguments() const
     return QJsonDocument::fromJson(file.readAll()).array();
 }
 
-void ShellHarness::writeFakeScript(const QByteArray& json) const
+void InstallLayout::writeFakeScript(const QByteArray& json) const
 {
     QFile file(fakeDir() + "/script.json");
     if (file.open(QIODevice::WriteOnly))
         file.write(json);
 }
 
-bool ShellHarness::addToolOnPath(const QString& name, const QByteArray& body)
+bool InstallLayout::addToolOnPath(const QString& name, const QByteArray& body)
 {
     QDir(m_dir.path()).mkpath("tools");
     QFile tool(m_dir.filePath("tools/" + name));
@@ -144,7 +130,7 @@ bool ShellHarness::addToolOnPath(const QString& name, const QByteArray& body)
     return tool.setPermissions(tool.permissions() | QFile::ExeOwner);
 }
 
-int ShellHarness::killFakeServers() const
+int InstallLayout::killFakeServers() const
 {
     // The fakes are not our children (the front end starts them detached): find them by the
     // program they run, which only this layout holds.

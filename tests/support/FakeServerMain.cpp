@@ -46,9 +46,12 @@ int main(int argc, char** argv)
         script = nlohmann::json::object();
 
     FakeRuntimeServer server(port);
-    for (const auto& [id, reply] : script.value("defaults", nlohmann::json::object()).items())
+    // value() returns a copy: keep it alive for the whole loop.
+    const nlohmann::json defaults = script.value("defaults", nlohmann::json::object());
+    for (const auto& [id, reply] : defaults.items())
         server.setDefaultReply(id, FakeRuntimeServer::Reply::fromScript(reply));
-    for (const auto& [id, replies] : script.value("replies", nlohmann::json::object()).items()) {
+    const nlohmann::json queued = script.value("replies", nlohmann::json::object());
+    for (const auto& [id, replies] : queued.items()) {
         for (const auto& reply : replies)
             server.queueReply(id, FakeRuntimeServer::Reply::fromScript(reply));
     }

@@ -85,8 +85,10 @@ void RuntimeConnection::receive(std::size_t length, ReceiveCompletion completion
     std::lock_guard lock(m_mutex);
     m_receives.push_back({ length, std::move(completion) });
     // The queue thread already sleeps in poll() waiting for input in the common case: the
-    // reply itself wakes it. Only wake it when it is not watching the socket.
-    if (!isQueueThread() && !m_pollingInput)
+    // reply itself wakes it. Wake it when it is not watching the socket, or when what this
+    // receive needs (or the end of the stream) is already in.
+    const bool answerable = bufferedLocked() >= length || m_inputEnded || m_readError;
+    if (!isQueueThread() && (!m_pollingInput || answerable))
         wakeLocked();
 }
 

@@ -2,6 +2,10 @@
 
 #include "ipc/Output.h"
 #include "ipc/RequestText.h"
+#include "model/AppCatExpansion.h"
+#include "model/AppNotifier.h"
+#include "model/LenientJson.h"
+#include "model/MenuPayloadReader.h"
 
 #include <QCoreApplication>
 
@@ -9,12 +13,207 @@ namespace pomvar {
 
 PomvarViewModel::PomvarViewModel(PomvarRT srv, QObject* parent)
     : QObject(parent)
+    , m_notifier(std::make_unique<AppNotifier>())
 {
     trace("PomvarViewModel.init(): Initializing Pomvar view model");
     m_link = std::make_unique<RuntimeLink>(std::move(srv));
+    initAppNotifications();
+    buildAppMenu();
+    if (m_isUpdateFinished)
+        showPostUpdateNotification();
 }
 
 PomvarViewModel::~PomvarViewModel() = default;
+
+void PomvarViewModel::setExpandedAppCat(const std::string& name, bool expanded)
+{
+    m_expandedAppCats[name] = expanded;
+    Q_EMIT expandedAppCatChanged(QString::fromStdString(name), expanded);
+}
+
+void PomvarViewModel::setReady(bool ready)
+{
+    m_isReady = ready;
+    Q_EMIT isReadyChanged(ready);
+}
+
+void PomvarViewModel::setPrefs(std::optional<UserPrefs> prefs)
+{
+    m_prefs = std::move(prefs);
+    Q_EMIT prefsChanged();
+}
+
+void PomvarViewModel::clearAppsAppcats()
+{
+    if (m_appsAppcats.empty())
+        return;
+    m_appsAppcats.clear();
+    Q_EMIT appsAppcatsChanged();
+}
+
+bool PomvarViewModel::fetchMenu(std::string_view operation,
+                                std::string_view id,
+                                nlohmann::json& reply)
+{
+    trace("PomvarViewModel.", operation, "(): Sending message '", id, "'");
+    auto parsed = sendMessageAndAwaitResponse(request::plain(id));
+    if (!parsed)
+        return false;
+    reply = std::move(*parsed);
+    return true;
+}
+
+void PomvarViewModel::buildAppMenu()
+{
+    const AppStatus status = getAppStatus();
+    setReady(status.ready);
+    m_isUpdateFinished = status.updateFinished;
+
+    setPrefs(getUserPrefs());
+
+    // A menu-data request that fails ends this build: the list stays empty and is fetched
+    // again at the next opening.
+    if (m_allAppsMenuData.isEmpty()) {
+        nlohmann::json payload;
+        if (!fetchMenu("getAllAppsMenuData", request::getAllAppsMenuData, payload))
+            return;
+        MenuPayloadReader::readAllApps(payload, m_allAppsMenuData);
+    }
+    nlohmann::json renames = nlohmann::json::array();
+    if (m_myAppsTreeData.isEmpty()) {
+        nlohmann::json payload;
+        if (!fetchMenu("getMyAppsMenuData", request::getMyAppsMenuData, payload))
+            return;
+        MenuPayloadReader::readMyApps(payload, m_myAppsTreeData);
+        renames = lenient::array(payload, "renamedAppcats");
+    }
+    if (m_recentAppsMenuData.isEmpty()) {
+        nlohmann::json payload;
+        if (!fetchMenu("getRecentAppsMenuData", request::getRecentAppsMenuData, payload))
+            return;
+        MenuPayloadReader::readRecentApps(payload, m_recentAppsMenuData);
+    }
+    if (m_appsAppcats.empty())
+        deriveAppsAppcats();
+    recomputeExpandedAppCats(renames);
+    const bool updateAvailable = checkUpdateAvailable().value_or(false);
+    m_isUpdateAvailable = updateAvailable;
+    Q_EMIT isUpdateAvailableChanged(updateAvailable);
+}
+
+void PomvarViewModel::deriveAppsAppcats()
+{
+    for (const auto& app : m_allAppsMenuData.items()) {
+        m_appsAppcats[app.id].clear();
+        Q_EMIT appsAppcatsChanged();
+    }
+    for (const auto& row : m_myAppsTreeData.items()) {
+        if (!row.children)
+            continue;
+        for (const auto& member : *row.children) {
+            const auto entry = m_appsAppcats.find(member.id);
+            if (entry == m_appsAppcats.end())
+                fatalStop(concat("PomvarViewModel.buildAppMenu(): category \"",
+                                 row.name,
+                                 "\" holds \"",
+                                 member.id,
+                                 "\", which All Apps does not list"));
+            entry->second.insert(row.name);
+            Q_EMIT appsAppcatsChanged();
+        }
+    }
+}
+
+void PomvarViewModel::recomputeExpandedAppCats(const nlohmann::json& renames)
+{
+    std::vector<std::string> categories;
+    for (const auto& row : m_myAppsTreeData.items()) {
+        if (row.isCategory())
+            categories.push_back(row.name);
+    }
+    auto saved = UserDefaults::expandedAppCats();
+    if (!saved) {
+        // Nothing usable saved: every category starts collapsed, other entries stay.
+        for (const auto& name : categories)
+            setExpandedAppCat(name, false);
+        return;
+    }
+    m_expandedAppCats = AppCatExpansion::reconcile(std::move(*saved), renames, categories, m_prefs);
+    Q_EMIT expandedAppCatsChanged();
+}
+
+void PomvarViewModel::updateMenu()
+{
+    if (!m_isLoadedOnStartup) {
+        m_isLoadedOnStartup = true;
+        setReady(getAppStatus().ready);
+    }
+    const MenuDataStatus status = getMenuDataModifiedStatus();
+    if (status.appFolderModified) {
+        trace("PomvarViewModel.updateMenu(): The user's Applications folder has been modified; "
+              "starting full rebuild of Pomvar.");
+        m_myAppsTreeData.clear();
+        m_recentAppsMenuData.clear();
+        m_allAppsMenuData.clear();
+        clearAppsAppcats();
+    } else {
+        if (status.appcatsModified) {
+            m_myAppsTreeData.clear();
+            clearAppsAppcats();
+        }
+        if (status.pinnedAppsModified) {
+            // Every list shows pin marks; pinning changes no category.
+            m_myAppsTreeData.clear();
+            m_recentAppsMenuData.clear();
+            m_allAppsMenuData.clear();
+        }
+        if (status.recentAppsModified)
+            m_recentAppsMenuData.clear();
+    }
+    setPrefs(std::nullopt);
+    buildAppMenu();
+}
+
+void PomvarViewModel::collapseAppCats(const std::string& except)
+{
+    for (const auto& row : m_myAppsTreeData.items()) {
+        if (row.isCategory() && row.name != except)
+            setExpandedAppCat(row.name, false);
+    }
+}
+
+bool PomvarViewModel::toggleSetAppCategory(const std::string& appKey,
+                                           const std::string& appCategory)
+{
+    trace("PomvarViewModel.toggleSetAppCategory(): Sending message 'toggle-set-appcat'");
+    const auto reply = sendMessageAndAwaitResponse(request::toggleSetAppcat(appKey, appCategory));
+    if (!reply)
+        fatalStop("PomvarViewModel.toggleSetAppCategory(): no reply to 'toggle-set-appcat'");
+    if (!reply->is_object() || !reply->contains("isset"))
+        fatalStop("PomvarViewModel.toggleSetAppCategory(): the reply has no \"isset\"");
+    return lenient::boolean(*reply, "isset");
+}
+
+std::optional<bool> PomvarViewModel::checkUpdateAvailable()
+{
+    trace("PomvarViewModel.checkUpdateAvailable(): Sending message 'check-update-available'");
+    const auto reply = sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable));
+    if (!reply)
+        fatalStop("PomvarViewModel.checkUpdateAvailable(): no reply to 'check-update-available'");
+    if (!reply->is_object() || !reply->contains("isUpdateAvailable"))
+        return std::nullopt;
+    return lenient::boolean(*reply, "isUpdateAvailable");
+}
+
+void PomvarViewModel::initAppNotifications()
+{
+    m_notifier->requestPermission();
+}
+
+void PomvarViewModel::showPostUpdateNotification()
+{
+    m_notifier->postUpdateComplete();
+}
 
 void PomvarViewModel::openOrganizer(OrganizerDlgMode pane, std::string_view itemKey)
 {
@@ -54,17 +253,15 @@ void PomvarViewModel::appUpdateStatusTick(QTimer* timer)
     if (!reply)
         fatalStop("PomvarViewModel.startAppUpdateStatusTimer(): no reply to "
                   "'get-app-update-status'");
-    const auto status = reply->is_object() ? reply->find("status") : reply->end();
-    if (!reply->is_object() || status == reply->end())
+    if (!reply->is_object() || !reply->contains("status"))
         fatalStop("PomvarViewModel.startAppUpdateStatusTimer(): the reply has no \"status\"");
-    const std::string text = status->is_string() ? status->get<std::string>() : status->dump();
-    trace("PomvarViewModel.startAppUpdateStatusTimer(): App update status: ", text);
-    if (text == "noUpdate") {
-        timer->stop();
-        timer->deleteLater();
-    } else if (text == "readyToInstall") {
-        timer->stop();
-        timer->deleteLater();
+    const std::string status = lenient::text(*reply, "status");
+    trace("PomvarViewModel.startAppUpdateStatusTimer(): App update status: ", status);
+    if (status != "noUpdate" && status != "readyToInstall")
+        return;
+    timer->stop();
+    timer->deleteLater();
+    if (status == "readyToInstall") {
         trace("Pomvar: Quitting to install app update.");
         if (m_terminateApplication)
             m_terminateApplication();

@@ -170,6 +170,7 @@ private Q_SLOTS:
         server.setDefaultReply("get-app-update-status",
                                FakeRuntimeServer::Reply::json({ { "status", "downloading" } }));
         PomvarViewModel vm(endpointOf(server));
+        server.clearRequests(); // the first build's exchanges
         QVERIFY(!vm.appUpdateStatusTimer());
         vm.openOrganizer(OrganizerDlgMode::organizeApp, "a");
         QPointer<QTimer> first = vm.appUpdateStatusTimer();

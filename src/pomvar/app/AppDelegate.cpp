@@ -1,0 +1,14 @@
+#include "app/AppDelegate.h"
+
+#include "app/PidFile.h"
+#include "ipc/Output.h"
+
+namespace pomvar {
+
+void AppDelegate::applicationWillTerminate()
+{
+    trace("Pomvar: Quitting...");
+    PidFile::deleteFile();
+}
+
+} // namespace pomvar

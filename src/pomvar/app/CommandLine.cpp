@@ -1,0 +1,76 @@
+#include "app/CommandLine.h"
+
+#include "app/FlagParser.h"
+#include "ipc/Output.h"
+
+#include <cstdlib>
+#include <unistd.h>
+
+namespace pomvar {
+
+namespace {
+
+constexpr const char* kVersion = POMVAR_VERSION;
+
+std::string showCmdUsage(const FlagParser& flags, bool bold)
+{
+    const FlagParser::Style usageStyle = [bold](std::string_view word) {
+        return bold ? concat("\x1b[1m", word, "\x1b[0m") : std::string(word);
+    };
+    const FlagParser::Style plain = [](std::string_view word) { return std::string(word); };
+    return flags.usageDescription("usage:", "[options]", usageStyle, "options:", plain, "  ") +
+           "\n";
+}
+
+} // namespace
+
+CmdLine readCmdLine(const std::vector<std::string>& arguments, bool bold)
+{
+    FlagParser flags(arguments);
+    const auto& clearRecent =
+        flags.define(std::nullopt, "clear-recent", "clear the recent apps menu");
+    const auto& refresh = flags.define(std::nullopt, "refresh", "refresh the pomvar");
+    const auto& welcome = flags.define(std::nullopt, "welcome", "show welcome dialog at startup");
+    const auto& help = flags.define('h', "help", "show this help message and exit");
+    const auto& version =
+        flags.define(std::nullopt, "version", "show version information and exit");
+
+    // A bad flag is not reported: what came before it counts, what follows is not looked at.
+    (void)flags.parsingFailure();
+
+    CmdLine cmdLine;
+    if (help.wasSet) {
+        cmdLine.action = CmdLine::Action::help;
+        cmdLine.text = "Pomvar for Mac: the customizable app launcher for macOS\n\n" +
+                       showCmdUsage(flags, bold);
+    } else if (version.wasSet) {
+        cmdLine.action = CmdLine::Action::version;
+        cmdLine.text = concat("Pomvar for Mac version ", kVersion, "\n");
+    } else {
+        if (clearRecent.wasSet)
+            cmdLine.rtArgs.emplace_back("--clear-recent");
+        if (refresh.wasSet)
+            cmdLine.rtArgs.emplace_back("--refresh");
+        if (welcome.wasSet)
+            cmdLine.rtArgs.emplace_back("--welcome");
+    }
+    return cmdLine;
+}
+
+bool stdoutWantsBold()
+{
+    return ::isatty(STDOUT_FILENO) == 1 && std::getenv("NO_COLOR") == nullptr;
+}
+
+std::vector<std::string> processCmdLineArgs(const std::vector<std::string>& arguments)
+{
+    CmdLine cmdLine = readCmdLine(arguments, stdoutWantsBold());
+    if (cmdLine.action == CmdLine::Action::run)
+        return std::move(cmdLine.rtArgs);
+    // printLine adds the final line break itself.
+    cmdLine.text.pop_back();
+    printLine(cmdLine.text);
+    std::exit(0);
+}
+
+} // namespace pomvar

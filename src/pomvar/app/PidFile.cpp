@@ -1,0 +1,88 @@
+#include "app/PidFile.h"
+
+#include "app/SignalSafe.h"
+#include "ipc/Output.h"
+
+#include <QCoreApplication>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pomvar {
+
+namespace {
+
+char g_signalPidFilePath[PATH_MAX] = {};
+
+std::string cacheFolder()
+{
+    const QStringList folders =
+        QStandardPaths::standardLocations(QStandardPaths::GenericCacheLocation);
+    if (folders.isEmpty())
+        fatalStop("Pomvar: the user has no cache folder");
+    return folders.first().toStdString();
+}
+
+} // namespace
+
+std::string PidFile::getCacheDirPath()
+{
+    return cacheFolder() + "/Pomvar4Mac";
+}
+
+std::string PidFile::getPidFilePath()
+{
+    return cacheFolder() + "/Pomvar4Mac/pomvar.pid";
+}
+
+void PidFile::create()
+{
+    qint64 pid = QCoreApplication::applicationPid();
+    trace("Pomvar: Process ID (-1=no PID): ", pid);
+    if (pid == -1) {
+        pid = ::getpid();
+        trace("Pomvar: Process ID from C call: ", pid);
+    }
+
+    const std::string folder = getCacheDirPath();
+    struct stat info;
+    if (::lstat(folder.c_str(), &info) != 0 && ::mkdir(folder.c_str(), 0777) != 0)
+        trace("⚠️ Pomvar: Failed to create folder under ~/Library/Caches: ",
+              std::strerror(errno));
+
+    // Written through a temporary file that then replaces the target.
+    QSaveFile file(QString::fromStdString(getPidFilePath()));
+    const QByteArray content = QByteArray::number(pid);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
+        trace("⚠️ Pomvar: Cannot write pid file!");
+}
+
+void PidFile::deleteFile()
+{
+    if (::unlink(getPidFilePath().c_str()) != 0)
+        trace("Pomvar: Failed to delete pid file: ", std::strerror(errno));
+}
+
+void PidFile::prepareSignalHandlerPath()
+{
+    const std::string path = getPidFilePath();
+    if (path.size() >= sizeof g_signalPidFilePath)
+        fatalStop("Pomvar: the PID file path is too long");
+    std::memcpy(g_signalPidFilePath, path.c_str(), path.size() + 1);
+}
+
+void PidFile::deleteFromSignalHandler() noexcept
+{
+    if (g_signalPidFilePath[0] == '\0' || ::unlink(g_signalPidFilePath) == 0)
+        return;
+    const int error = errno;
+    if constexpr (kTracing)
+        signal_safe::writeLine("Pomvar: Failed to delete pid file: ", ::strerrordesc_np(error));
+}
+
+} // namespace pomvar

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+
+namespace pomvar {
+
+// The PID file: this process's number in the user's cache folder. Its mere presence marks a
+// running front end. Used only through its static operations.
+class PidFile
+{
+public:
+    PidFile() = delete;
+
+    // Writes the file (the program folder is created if missing, but not its parents).
+    // Failures are traced only.
+    static void create();
+    // Removes the file. Failures, a missing file included, are traced only.
+    static void deleteFile();
+    // <cache folder>/Pomvar4Mac/pomvar.pid
+    static std::string getPidFilePath();
+
+    // Computes the path once, for deleteFromSignalHandler(). Call before installing handlers.
+    static void prepareSignalHandlerPath();
+    // deleteFile() for signal context: async-signal-safe.
+    static void deleteFromSignalHandler() noexcept;
+
+private:
+    // <cache folder>/Pomvar4Mac
+    static std::string getCacheDirPath();
+};
+
+} // namespace pomvar

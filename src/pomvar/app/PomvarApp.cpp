@@ -1,0 +1,121 @@
+#include "app/PomvarApp.h"
+
+#include "app/CommandLine.h"
+#include "app/DetachedProcess.h"
+#include "app/Execute.h"
+#include "app/PidFile.h"
+#include "app/SignalSafe.h"
+#include "ipc/Output.h"
+#include "ipc/RequestText.h"
+#include "model/PomvarViewModel.h"
+
+#include <QCoreApplication>
+#include <QThread>
+
+#include <climits>
+#include <csignal>
+#include <cstdlib>
+#include <initializer_list>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pomvar {
+
+namespace {
+
+void onSignal(int signal)
+{
+    if constexpr (kTracing)
+        signal_safe::writeLine("Pomvar: Received signal: ", static_cast<long>(signal));
+    PidFile::deleteFromSignalHandler();
+    ::_exit(1);
+}
+
+} // namespace
+
+PomvarApp::PomvarApp(std::vector<std::string> arguments)
+    : m_arguments(std::move(arguments))
+    , m_srv{ "localhost", 50818 }
+    , m_useEmbeddedRTApp(true)
+{
+    initExecEnv();
+    const std::vector<std::string> args = processCmdLineArgs(m_arguments);
+    trace("Pomvar: Waiting for Pomvar/RT to start...");
+    launchPomvarRT(args);
+    PidFile::create();
+    waitForRTStartup();
+}
+
+PomvarApp::~PomvarApp() = default;
+
+void PomvarApp::initExecEnv()
+{
+    PidFile::prepareSignalHandlerPath();
+    for (const int signal : { SIGINT, SIGTERM, SIGTRAP })
+        std::signal(signal, onSignal);
+
+    struct stat info;
+    if (::stat(PidFile::getPidFilePath().c_str(), &info) == 0) {
+        printLine("Pomvar for Mac is already running.");
+        std::exit(0);
+    }
+}
+
+PomvarViewModel& PomvarApp::vm()
+{
+    if (!m_vm) {
+        m_vm = std::make_unique<PomvarViewModel>();
+        m_vm->setTerminateApplication([this] { terminate(); });
+    }
+    return *m_vm;
+}
+
+void PomvarApp::terminate()
+{
+    m_appDelegate.applicationWillTerminate();
+    if (QCoreApplication::instance() && QThread::currentThread()->loopLevel() > 0)
+        QCoreApplication::exit(0);
+}
+
+std::string PomvarApp::runtimeServerPath()
+{
+    char self[PATH_MAX];
+    const ssize_t size = ::readlink("/proc/self/exe", self, sizeof self - 1);
+    if (size <= 0)
+        fatalStop("Pomvar: cannot find the program's own folder");
+    const std::string program(self, static_cast<std::size_t>(size));
+    const std::string binDir = program.substr(0, program.find_last_of('/'));
+    return binDir + "/../libexec/pomvar/pomvarsrv";
+}
+
+void PomvarApp::launchPomvarRT(const std::vector<std::string>& args)
+{
+    const std::string server = runtimeServerPath();
+    if (const std::error_code error = startDetached(server, args))
+        fatalStop(concat(server, ": ", error.message()));
+}
+
+void PomvarApp::waitForRTStartup()
+{
+    const std::string probe = concat("lsof -i @", m_srv.address, ":", m_srv.port);
+    for (;;) {
+        try {
+            if (!execute(probe).empty()) {
+                trace("Pomvar/RT is running");
+                return;
+            }
+        } catch (const CommandError& error) {
+            if (error.kind() != CommandError::Kind::commandFailed)
+                break;
+        } catch (const std::exception&) {
+            break;
+        }
+    }
+
+    trace("Error running 'lsof' command, cannot detect if Pomvar/RT is running");
+    vm().sendMessage(request::plain(request::quit));
+    terminate();
+    std::exit(1);
+}
+
+} // namespace pomvar

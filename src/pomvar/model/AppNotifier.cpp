@@ -1,0 +1,82 @@
+#include "model/AppNotifier.h"
+
+#include "ipc/Output.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QTimer>
+
+namespace pomvar {
+
+namespace {
+
+const QString kService = QStringLiteral("org.freedesktop.Notifications");
+const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
+const QString kInterface = QStringLiteral("org.freedesktop.Notifications");
+
+} // namespace
+
+AppNotifier::AppNotifier(QObject* parent)
+    : QObject(parent)
+{}
+
+void AppNotifier::requestPermission()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        const QString error = bus.lastError().message();
+        trace(error.toStdString());
+        Q_EMIT permissionAnswered(false, error);
+        return;
+    }
+    const auto call = bus.asyncCall(QDBusMessage::createMethodCall(
+        kService, kPath, kInterface, QStringLiteral("GetCapabilities")));
+    auto* watcher = new QDBusPendingCallWatcher(call, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* w) {
+        w->deleteLater();
+        const QDBusPendingReply<QStringList> reply = *w;
+        if (reply.isError()) {
+            const QString error = reply.error().message();
+            trace(error.toStdString());
+            Q_EMIT permissionAnswered(false, error);
+            return;
+        }
+        trace("Pomvar: Notifications enabled.");
+        Q_EMIT permissionAnswered(true, {});
+    });
+}
+
+void AppNotifier::postUpdateComplete(int delayMs)
+{
+    QTimer::singleShot(delayMs, this, &AppNotifier::sendUpdateComplete);
+}
+
+void AppNotifier::sendUpdateComplete()
+{
+    QDBusMessage notify =
+        QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Notify"));
+    // replaces_id 0: the service gives every notification a fresh id.
+    const QVariantMap hints = { { QStringLiteral("sound-name"),
+                                  QStringLiteral("message-new-instant") } };
+    notify << QStringLiteral("Pomvar") << uint(0) << QStringLiteral("pomvar")
+           << QStringLiteral("Update Complete")
+           << QStringLiteral("Pomvar for Mac was successfully updated.") << QStringList() << hints
+           << int(-1);
+    const auto call = QDBusConnection::sessionBus().asyncCall(notify);
+    auto* watcher = new QDBusPendingCallWatcher(call, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* w) {
+        w->deleteLater();
+        const QDBusPendingReply<uint> reply = *w;
+        if (reply.isError()) {
+            const QString error = reply.error().message();
+            trace("PomvarViewModel.showPostUpdateNotification(): ", error.toStdString());
+            Q_EMIT notificationPosted(0, error);
+            return;
+        }
+        Q_EMIT notificationPosted(reply.value(), {});
+    });
+}
+
+} // namespace pomvar

@@ -175,3 +175,19 @@ void MenuListView::contextMenuEvent(QContextMenuEvent* event)
 }
 
 } // namespace pomvar
+
+namespace pomvar {
+
+void MenuListView::drawRow(QPainter* painter,
+                           const QStyleOptionViewItem& option,
+                           const QModelIndex& index) const
+{
+    QStyleOptionViewItem row = option;
+    row.rect = QRect(0, option.rect.top(), viewport()->width(), option.rect.height());
+    row.state &= ~(QStyle::State_HasFocus | QStyle::State_Selected | QStyle::State_MouseOver);
+    if (selectionModel()->isSelected(index))
+        row.state |= QStyle::State_Selected;
+    m_delegate->paint(painter, row, index);
+}
+
+} // namespace pomvar

@@ -41,6 +41,10 @@ protected:
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    // Rows are the delegate's alone: no style row panel, no focus frame.
+    void drawRow(QPainter* painter,
+                 const QStyleOptionViewItem& option,
+                 const QModelIndex& index) const override;
 
 private:
     void activate(const QModelIndex& index);

@@ -11,7 +11,8 @@ trap 'rm -rf "$root"' EXIT
 mkdir -p "$root/bin" "$root/libexec/pomvar" "$root/fake" "$root/home"
 cp "$pomvar" "$root/bin/pomvar"
 cp "$fake" "$root/libexec/pomvar/pomvarsrv"
-icon=$(ls /usr/share/icons/Adwaita/24x24/legacy/*.png | head -n 1)
+icons=(/usr/share/icons/Adwaita/24x24/legacy/*.png)
+icon=${icons[0]}
 cat >"$root/fake/script.json" <<JSON
 {"defaults": {
   "get-myapps-menu-data": {"json": {"pinnedapps": [

@@ -2,6 +2,7 @@
 // so help, version and "already running" need no display.
 #include "app/PomvarApp.h"
 #include "model/PomvarViewModel.h"
+#include "ui/MenuBarScene.h"
 
 #include <QApplication>
 
@@ -15,9 +16,8 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
 
-    // The scene (tray icon and panel) is created here and given app.vm(); until then the view
-    // model is created directly, which connects to the runtime server.
-    app.vm();
+    // The scene (tray icon and panel): its first use of app.vm() creates the view model.
+    pomvar::MenuBarScene scene(app.vm(), [&app] { app.terminate(); });
 
     return QApplication::exec();
 }

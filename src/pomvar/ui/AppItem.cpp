@@ -1,0 +1,87 @@
+#include "ui/AppItem.h"
+
+#include "ipc/Output.h"
+#include "ui/MenuSelectionColor.h"
+#include "ui/RowMetrics.h"
+
+#include <QImage>
+#include <QImageReader>
+#include <QPainter>
+#include <QPalette>
+
+#include <cmath>
+
+namespace pomvar {
+
+namespace {
+
+QSize iconFileSize(const QString& path)
+{
+    QImageReader reader(path);
+    const QSize size = reader.size();
+    if (!size.isValid() || size.isEmpty())
+        fatalStop(concat("AppItem: cannot read the icon file '", path.toStdString(), "'"));
+    return size;
+}
+
+} // namespace
+
+AppItem::AppItem(QString name, bool isPinnedApp, QString iconPath, Pomvar menu)
+    : m_name(std::move(name))
+    , m_isPinnedApp(isPinnedApp)
+    , m_iconPath(std::move(iconPath))
+    , m_menu(menu)
+{}
+
+AppItem::Geometry AppItem::geometry(const QRect& row, const std::optional<UserPrefs>& prefs) const
+{
+    const int sz = RowMetrics::appIconSize(m_menu, prefs);
+    const int lpad = RowMetrics::appLeadingPadding(m_menu, m_isPinnedApp, prefs);
+    const QSize file = iconFileSize(m_iconPath);
+    // r = height / width; the icon is sz high and sz / r wide.
+    const double r = double(file.height()) / double(file.width());
+    const int width = int(std::lround(sz / r));
+    Geometry geometry;
+    geometry.icon = QRect(row.left() + lpad, row.top() + (row.height() - sz) / 2, width, sz);
+    const int nameLeft = geometry.icon.right() + 1 + RowMetrics::appSpacing;
+    geometry.name = QRect(nameLeft,
+                          row.top() + RowMetrics::rowVerticalPadding,
+                          std::max(0, row.right() - 4 - nameLeft),
+                          row.height() - 2 * RowMetrics::rowVerticalPadding);
+    return geometry;
+}
+
+void AppItem::paint(QPainter& painter,
+                    const QRect& row,
+                    bool hovered,
+                    const QPalette& palette,
+                    const std::optional<UserPrefs>& prefs) const
+{
+    const MenuSelectionColor selection(hovered);
+    const Geometry geometry = this->geometry(row, prefs);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (hovered) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(selection.color(palette));
+        painter.drawRoundedRect(row, 5, 5);
+    }
+
+    const qreal dpr = painter.device()->devicePixelRatioF();
+    QImageReader reader(m_iconPath);
+    reader.setScaledSize(geometry.icon.size() * dpr);
+    QImage icon = reader.read();
+    if (icon.isNull())
+        fatalStop(concat("AppItem: cannot read the icon file '", m_iconPath.toStdString(), "'"));
+    icon.setDevicePixelRatio(dpr);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(geometry.icon, icon);
+
+    painter.setPen(selection.foreground(palette));
+    const QString text =
+        painter.fontMetrics().elidedText(m_name, Qt::ElideRight, geometry.name.width());
+    painter.drawText(geometry.name, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, text);
+    painter.restore();
+}
+
+} // namespace pomvar

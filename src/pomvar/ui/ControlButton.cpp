@@ -1,0 +1,52 @@
+#include "ui/ControlButton.h"
+
+#include "ui/Assets.h"
+#include "ui/ControlButtonStyle.h"
+
+#include <QPainter>
+
+namespace pomvar {
+
+namespace {
+constexpr int kIconSide = 15;
+constexpr int kIconGap = 5;
+constexpr int kHeight = 28;
+} // namespace
+
+ControlButton::ControlButton(const QString& label, const QString& iconAsset, QWidget* parent)
+    : QAbstractButton(parent)
+    , m_iconAsset(iconAsset)
+{
+    setText(label);
+    setAccessibleName(label);
+    setCursor(Qt::PointingHandCursor);
+    setFocusPolicy(Qt::NoFocus);
+    QFont callout = font();
+    callout.setPixelSize(12);
+    setFont(callout);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+QSize ControlButton::sizeHint() const
+{
+    const int textWidth = fontMetrics().horizontalAdvance(text());
+    return { ControlButtonStyle::spacing * 2 + kIconSide + kIconGap + textWidth, kHeight };
+}
+
+void ControlButton::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    ControlButtonStyle::paintBackground(painter, rect(), isDown(), palette());
+    const QColor colour = palette().color(QPalette::Active, QPalette::WindowText);
+    const int contentWidth = kIconSide + kIconGap + fontMetrics().horizontalAdvance(text());
+    const int left = (width() - contentWidth) / 2;
+    painter.drawPixmap(
+        QPoint(left, (height() - kIconSide) / 2),
+        Assets::pixmap(m_iconAsset, QSize(kIconSide, kIconSide), devicePixelRatioF(), colour));
+    painter.setPen(colour);
+    painter.drawText(QRect(left + kIconSide + kIconGap, 0, width(), height()),
+                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                     text());
+}
+
+} // namespace pomvar

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QAbstractButton>
+
+namespace pomvar {
+
+// A control bar button (Search, Organize): an icon asset and a label, drawn with
+// ControlButtonStyle.
+class ControlButton : public QAbstractButton
+{
+    Q_OBJECT
+
+public:
+    ControlButton(const QString& label, const QString& iconAsset, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString m_iconAsset;
+};
+
+} // namespace pomvar

@@ -1,0 +1,56 @@
+#include "ui/MenuSelectorButton.h"
+
+#include "model/UserDefaults.h"
+#include "ui/CheckedButtonStyle.h"
+
+#include <QPainter>
+
+namespace pomvar {
+
+VStackButtonLabel MenuSelectorButton::labelFor(Pomvar menu)
+{
+    switch (menu) {
+        case Pomvar::MyApps:
+            return { QStringLiteral("My Apps"), QStringLiteral("myapps") };
+        case Pomvar::Recent:
+            return { QStringLiteral("Recent"), QStringLiteral("recent") };
+        case Pomvar::AllApps:
+            break;
+    }
+    return { QStringLiteral("All Apps"), QStringLiteral("allapps") };
+}
+
+MenuSelectorButton::MenuSelectorButton(Pomvar menu, QWidget* parent)
+    : QAbstractButton(parent)
+    , m_menu(menu)
+    , m_label(labelFor(menu))
+{
+    setCheckable(true);
+    setAutoExclusive(false);
+    setText(m_label.title());
+    setAccessibleName(m_label.title());
+    setFocusPolicy(Qt::NoFocus);
+    setCursor(Qt::PointingHandCursor);
+    setFixedSize(CheckedButtonStyle::size());
+    connect(this, &QAbstractButton::clicked, this, [this] {
+        // A click never unchecks the selected menu's button.
+        setChecked(true);
+        UserDefaults::setLastMenu(static_cast<long long>(m_menu));
+        Q_EMIT menuSelected(m_menu);
+    });
+}
+
+QSize MenuSelectorButton::sizeHint() const
+{
+    return CheckedButtonStyle::size();
+}
+
+void MenuSelectorButton::paintEvent(QPaintEvent*)
+{
+    QPainter painter(this);
+    const CheckedButtonStyle style(isChecked());
+    style.paintBackground(painter, rect(), isDown(), palette());
+    m_label.paint(painter, CheckedButtonStyle::labelRect(rect()), palette());
+}
+
+} // namespace pomvar

@@ -15,6 +15,8 @@ int main(int argc, char** argv)
 
     QApplication application(argc, argv);
     application.setQuitOnLastWindowClosed(false);
+    // The name tray hosts show for the icon.
+    QApplication::setApplicationDisplayName(QStringLiteral("Pomvar"));
 
     // The scene (tray icon and panel): its first use of app.vm() creates the view model.
     pomvar::MenuBarScene scene(app.vm(), [&app] { app.terminate(); });

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "AppCatalogue.h"
+#include "IconCache.h"
+#include "NewCategoryPrompt.h"
+#include "RequestHandler.h"
+#include "RuntimeServer.h"
+#include "ServerModel.h"
+#include "ServerOptions.h"
+#include "StoreFile.h"
+
+#include <QObject>
+#include <QThreadPool>
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace pomvar::srv {
+
+// The whole server: store, catalogue, icons, request handling and the listening sockets.
+// start() listens first and loads the catalogue right after, so a front end can connect at
+// once; its first requests are answered when the catalogue is in. Icons missing from the cache
+// are rendered in the background meanwhile, the generic icon standing in for them until the
+// front end is told (appFolderModified) to fetch the menus again.
+class ServerApp : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ServerApp(const ServerOptions& options, QObject* parent = nullptr);
+    ~ServerApp() override;
+
+    RuntimeServer::ListenResult start(quint16 port);
+
+    ServerModel& model() { return m_model; }
+    const StoreFile& storeFile() const { return m_storeFile; }
+    const IconCache& iconCache() const { return m_icons; }
+    RequestHandler& handler() { return m_handler; }
+    // Loads the installed apps now (start() does it on the next turn of the event loop).
+    void scan();
+
+Q_SIGNALS:
+    void catalogueLoaded();
+    void iconsRendered();
+
+private:
+    using MissingIcon = std::pair<std::string, QString>; // app key, source file
+    void renderInBackground(std::vector<MissingIcon> missing);
+    void launch(const QString& appkey);
+
+    ServerOptions m_options;
+    StoreFile m_storeFile;
+    ServerModel m_model;
+    RequestHandler m_handler;
+    RuntimeServer m_server;
+    AppCatalogue m_catalogue;
+    IconCache m_icons;
+    NewCategoryPrompt m_prompt;
+    int m_scanGeneration = 0;
+    // Last, so that it is destroyed first: it waits for the renders still running.
+    QThreadPool m_renderPool;
+};
+
+} // namespace pomvar::srv

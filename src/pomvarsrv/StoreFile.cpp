@@ -57,11 +57,11 @@ void StoreFile::setAside(const QString& reason)
         target = m_path + QStringLiteral(".corrupt-") + stamp + u'-' + QString::number(n);
     if (QFile::rename(m_path, target)) {
         m_setAsidePath = target;
-        qCWarning(lcServer).noquote() << "the store" << m_path << "is unreadable (" + reason
-                                      << "); kept as" << target << "and starting from defaults";
+        qCWarning(lcServer).noquote() << "the store" << m_path << "is unreadable (" + reason + ");"
+                                      << "kept as" << target << "and starting from defaults";
     } else {
-        qCWarning(lcServer).noquote() << "the store" << m_path << "is unreadable (" + reason
-                                      << ") and cannot be moved aside; starting from defaults";
+        qCWarning(lcServer).noquote() << "the store" << m_path << "is unreadable (" + reason + ")"
+                                      << "and cannot be moved aside; starting from defaults";
     }
 }
 

@@ -20,6 +20,7 @@ void ServerModel::save()
 void ServerModel::setApps(InstalledApps apps)
 {
     m_apps = std::move(apps);
+    m_allApps.clear();
     if (m_ready)
         m_flags.appFolder = true;
     m_ready = true;
@@ -29,8 +30,10 @@ void ServerModel::setIcons(const std::vector<AppEntry>& apps)
 {
     for (const auto& app : apps)
         m_apps.setIcons(app.key, app.iconPath, app.iconPath2x);
-    if (!apps.empty())
+    if (!apps.empty()) {
+        m_allApps.clear();
         m_flags.appFolder = true;
+    }
 }
 
 ModifiedFlags ServerModel::takeFlags()
@@ -40,7 +43,9 @@ ModifiedFlags ServerModel::takeFlags()
 
 std::string ServerModel::allAppsPayload() const
 {
-    return MenuPayloads::allApps(m_apps, m_store);
+    if (m_allApps.empty())
+        m_allApps = MenuPayloads::allApps(m_apps, m_store);
+    return m_allApps;
 }
 
 std::string ServerModel::recentAppsPayload() const
@@ -60,6 +65,7 @@ bool ServerModel::togglePin(const std::string& appkey)
     if (!m_apps.contains(appkey))
         return false;
     m_store.togglePin(appkey);
+    m_allApps.clear();
     m_flags.pinnedApps = true;
     save();
     return true;

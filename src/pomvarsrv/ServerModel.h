@@ -57,6 +57,8 @@ private:
     bool m_ready = false;
     ModifiedFlags m_flags;
     std::vector<MenuPayloads::Rename> m_renames;
+    // All Apps changes only with the apps, their icons and the pins: it is kept between requests.
+    mutable std::string m_allApps;
 };
 
 } // namespace pomvar::srv

@@ -124,34 +124,55 @@ bool SrvClient::closedWithoutData(int timeoutMs)
     return n == 0 || (n < 0 && errno == ECONNRESET);
 }
 
+namespace {
+
+// Appends the pieces one by one (GCC 12 at -O3 warns wrongly about chains of operator+).
+std::string joined(std::initializer_list<std::string_view> pieces)
+{
+    std::string text;
+    for (const auto piece : pieces)
+        text.append(piece);
+    return text;
+}
+
+} // namespace
+
 std::string SrvClient::plain(std::string_view id)
 {
-    return "{\n    \"id\": \"" + std::string(id) + "\"\n}";
+    return joined({ "{\n    \"id\": \"", id, "\"\n}" });
 }
 
 std::string SrvClient::withAppkey(std::string_view id, std::string_view appkey)
 {
-    return "{\n    \"id\": \"" + std::string(id) + "\",\n    \"appkey\": \"" + std::string(appkey) +
-           "\"\n}";
+    return joined({ "{\n    \"id\": \"", id, "\",\n    \"appkey\": \"", appkey, "\"\n}" });
 }
 
 std::string SrvClient::withAppcat(std::string_view id, std::string_view appcat)
 {
-    return "{\n    \"id\": \"" + std::string(id) + "\",\n    \"appcat\": \"" + std::string(appcat) +
-           "\"\n}";
+    return joined({ "{\n    \"id\": \"", id, "\",\n    \"appcat\": \"", appcat, "\"\n}" });
 }
 
 std::string SrvClient::toggleSetAppcat(std::string_view appkey, std::string_view appcat)
 {
-    return "{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"" + std::string(appkey) +
-           "\",\n    \"appcat\": \"" + std::string(appcat) + "\"\n }   ";
+    return joined({ "{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"",
+                    appkey,
+                    "\",\n    \"appcat\": \"",
+                    appcat,
+                    "\"\n }   " });
 }
 
 std::string SrvClient::organizer(int pane, std::string_view itemkey)
 {
-    const std::string item = itemkey.empty() ? "null" : "\"" + std::string(itemkey) + "\"";
-    return "{\n    \"id\": \"organizer\",\n    \"pane\": " + std::to_string(pane) +
-           ",\n    \"itemkey\": " + item + "\n}";
+    const std::string number = std::to_string(pane);
+    if (itemkey.empty())
+        return joined({ "{\n    \"id\": \"organizer\",\n    \"pane\": ",
+                        number,
+                        ",\n    \"itemkey\": null\n}" });
+    return joined({ "{\n    \"id\": \"organizer\",\n    \"pane\": ",
+                    number,
+                    ",\n    \"itemkey\": \"",
+                    itemkey,
+                    "\"\n}" });
 }
 
 } // namespace pomvar::srvtest

@@ -36,6 +36,7 @@ class TestServerModel : public QObject
 
 private Q_SLOTS:
     void payloadsLeaveOutAppsNotInstalled();
+    void payloadsAreValidJsonWhateverTheNames();
     void flagsAreSetAndClearedWhenReported();
     void renamesAreDeliveredOnce();
     void everyChangeIsSaved();
@@ -78,6 +79,31 @@ void TestServerModel::payloadsLeaveOutAppsNotInstalled()
     JCOMPARE(mine["renamedAppcats"], Json::array());
     // The store keeps what is not installed, for when the app comes back.
     QCOMPARE(model.store().pins().size(), std::size_t(2));
+}
+
+void TestServerModel::payloadsAreValidJsonWhateverTheNames()
+{
+    const std::string odd = "q\"b\\s/\n\t\x01\x1f \xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80";
+    Store store;
+    store.createCategory(odd);
+    store.toggleMember(odd, odd);
+    store.togglePin(odd);
+    store.pushRecent(odd);
+    store.createCategory("bad \xff\xfe utf-8");
+    ServerModel model(nullptr, store);
+    model.setApps(InstalledApps({ { odd, odd, odd, odd, odd } }));
+    model.renameCategory("bad \xff\xfe utf-8", "renamed \xc0");
+
+    const Json all = Json::parse(model.allAppsPayload());
+    JCOMPARE(all[0]["name"], odd);
+    JCOMPARE(all[0]["pinned"], true);
+    JCOMPARE(Json::parse(model.recentAppsPayload())[0]["appkey"], odd);
+    const Json mine = Json::parse(model.takeMyAppsPayload());
+    JCOMPARE(mine["pinnedapps"][0]["iconpath2x"], odd);
+    JCOMPARE(mine["appcatapps"][odd][0]["bundleid"], odd);
+    // Bytes that are not UTF-8 come out replaced, never as broken JSON.
+    JCOMPARE(mine["renamedAppcats"][0]["old"], "bad \xef\xbf\xbd\xef\xbf\xbd utf-8");
+    JCOMPARE(mine["appcats"][1], "renamed \xef\xbf\xbd");
 }
 
 void TestServerModel::flagsAreSetAndClearedWhenReported()

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void everyIconExistsAtItsSize();
     void warmCacheRendersNothingAgain();
     void changedEntriesAreRescanned();
+    void refreshRendersEveryIconAgain();
     void cleanupTestCase();
 
 private:
@@ -91,6 +92,11 @@ void TestCatalogue::initTestCase()
     QVERIFY(TestDesktop::writeEntry(
         system, "delta.desktop", "Name=delta\nIcon=pomvar-missing\n" + exec));
     QVERIFY(TestDesktop::writeEntry(system, "fox.desktop", "Name=Fox\n" + exec));
+    // Flatpak's per-user export folder is searched although XDG_DATA_DIRS does not name it.
+    QVERIFY(TestDesktop::writeEntry(m_desktop.home() +
+                                        QStringLiteral("/.local/share/flatpak/exports/share"),
+                                    "org.example.Flat.desktop",
+                                    "Name=Flat Pack\n" + exec));
     QVERIFY(TestDesktop::writeEntry(
         system, "hicolor-only.desktop", "Name=Hicolor Only\nIcon=pomvar-hicolor.png\n" + exec));
     QVERIFY(TestDesktop::writeEntry(
@@ -182,14 +188,15 @@ void TestCatalogue::filteredSortedAndLocalised()
     }
     // Case-insensitive, accents sorted with their letter; the German name (LANGUAGE=de).
     const QStringList expected = {
-        QStringLiteral("Alpha"),    QStringLiteral("delta"),   QStringLiteral("\u00c9crire"),
-        QStringLiteral("Fox"),      QStringLiteral("Hallo"),   QStringLiteral("Hicolor Only"),
-        QStringLiteral("KDE Only"), QStringLiteral("Sub App"), QStringLiteral("User Version"),
-        QStringLiteral("zeta"),
+        QStringLiteral("Alpha"),        QStringLiteral("delta"),    QStringLiteral("\u00c9crire"),
+        QStringLiteral("Flat Pack"),    QStringLiteral("Fox"),      QStringLiteral("Hallo"),
+        QStringLiteral("Hicolor Only"), QStringLiteral("KDE Only"), QStringLiteral("Sub App"),
+        QStringLiteral("User Version"), QStringLiteral("zeta"),
     };
     QCOMPARE(names, expected);
     QVERIFY(keys.contains(QStringLiteral("vendor-sub.desktop")));
     QVERIFY(keys.contains(QStringLiteral("override.desktop")));
+    QVERIFY(keys.contains(QStringLiteral("org.example.Flat.desktop")));
 }
 
 void TestCatalogue::everyIconExistsAtItsSize()
@@ -274,6 +281,26 @@ void TestCatalogue::changedEntriesAreRescanned()
     QVERIFY(QFile::remove(m_desktop.dataHome() + QStringLiteral("/applications/newcomer.desktop")));
     QVERIFY(waitForAppFolderModified());
     QVERIFY(!byKey(allApps()).count("newcomer.desktop"));
+}
+
+void TestCatalogue::refreshRendersEveryIconAgain()
+{
+    const auto before = byKey(allApps());
+    QCOMPARE(m_server->quit(), 0);
+    m_server = std::make_unique<ServerProcess>(m_desktop);
+    QVERIFY(m_server->start({ QStringLiteral("--refresh"), QStringLiteral("--welcome") }));
+    const QString log = m_server->log();
+    QVERIFY2(log.contains(QStringLiteral("refreshing")), qPrintable(log));
+    QVERIFY2(log.contains(QStringLiteral("--welcome")), qPrintable(log));
+    QVERIFY2(!log.contains(QStringLiteral("; 0 icons to render")), qPrintable(log));
+    QVERIFY(waitForAppFolderModified());
+    // Same sources, so the same names: rendered again into the emptied cache.
+    const auto after = byKey(allApps());
+    for (const auto& [key, app] : after) {
+        QVERIFY(app["iconpath2x"] == before.at(key)["iconpath2x"]);
+        QCOMPARE(QImage(QString::fromStdString(app["iconpath2x"].get<std::string>())).size(),
+                 QSize(48, 48));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestCatalogue)

@@ -137,9 +137,14 @@ QStringList IconTheme::defaultIconDirs()
     return dirs;
 }
 
+QStringList IconTheme::defaultPixmapDirs()
+{
+    return { QStringLiteral("/usr/share/pixmaps") };
+}
+
 IconTheme IconTheme::fromEnvironment()
 {
-    return IconTheme(userThemeName(), defaultIconDirs(), { QStringLiteral("/usr/share/pixmaps") });
+    return IconTheme(userThemeName(), defaultIconDirs(), defaultPixmapDirs());
 }
 
 QString IconTheme::userThemeName()

@@ -23,6 +23,7 @@ public:
     // settings; empty when none is found.
     static QString userThemeName();
     static QStringList defaultIconDirs();
+    static QStringList defaultPixmapDirs();
 
     // The best file for the icon at `size` pixels; empty when there is none.
     QString find(const QString& name, int size) const;

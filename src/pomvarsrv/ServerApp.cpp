@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QTimer>
 
+#include <future>
 #include <map>
 #include <memory>
 
@@ -88,8 +89,15 @@ void ServerApp::scan()
 {
     QElapsedTimer clock;
     clock.start();
+    // The icon folders are indexed on another thread while GIO lists the apps here.
+    const QString themeName = IconTheme::userThemeName();
+    auto indexing = std::async(std::launch::async, [themeName] {
+        return IconTheme(themeName, IconTheme::defaultIconDirs(), IconTheme::defaultPixmapDirs());
+    });
     const auto apps = m_catalogue.list();
-    const IconTheme theme = IconTheme::fromEnvironment();
+    const qint64 listed = clock.elapsed();
+    const IconTheme theme = indexing.get();
+    const qint64 indexed = clock.elapsed();
     const IconCache::Files generic =
         m_icons.generic(theme.find(QStringLiteral("application-x-executable"), IconCache::kSize2x));
 
@@ -113,8 +121,10 @@ void ServerApp::scan()
     }
     m_model.setApps(InstalledApps(std::move(entries)));
     ++m_scanGeneration;
-    qCInfo(lcServer).noquote() << apps.size() << "apps loaded in" << clock.elapsed() << "ms;"
-                               << missing.size() << "icons to render; themes"
+    qCInfo(lcServer).noquote() << apps.size() << "apps loaded in" << clock.elapsed() << "ms (listed"
+                               << listed << "ms, then waited" << indexed - listed
+                               << "ms for the icon themes);" << missing.size()
+                               << "icons to render; themes"
                                << theme.themeNames().join(QStringLiteral(", "));
     if (!missing.empty())
         renderInBackground(std::move(missing));

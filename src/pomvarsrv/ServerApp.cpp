@@ -8,7 +8,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QGuiApplication>
-#include <QTimer>
 
 #include <future>
 #include <map>
@@ -80,7 +79,9 @@ RuntimeServer::ListenResult ServerApp::start(quint16 port)
     const auto result = m_server.listen(port);
     if (result == RuntimeServer::ListenResult::listening) {
         qCInfo(lcServer) << "listening on port" << port;
-        QTimer::singleShot(0, this, &ServerApp::scan);
+        // Clients that connect meanwhile wait in the listen backlog: nothing is answered before
+        // the catalogue is in.
+        scan();
     }
     return result;
 }

@@ -19,10 +19,10 @@
 namespace pomvar::srv {
 
 // The whole server: store, catalogue, icons, request handling and the listening sockets.
-// start() listens first and loads the catalogue right after, so a front end can connect at
-// once; its first requests are answered when the catalogue is in. Icons missing from the cache
-// are rendered in the background meanwhile, the generic icon standing in for them until the
-// front end is told (appFolderModified) to fetch the menus again.
+// start() listens first, so that the port is taken at once, then loads the catalogue before
+// anything is served (connections wait in the listen backlog meanwhile). Icons missing from the
+// cache are rendered in the background, the generic icon standing in for them until the front
+// end is told (appFolderModified) to fetch the menus again.
 class ServerApp : public QObject
 {
     Q_OBJECT
@@ -37,7 +37,7 @@ public:
     const StoreFile& storeFile() const { return m_storeFile; }
     const IconCache& iconCache() const { return m_icons; }
     RequestHandler& handler() { return m_handler; }
-    // Loads the installed apps now (start() does it on the next turn of the event loop).
+    // Loads the installed apps (start() does it; a change to the desktop entries does it again).
     void scan();
 
 Q_SIGNALS:

@@ -142,11 +142,6 @@ QStringList IconTheme::defaultPixmapDirs()
     return { QStringLiteral("/usr/share/pixmaps") };
 }
 
-IconTheme IconTheme::fromEnvironment()
-{
-    return IconTheme(userThemeName(), defaultIconDirs(), defaultPixmapDirs());
-}
-
 QString IconTheme::userThemeName()
 {
     // Without a platform theme (offscreen, minimal) Qt reports nothing or its own default.

@@ -17,8 +17,6 @@ public:
     // `iconDirs`: the base folders holding themes, in precedence order.
     IconTheme(const QString& userTheme, const QStringList& iconDirs, const QStringList& pixmapDirs);
 
-    // The user's theme and the folders of the XDG environment.
-    static IconTheme fromEnvironment();
     // The desktop's icon theme setting: Qt's platform theme, else KDE's kdeglobals or GNOME's
     // settings; empty when none is found.
     static QString userThemeName();

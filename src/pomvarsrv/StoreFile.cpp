@@ -31,11 +31,14 @@ QString StoreFile::defaultPath()
 Store StoreFile::load()
 {
     m_setAsidePath.clear();
+    m_keepOff = false;
     QFile file(m_path);
     if (!file.exists())
         return {};
     if (!file.open(QIODevice::ReadOnly)) {
-        qCWarning(lcServer) << "cannot read the store" << m_path << file.errorString();
+        qCWarning(lcServer) << "cannot read the store" << m_path << file.errorString()
+                            << "; starting from defaults, and changes will not be saved";
+        m_keepOff = true;
         return {};
     }
     const QByteArray bytes = file.readAll();
@@ -67,6 +70,8 @@ void StoreFile::setAside(const QString& reason)
 
 bool StoreFile::save(const Store& store)
 {
+    if (m_keepOff)
+        return false;
     const QFileInfo info(m_path);
     if (!QDir().mkpath(info.absolutePath())) {
         qCWarning(lcServer) << "cannot create" << info.absolutePath();

@@ -17,7 +17,8 @@ public:
 
     const QString& path() const { return m_path; }
 
-    // The stored data, or the defaults when there is no file or it is unreadable.
+    // The stored data, or the defaults when there is no file or it is unreadable. A file that
+    // cannot even be opened is left alone, and nothing is saved over it.
     Store load();
     bool save(const Store& store);
 
@@ -31,6 +32,8 @@ private:
 
     QString m_path;
     QString m_setAsidePath;
+    // The file exists but could not be read: it is never replaced.
+    bool m_keepOff = false;
 };
 
 } // namespace pomvar::srv

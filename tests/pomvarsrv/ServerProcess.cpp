@@ -62,10 +62,17 @@ std::uint16_t ServerProcess::freePort()
     return 0;
 }
 
+void ServerProcess::setEnvironmentValue(const QString& name, const QString& value)
+{
+    m_extra.insert(name, value);
+}
+
 bool ServerProcess::start(const QStringList& arguments)
 {
     m_port = freePort();
-    m_process.setProcessEnvironment(m_desktop.environment(m_port));
+    QProcessEnvironment env = m_desktop.environment(m_port);
+    env.insert(m_extra);
+    m_process.setProcessEnvironment(env);
     m_process.setStandardErrorFile(m_logPath, QIODevice::Append);
     m_process.setStandardOutputFile(m_logPath + QStringLiteral(".out"), QIODevice::Append);
     m_process.start(executable(), arguments);

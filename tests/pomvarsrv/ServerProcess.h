@@ -18,6 +18,8 @@ public:
     explicit ServerProcess(const TestDesktop& desktop);
     ~ServerProcess();
 
+    // An environment variable for the server, beside the desktop's.
+    void setEnvironmentValue(const QString& name, const QString& value);
     // Starts the server and waits until it listens and has loaded the catalogue.
     bool start(const QStringList& arguments = {});
     // Starts it on a given port and waits for it to end (for servers that must not start).
@@ -40,6 +42,7 @@ private:
     QProcess m_process;
     QString m_logPath;
     std::uint16_t m_port = 0;
+    QProcessEnvironment m_extra;
 };
 
 } // namespace pomvar::srvtest

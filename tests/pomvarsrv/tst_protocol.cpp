@@ -50,6 +50,7 @@ private Q_SLOTS:
     void damagedAndTruncatedFrames();
     void clientsComeAndGoWithoutBlockingOthers();
     void launchStartsTheAppAndUpdatesRecent();
+    void terminalAppRunsInATerminal();
     void failedLaunchIsReported();
     void secondServerOnTheSamePortLeaves();
     void clearRecentOption();
@@ -64,6 +65,7 @@ private:
     SrvClient m_client;
     QString m_marker;
     QString m_brokenProgram;
+    QString m_terminalMarker;
     QString m_goAhead;
     QString m_outlived;
 };
@@ -87,6 +89,25 @@ void TestProtocol::initTestCase()
                                true));
     QVERIFY(TestDesktop::writeEntry(
         system, "waiter.desktop", "Name=Waiter\nExec=" + waiter.toUtf8() + "\n"));
+    // Terminal=true: GIO runs the program in the first terminal it finds on PATH; stand-ins for
+    // the ones it looks for note how they were called.
+    m_terminalMarker = m_desktop.root() + QStringLiteral("/terminal.marker");
+    const QString fakeBin = m_desktop.root() + QStringLiteral("/fake-bin");
+    for (const char* terminal : { "gnome-terminal",
+                                  "nxterm",
+                                  "color-xterm",
+                                  "rxvt",
+                                  "dtterm",
+                                  "xterm",
+                                  "x-terminal-emulator" })
+        QVERIFY(
+            TestDesktop::write(fakeBin + u'/' + QLatin1String(terminal),
+                               "#!/bin/sh\necho \"$0 $*\" > '" + m_terminalMarker.toUtf8() + "'\n",
+                               true));
+    QVERIFY(TestDesktop::writeEntry(system,
+                                    "console.desktop",
+                                    "Name=Console Tool\nTerminal=true\nExec=" + script.toUtf8() +
+                                        " --console\n"));
     QVERIFY(TestDesktop::writeEntry(system, "alpha.desktop", "Name=Alpha\nExec=true\n"));
     QVERIFY(TestDesktop::writeEntry(system, "beta.desktop", "Name=Beta\nExec=true\n"));
     QVERIFY(TestDesktop::writeEntry(
@@ -104,6 +125,8 @@ void TestProtocol::initTestCase()
     QVERIFY(TestDesktop::write(m_desktop.storePath(), QByteArray::fromStdString(store.dump())));
 
     m_server = std::make_unique<ServerProcess>(m_desktop);
+    m_server->setEnvironmentValue(QStringLiteral("PATH"),
+                                  fakeBin + u':' + qEnvironmentVariable("PATH"));
     QVERIFY(m_server->start());
     QVERIFY(m_client.connectTo(m_server->port()));
     // Start from clear flags.
@@ -133,7 +156,7 @@ void TestProtocol::awaitedRequestsAreAnswered()
         QVERIFY2((*flags)[key].is_boolean(), key);
     const auto all = jsonReply(client(), SrvClient::plain("get-allapps-menu-data"));
     QVERIFY(all && all->is_array());
-    QCOMPARE(all->size(), std::size_t(5));
+    QCOMPARE(all->size(), std::size_t(6));
     const auto mine = jsonReply(client(), SrvClient::plain("get-myapps-menu-data"));
     QVERIFY(mine && mine->is_object());
     for (const char* key : { "pinnedapps", "appcats", "appcatapps", "renamedAppcats" })
@@ -278,7 +301,7 @@ void TestProtocol::clientsComeAndGoWithoutBlockingOthers()
     for (int i = 0; i < 300; ++i) {
         const auto reply = flooding.readReply();
         QVERIFY(reply);
-        QCOMPARE(Json::parse(*reply).size(), std::size_t(5));
+        QCOMPARE(Json::parse(*reply).size(), std::size_t(6));
     }
     // A front end that leaves and comes back is served again.
     m_client.close();
@@ -321,6 +344,18 @@ void TestProtocol::launchStartsTheAppAndUpdatesRecent()
     QTRY_VERIFY_WITH_TIMEOUT(zombieChildren().empty(), 20000);
 }
 
+void TestProtocol::terminalAppRunsInATerminal()
+{
+    QVERIFY(client().send(SrvClient::withAppkey("launch", "console.desktop")));
+    QVERIFY(jsonReply(client(), SrvClient::plain("get-app-status")));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_terminalMarker), 20000);
+    QFile marker(m_terminalMarker);
+    QVERIFY(marker.open(QIODevice::ReadOnly));
+    const QByteArray call = marker.readAll();
+    QVERIFY2(call.contains("fake-bin/") && call.contains("write-marker --console"),
+             call.constData());
+}
+
 void TestProtocol::failedLaunchIsReported()
 {
     jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
@@ -330,8 +365,9 @@ void TestProtocol::failedLaunchIsReported()
     JCOMPARE((*flags)["recentAppsModified"], false);
     QVERIFY2(m_server->log().contains(QStringLiteral("cannot launch broken.desktop")),
              qPrintable(m_server->log()));
+    // Recent is unchanged: the last app that did start is still first.
     const auto recent = jsonReply(client(), SrvClient::plain("get-recentapps-menu-data"));
-    JCOMPARE((*recent)[0]["appkey"], "marker.desktop");
+    JCOMPARE((*recent)[0]["appkey"], "console.desktop");
 }
 
 void TestProtocol::secondServerOnTheSamePortLeaves()

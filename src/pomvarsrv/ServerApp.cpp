@@ -39,7 +39,7 @@ std::string bundleId(const std::string& desktopId)
 ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     : QObject(parent)
     , m_options(options)
-    , m_model(&m_storeFile, m_storeFile.load())
+    , m_model(&m_storeFile)
     , m_handler(m_model)
     , m_server(m_handler)
     , m_prompt(m_model)
@@ -57,16 +57,6 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
         qCInfo(lcServer) << "the installed apps changed";
         scan();
     });
-    if (m_options.clearRecent) {
-        qCInfo(lcServer) << "clearing the recent apps";
-        m_model.clearRecent();
-    }
-    if (m_options.refresh) {
-        qCInfo(lcServer) << "refreshing: every icon is rendered again";
-        m_icons.clear();
-    }
-    if (m_options.welcome)
-        qCInfo(lcServer) << "--welcome given (no welcome dialog yet)";
 }
 
 ServerApp::~ServerApp()
@@ -77,12 +67,25 @@ ServerApp::~ServerApp()
 RuntimeServer::ListenResult ServerApp::start(quint16 port)
 {
     const auto result = m_server.listen(port);
-    if (result == RuntimeServer::ListenResult::listening) {
-        qCInfo(lcServer) << "listening on port" << port;
-        // Clients that connect meanwhile wait in the listen backlog: nothing is answered before
-        // the catalogue is in.
-        scan();
+    if (result != RuntimeServer::ListenResult::listening)
+        return result;
+    qCInfo(lcServer) << "listening on port" << port;
+    // Only the server that holds the port owns the store and the icon cache: a second one
+    // leaves without touching either.
+    m_model.setStore(m_storeFile.load());
+    if (m_options.clearRecent) {
+        qCInfo(lcServer) << "clearing the recent apps";
+        m_model.clearRecent();
     }
+    if (m_options.refresh) {
+        qCInfo(lcServer) << "refreshing: every icon is rendered again";
+        m_icons.clear();
+    }
+    if (m_options.welcome)
+        qCInfo(lcServer) << "--welcome given (no welcome dialog yet)";
+    // Clients that connect meanwhile wait in the listen backlog: nothing is answered before
+    // the catalogue is in.
+    scan();
     return result;
 }
 

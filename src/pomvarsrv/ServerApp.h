@@ -34,9 +34,6 @@ public:
     RuntimeServer::ListenResult start(quint16 port);
 
     ServerModel& model() { return m_model; }
-    const StoreFile& storeFile() const { return m_storeFile; }
-    const IconCache& iconCache() const { return m_icons; }
-    RequestHandler& handler() { return m_handler; }
     // Loads the installed apps (start() does it; a change to the desktop entries does it again).
     void scan();
 

@@ -7,6 +7,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pomvar::srv {
@@ -22,6 +23,8 @@ public:
     explicit ServerModel(StoreFile* file = nullptr, Store store = {});
 
     const Store& store() const { return m_store; }
+    // Replaces the store as read from its file (nothing is saved).
+    void setStore(Store store) { m_store = std::move(store); }
     const InstalledApps& apps() const { return m_apps; }
     bool isReady() const { return m_ready; }
 

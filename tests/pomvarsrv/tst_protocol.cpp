@@ -372,10 +372,24 @@ void TestProtocol::failedLaunchIsReported()
 
 void TestProtocol::secondServerOnTheSamePortLeaves()
 {
+    const auto recentBefore = jsonReply(client(), SrvClient::plain("get-recentapps-menu-data"));
+    const QByteArray storeBefore = [&] {
+        QFile store(m_desktop.storePath());
+        return store.open(QIODevice::ReadOnly) ? store.readAll() : QByteArray();
+    }();
     ServerProcess second(m_desktop);
-    QCOMPARE(second.runToExit(m_server->port()), 0);
+    QCOMPARE(second.runToExit(m_server->port(),
+                              { QStringLiteral("--clear-recent"), QStringLiteral("--refresh") }),
+             0);
     QVERIFY2(second.log().contains(QStringLiteral("already in use")), qPrintable(second.log()));
-    QVERIFY(jsonReply(client(), SrvClient::plain("get-app-status")));
+    // The running server's store and icons are not the leaving one's to touch.
+    QFile store(m_desktop.storePath());
+    QVERIFY(store.open(QIODevice::ReadOnly));
+    QCOMPARE(store.readAll(), storeBefore);
+    QVERIFY(QDir(m_desktop.iconCache()).exists());
+    const auto recentAfter = jsonReply(client(), SrvClient::plain("get-recentapps-menu-data"));
+    QVERIFY(recentAfter && *recentAfter == *recentBefore);
+    QVERIFY(!recentAfter->empty());
 }
 
 void TestProtocol::clearRecentOption()

@@ -69,25 +69,32 @@ void ServerProcess::setEnvironmentValue(const QString& name, const QString& valu
 
 bool ServerProcess::start(const QStringList& arguments)
 {
-    m_port = freePort();
-    QProcessEnvironment env = m_desktop.environment(m_port);
-    env.insert(m_extra);
-    m_process.setProcessEnvironment(env);
-    m_process.setStandardErrorFile(m_logPath, QIODevice::Append);
-    m_process.setStandardOutputFile(m_logPath + QStringLiteral(".out"), QIODevice::Append);
-    m_process.start(executable(), arguments);
-    if (!m_process.waitForStarted(10000))
-        return false;
-    QElapsedTimer clock;
-    clock.start();
-    while (clock.elapsed() < 60000 && m_process.state() == QProcess::Running) {
-        if (log().contains(QStringLiteral("listening on port %1").arg(m_port))) {
-            // Requests are served once the catalogue is in: this reply says it is.
-            SrvClient client;
-            return client.connectTo(m_port) &&
-                   client.request(SrvClient::plain("get-app-status")).has_value();
+    // A port found free can be taken by someone else before the server binds it: the server
+    // then leaves at once, and another port is tried.
+    for (int attempt = 0; attempt < 3; ++attempt) {
+        m_port = freePort();
+        QProcessEnvironment env = m_desktop.environment(m_port);
+        env.insert(m_extra);
+        m_process.setProcessEnvironment(env);
+        m_process.setStandardErrorFile(m_logPath, QIODevice::Append);
+        m_process.setStandardOutputFile(m_logPath + QStringLiteral(".out"), QIODevice::Append);
+        m_process.start(executable(), arguments);
+        if (!m_process.waitForStarted(10000))
+            return false;
+        QElapsedTimer clock;
+        clock.start();
+        while (clock.elapsed() < 60000 && m_process.state() == QProcess::Running) {
+            if (log().contains(QStringLiteral("listening on port %1").arg(m_port))) {
+                // Requests are served once the catalogue is in: this reply says it is.
+                SrvClient client;
+                return client.connectTo(m_port) &&
+                       client.request(SrvClient::plain("get-app-status")).has_value();
+            }
+            QThread::msleep(20);
         }
-        QThread::msleep(20);
+        m_process.waitForFinished(10000);
+        if (!log().contains(QStringLiteral("port %1 is already in use").arg(m_port)))
+            return false;
     }
     return false;
 }

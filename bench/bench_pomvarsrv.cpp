@@ -1,0 +1,203 @@
+// Prints the runtime server's start-up and menu-data figures against a generated desktop:
+// start to listening and to the first answered request with 1,000 installed apps, with a cold
+// icon cache (every icon to render) and a warm one; the time until the background renders are
+// in; the "get-allapps-menu-data" reply time and size for 1,000 and 5,000 apps.
+#include "ServerProcess.h"
+#include "SrvClient.h"
+#include "TestDesktop.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QThread>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+using namespace pomvar::srvtest;
+
+namespace {
+
+struct StartFigures
+{
+    double listeningMs = 0;
+    double readyMs = 0;
+    double iconsMs = 0;
+};
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+// `count` apps; every `shareIconsEvery`-th app has an icon of its own, the others share.
+void populate(const TestDesktop& desktop, int count, int ownIcons)
+{
+    const QString theme = desktop.dataHome() + QStringLiteral("/icons/BenchTheme");
+    TestDesktop::write(theme + QStringLiteral("/index.theme"),
+                       "[Icon Theme]\nName=BenchTheme\nInherits=hicolor\n"
+                       "Directories=64x64/apps,scalable/apps\n\n"
+                       "[64x64/apps]\nSize=64\nType=Fixed\n\n"
+                       "[scalable/apps]\nSize=48\nMinSize=8\nMaxSize=512\nType=Scalable\n");
+    TestDesktop::write(desktop.configHome() + QStringLiteral("/kdeglobals"),
+                       "[Icons]\nTheme=BenchTheme\n");
+    for (int i = 0; i < ownIcons; ++i) {
+        if (i % 4 == 0) {
+            TestDesktop::write(theme + QStringLiteral("/scalable/apps/bench-%1.svg").arg(i),
+                               "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" "
+                               "height=\"16\"><circle cx=\"8\" cy=\"8\" r=\"7\" fill=\"#" +
+                                   QByteArray::number(0x100000 + i * 37, 16).right(6) +
+                                   "\"/></svg>\n");
+        } else {
+            TestDesktop::writePng(
+                theme + QStringLiteral("/64x64/apps/bench-%1.png").arg(i), 64, 64);
+        }
+    }
+    for (int i = 0; i < count; ++i) {
+        const QByteArray icon =
+            i % 10 == 9 ? QByteArray("no-such-icon") : "bench-" + QByteArray::number(i % ownIcons);
+        TestDesktop::writeEntry(desktop.systemData(),
+                                QStringLiteral("org.example.Bench%1.desktop").arg(i),
+                                "Name=Bench Application " + QByteArray::number(count - i) +
+                                    "\nComment=Generated for the benchmark\nExec=true %U\n"
+                                    "Icon=" +
+                                    icon + "\nCategories=Utility;\n");
+    }
+}
+
+QProcessEnvironment benchEnvironment(const TestDesktop& desktop, std::uint16_t port)
+{
+    QProcessEnvironment env = desktop.environment(port);
+    // The real themes too, as on a desktop: their folders are indexed at every scan.
+    env.insert(QStringLiteral("XDG_DATA_DIRS"),
+               desktop.systemData() + QStringLiteral(":/usr/share"));
+    return env;
+}
+
+bool waitForIcons(std::uint16_t port)
+{
+    SrvClient client;
+    if (!client.connectTo(port))
+        return false;
+    for (int attempt = 0; attempt < 60000; ++attempt) {
+        const auto reply = client.request(SrvClient::plain("get-menu-data-modified-status"));
+        if (!reply)
+            return false;
+        if (nlohmann::json::parse(*reply).value("appFolderModified", false))
+            return true;
+        QThread::msleep(1);
+    }
+    return false;
+}
+
+StartFigures startOnce(const TestDesktop& desktop, bool cold, QProcess& server, std::uint16_t port)
+{
+    StartFigures figures;
+    server.setProcessEnvironment(benchEnvironment(desktop, port));
+    server.setStandardErrorFile(desktop.root() + QStringLiteral("/bench-server.log"),
+                                QIODevice::Append);
+    QElapsedTimer clock;
+    clock.start();
+    server.start(QStringLiteral(POMVARSRV_PATH), {});
+    SrvClient client;
+    while (!client.connectTo(port))
+        QThread::usleep(200);
+    figures.listeningMs = clock.nsecsElapsed() / 1e6;
+    client.request(SrvClient::plain("get-app-status"));
+    figures.readyMs = clock.nsecsElapsed() / 1e6;
+    if (cold && waitForIcons(port))
+        figures.iconsMs = clock.nsecsElapsed() / 1e6;
+    return figures;
+}
+
+void stop(QProcess& server, std::uint16_t port)
+{
+    SrvClient client;
+    if (client.connectTo(port))
+        client.send(SrvClient::plain("quit"));
+    server.waitForFinished(30000);
+}
+
+void allAppsFigures(const TestDesktop& desktop, int count)
+{
+    const std::uint16_t port = ServerProcess::freePort();
+    QProcess server;
+    startOnce(desktop, true, server, port);
+    SrvClient client;
+    client.connectTo(port);
+    std::vector<double> times;
+    std::size_t size = 0;
+    std::size_t apps = 0;
+    for (int i = 0; i < 30; ++i) {
+        QElapsedTimer clock;
+        clock.start();
+        const auto reply = client.request(SrvClient::plain("get-allapps-menu-data"));
+        times.push_back(clock.nsecsElapsed() / 1e6);
+        size = reply ? reply->size() : 0;
+        apps = reply ? nlohmann::json::parse(*reply).size() : 0;
+    }
+    // The first request builds the payload; later ones reuse it until apps, icons or pins change.
+    std::printf("get-allapps-menu-data, %5d apps: first %6.2f ms, then median %6.2f ms, "
+                "min %6.2f ms, %zu bytes (%zu apps in the reply)\n",
+                count,
+                times.front(),
+                median(times),
+                *std::min_element(times.begin(), times.end()),
+                size,
+                apps);
+    client.close();
+    stop(server, port);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    std::printf("pomvarsrv start-up (%s)\n", POMVARSRV_PATH);
+    {
+        TestDesktop desktop;
+        populate(desktop, 1000, 400);
+        std::vector<double> coldListening, coldReady, coldIcons, warmListening, warmReady;
+        for (int run = 0; run < 3; ++run) {
+            QDir(desktop.iconCache()).removeRecursively();
+            const std::uint16_t port = ServerProcess::freePort();
+            QProcess server;
+            const StartFigures cold = startOnce(desktop, true, server, port);
+            stop(server, port);
+            coldListening.push_back(cold.listeningMs);
+            coldReady.push_back(cold.readyMs);
+            coldIcons.push_back(cold.iconsMs);
+            for (int warm = 0; warm < 3; ++warm) {
+                QProcess again;
+                const StartFigures figures = startOnce(desktop, false, again, port);
+                stop(again, port);
+                warmListening.push_back(figures.listeningMs);
+                warmReady.push_back(figures.readyMs);
+            }
+        }
+        std::printf("1000 apps, cold icon cache (400 icons to render): listening %6.1f ms, "
+                    "first reply %6.1f ms, icons rendered %7.1f ms (medians of %zu)\n",
+                    median(coldListening),
+                    median(coldReady),
+                    median(coldIcons),
+                    coldListening.size());
+        std::printf("1000 apps, warm icon cache:                         listening %6.1f ms, "
+                    "first reply %6.1f ms (medians of %zu)\n",
+                    median(warmListening),
+                    median(warmReady),
+                    warmListening.size());
+        allAppsFigures(desktop, 1000);
+    }
+    {
+        TestDesktop desktop;
+        populate(desktop, 5000, 400);
+        allAppsFigures(desktop, 5000);
+    }
+    return 0;
+}

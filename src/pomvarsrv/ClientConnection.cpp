@@ -1,0 +1,80 @@
+#include "ClientConnection.h"
+
+#include "RequestHandler.h"
+#include "RequestParser.h"
+#include "ServerLog.h"
+#include "wire/Frame.h"
+
+#include <QTcpSocket>
+
+namespace pomvar::srv {
+
+namespace {
+
+// Replies waiting to be written beyond which no further request is read.
+constexpr qint64 kMaxPendingReplyBytes = 32 * 1024 * 1024;
+// What the socket may hold of unread requests: past it, TCP itself holds the client back.
+constexpr qint64 kReadBufferSize = 256 * 1024;
+constexpr qint64 kChunk = 64 * 1024;
+
+} // namespace
+
+ClientConnection::ClientConnection(QTcpSocket* socket, RequestHandler& handler, QObject* parent)
+    : QObject(parent)
+    , m_socket(socket)
+    , m_handler(handler)
+{
+    m_socket->setParent(this);
+    m_socket->setReadBufferSize(kReadBufferSize);
+    m_socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    connect(m_socket, &QTcpSocket::readyRead, this, &ClientConnection::serve);
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &ClientConnection::serve);
+    connect(m_socket, &QTcpSocket::disconnected, this, &ClientConnection::finished);
+    connect(m_socket, &QTcpSocket::errorOccurred, this, [this](QAbstractSocket::SocketError error) {
+        if (error != QAbstractSocket::RemoteHostClosedError)
+            qCInfo(lcServer) << "client connection error:" << m_socket->errorString();
+        Q_EMIT finished();
+    });
+    serve();
+}
+
+void ClientConnection::serve()
+{
+    // A signal emitted by a write inside serveFrame() must not start a second pass.
+    if (m_serving)
+        return;
+    m_serving = true;
+    std::string body;
+    while (m_socket->bytesToWrite() < kMaxPendingReplyBytes) {
+        if (m_decoder.next(body)) {
+            serveFrame(body);
+            continue;
+        }
+        if (m_socket->bytesAvailable() == 0)
+            break;
+        const QByteArray bytes = m_socket->read(kChunk);
+        m_decoder.feed(std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
+    }
+    m_serving = false;
+}
+
+void ClientConnection::serveFrame(const std::string& body)
+{
+    const auto request = RequestParser::parse(body);
+    if (!request) {
+        qCWarning(lcServer) << "ignoring a request that names no known id:" << body.size()
+                            << "bytes";
+        return;
+    }
+    const auto reply = m_handler.handle(*request);
+    if (!reply)
+        return;
+    const auto frame = wire::encodeReplyFrame(*reply);
+    if (!frame) {
+        qCWarning(lcServer) << "reply too long to send:" << reply->size() << "bytes";
+        return;
+    }
+    m_socket->write(frame->data(), static_cast<qint64>(frame->size()));
+}
+
+} // namespace pomvar::srv

@@ -1,0 +1,141 @@
+#include "MenuPayloads.h"
+
+#include "JsonText.h"
+
+#include <unordered_set>
+
+namespace pomvar::srv {
+
+namespace {
+
+class PinSet
+{
+public:
+    explicit PinSet(const Store& store)
+        : m_pins(store.pins().begin(), store.pins().end())
+    {}
+    bool contains(const std::string& key) const { return m_pins.count(key) != 0; }
+
+private:
+    std::unordered_set<std::string> m_pins;
+};
+
+// {"appkey":..,"name":..,"bundleid":..,"iconpath":..,"iconpath2x":..[,"pinned":..]}
+void appendApp(std::string& out, const AppEntry& app, const bool* pinned)
+{
+    out += '{';
+    JsonText::appendKey(out, "appkey");
+    JsonText::appendString(out, app.key);
+    out += ',';
+    JsonText::appendKey(out, "name");
+    JsonText::appendString(out, app.name);
+    out += ',';
+    JsonText::appendKey(out, "bundleid");
+    JsonText::appendString(out, app.bundleId);
+    out += ',';
+    JsonText::appendKey(out, "iconpath");
+    JsonText::appendString(out, app.iconPath);
+    out += ',';
+    JsonText::appendKey(out, "iconpath2x");
+    JsonText::appendString(out, app.iconPath2x);
+    if (pinned) {
+        out += ',';
+        JsonText::appendKey(out, "pinned");
+        out += *pinned ? "true" : "false";
+    }
+    out += '}';
+}
+
+template <typename Keys>
+void appendInstalled(std::string& out,
+                     const InstalledApps& apps,
+                     const Keys& keys,
+                     const PinSet* pins)
+{
+    out += '[';
+    bool first = true;
+    for (const auto& key : keys) {
+        const AppEntry* app = apps.find(key);
+        if (!app)
+            continue;
+        if (!first)
+            out += ',';
+        first = false;
+        const bool pinned = pins && pins->contains(key);
+        appendApp(out, *app, pins ? &pinned : nullptr);
+    }
+    out += ']';
+}
+
+} // namespace
+
+std::string MenuPayloads::allApps(const InstalledApps& apps, const Store& store)
+{
+    const PinSet pins(store);
+    std::string out;
+    out.reserve(apps.size() * 360 + 2);
+    out += '[';
+    for (std::size_t i = 0; i < apps.all().size(); ++i) {
+        const AppEntry& app = apps.all()[i];
+        if (i > 0)
+            out += ',';
+        const bool pinned = pins.contains(app.key);
+        appendApp(out, app, &pinned);
+    }
+    out += ']';
+    return out;
+}
+
+std::string MenuPayloads::recentApps(const InstalledApps& apps, const Store& store)
+{
+    const PinSet pins(store);
+    std::string out;
+    appendInstalled(out, apps, store.recent(), &pins);
+    return out;
+}
+
+std::string MenuPayloads::myApps(const InstalledApps& apps,
+                                 const Store& store,
+                                 const std::vector<Rename>& renames)
+{
+    const PinSet pins(store);
+    std::string out = "{";
+    JsonText::appendKey(out, "pinnedapps");
+    appendInstalled(out, apps, store.pins(), nullptr);
+    out += ',';
+    JsonText::appendKey(out, "appcats");
+    out += '[';
+    for (std::size_t i = 0; i < store.categories().size(); ++i) {
+        if (i > 0)
+            out += ',';
+        JsonText::appendString(out, store.categories()[i].name);
+    }
+    out += "],";
+    JsonText::appendKey(out, "appcatapps");
+    out += '{';
+    for (std::size_t i = 0; i < store.categories().size(); ++i) {
+        const AppCategory& category = store.categories()[i];
+        if (i > 0)
+            out += ',';
+        JsonText::appendKey(out, category.name);
+        appendInstalled(out, apps, category.apps, &pins);
+    }
+    out += "},";
+    JsonText::appendKey(out, "renamedAppcats");
+    out += '[';
+    for (std::size_t i = 0; i < renames.size(); ++i) {
+        if (i > 0)
+            out += ',';
+        out += '{';
+        JsonText::appendKey(out, "old");
+        JsonText::appendString(out, renames[i].first);
+        out += ',';
+        JsonText::appendKey(out, "new");
+        JsonText::appendString(out, renames[i].second);
+        out += '}';
+    }
+    out += "]}";
+    return out;
+}
+
+} // namespace pomvar::srv

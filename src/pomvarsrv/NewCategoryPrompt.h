@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+namespace pomvar::srv {
+
+class ServerModel;
+
+// Asks for the name of a new category and files the app into it. The dialog is opened
+// without a nested event loop, so requests keep being served while it is shown.
+class NewCategoryPrompt : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit NewCategoryPrompt(ServerModel& model, QObject* parent = nullptr);
+
+    void ask(const QString& appkey);
+
+Q_SIGNALS:
+    // After the user's answer was acted on (created or refused).
+    void answered(bool created);
+
+private:
+    void create(const QString& name, const QString& appkey);
+
+    ServerModel& m_model;
+};
+
+} // namespace pomvar::srv

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace pomvar::srv {
+
+// One request as the server understands it. Fields the request does not carry stay empty.
+struct Request
+{
+    std::string id;
+    std::optional<std::string> appkey = std::nullopt;
+    std::optional<std::string> appcat = std::nullopt;
+    std::optional<std::int64_t> pane = std::nullopt;
+    // "organizer" only: the item key, or nothing for null.
+    std::optional<std::string> itemkey = std::nullopt;
+
+    bool operator==(const Request&) const = default;
+
+    // Whether the front end reads a reply to this id. Only these ids are ever answered.
+    static bool expectsReply(std::string_view id);
+    // Whether the id is one the front end sends at all.
+    static bool isKnown(std::string_view id);
+};
+
+} // namespace pomvar::srv

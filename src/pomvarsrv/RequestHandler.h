@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Request.h"
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+#include <string>
+
+namespace pomvar::srv {
+
+class ServerModel;
+
+// Carries out one request and gives its reply: a JSON text exactly for the requests the front
+// end awaits, nothing for the others. Actions that need the desktop (launching, dialogs, quitting)
+// are handed on as signals.
+class RequestHandler : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit RequestHandler(ServerModel& model, QObject* parent = nullptr);
+
+    std::optional<std::string> handle(const Request& request);
+
+Q_SIGNALS:
+    void launchRequested(const QString& appkey);
+    void newCategoryRequested(const QString& appkey);
+    void quitRequested();
+
+private:
+    std::string reply(const Request& request);
+    void act(const Request& request);
+
+    ServerModel& m_model;
+};
+
+} // namespace pomvar::srv

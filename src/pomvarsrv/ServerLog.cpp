@@ -1,0 +1,36 @@
+#include "ServerLog.h"
+
+#include <cstdio>
+
+namespace pomvar::srv {
+
+Q_LOGGING_CATEGORY(lcServer, "pomvarsrv")
+
+namespace {
+
+void writeMessage(QtMsgType type, const QMessageLogContext&, const QString& message)
+{
+    const char* level = "";
+    switch (type) {
+        case QtWarningMsg:
+            level = "warning: ";
+            break;
+        case QtCriticalMsg:
+        case QtFatalMsg:
+            level = "error: ";
+            break;
+        default:
+            break;
+    }
+    std::fprintf(stderr, "pomvarsrv: %s%s\n", level, message.toLocal8Bit().constData());
+    std::fflush(stderr);
+}
+
+} // namespace
+
+void installServerLog()
+{
+    qInstallMessageHandler(writeMessage);
+}
+
+} // namespace pomvar::srv

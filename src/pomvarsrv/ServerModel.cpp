@@ -1,0 +1,137 @@
+#include "ServerModel.h"
+
+#include "StoreFile.h"
+
+#include <utility>
+
+namespace pomvar::srv {
+
+ServerModel::ServerModel(StoreFile* file, Store store)
+    : m_file(file)
+    , m_store(std::move(store))
+{}
+
+void ServerModel::save()
+{
+    if (m_file)
+        m_file->save(m_store);
+}
+
+void ServerModel::setApps(InstalledApps apps)
+{
+    m_apps = std::move(apps);
+    m_allApps.clear();
+    if (m_ready)
+        m_flags.appFolder = true;
+    m_ready = true;
+}
+
+void ServerModel::setIcons(const std::vector<AppEntry>& apps)
+{
+    for (const auto& app : apps)
+        m_apps.setIcons(app.key, app.iconPath, app.iconPath2x);
+    if (!apps.empty()) {
+        m_allApps.clear();
+        m_flags.appFolder = true;
+    }
+}
+
+ModifiedFlags ServerModel::takeFlags()
+{
+    return std::exchange(m_flags, ModifiedFlags{});
+}
+
+std::string ServerModel::allAppsPayload() const
+{
+    if (m_allApps.empty())
+        m_allApps = MenuPayloads::allApps(m_apps, m_store);
+    return m_allApps;
+}
+
+std::string ServerModel::recentAppsPayload() const
+{
+    return MenuPayloads::recentApps(m_apps, m_store);
+}
+
+std::string ServerModel::takeMyAppsPayload()
+{
+    std::string payload = MenuPayloads::myApps(m_apps, m_store, m_renames);
+    m_renames.clear();
+    return payload;
+}
+
+bool ServerModel::togglePin(const std::string& appkey)
+{
+    if (!m_apps.contains(appkey))
+        return false;
+    m_store.togglePin(appkey);
+    m_allApps.clear();
+    m_flags.pinnedApps = true;
+    save();
+    return true;
+}
+
+std::optional<bool> ServerModel::toggleMember(const std::string& appkey,
+                                              const std::string& category)
+{
+    if (!m_apps.contains(appkey))
+        return std::nullopt;
+    const auto isSet = m_store.toggleMember(appkey, category);
+    if (isSet) {
+        m_flags.appcats = true;
+        save();
+    }
+    return isSet;
+}
+
+bool ServerModel::createCategoryWith(const std::string& name, const std::string& appkey)
+{
+    if (!m_store.createCategory(name))
+        return false;
+    if (m_apps.contains(appkey))
+        m_store.addMember(appkey, name);
+    m_flags.appcats = true;
+    save();
+    return true;
+}
+
+bool ServerModel::deleteCategory(const std::string& name)
+{
+    if (!m_store.deleteCategory(name))
+        return false;
+    m_flags.appcats = true;
+    save();
+    return true;
+}
+
+bool ServerModel::renameCategory(const std::string& from, const std::string& to)
+{
+    if (!m_store.renameCategory(from, to))
+        return false;
+    m_renames.emplace_back(from, to);
+    m_flags.appcats = true;
+    save();
+    return true;
+}
+
+void ServerModel::noteLaunched(const std::string& appkey)
+{
+    m_store.pushRecent(appkey);
+    m_flags.recentApps = true;
+    save();
+}
+
+void ServerModel::clearRecent()
+{
+    m_store.clearRecent();
+    m_flags.recentApps = true;
+    save();
+}
+
+void ServerModel::setPrefs(const UserPrefs& prefs)
+{
+    m_store.setPrefs(prefs);
+    save();
+}
+
+} // namespace pomvar::srv

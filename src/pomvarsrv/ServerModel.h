@@ -1,0 +1,67 @@
+#pragma once
+
+#include "InstalledApps.h"
+#include "MenuPayloads.h"
+#include "ModifiedFlags.h"
+#include "Store.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace pomvar::srv {
+
+class StoreFile;
+
+// The server's state: the installed apps, the user's store, the modified flags and the pending
+// category renames. Every change to the store is saved at once and sets the flags it names.
+class ServerModel
+{
+public:
+    // Without a file nothing is saved.
+    explicit ServerModel(StoreFile* file = nullptr, Store store = {});
+
+    const Store& store() const { return m_store; }
+    // Replaces the store as read from its file (nothing is saved).
+    void setStore(Store store) { m_store = std::move(store); }
+    const InstalledApps& apps() const { return m_apps; }
+    bool isReady() const { return m_ready; }
+
+    // The first list makes the server ready; a later one sets appFolderModified.
+    void setApps(InstalledApps apps);
+    // Better icons for some apps (rendered in the background): the menus must be fetched again.
+    void setIcons(const std::vector<AppEntry>& apps);
+
+    // Reports the flags and clears them.
+    ModifiedFlags takeFlags();
+
+    std::string allAppsPayload() const;
+    std::string recentAppsPayload() const;
+    // Carries the renames made since the last My Apps payload, which are then forgotten.
+    std::string takeMyAppsPayload();
+
+    // Each returns false when nothing changed (unknown app or category, refused name).
+    bool togglePin(const std::string& appkey);
+    std::optional<bool> toggleMember(const std::string& appkey, const std::string& category);
+    bool createCategoryWith(const std::string& name, const std::string& appkey);
+    bool deleteCategory(const std::string& name);
+    bool renameCategory(const std::string& from, const std::string& to);
+    void noteLaunched(const std::string& appkey);
+    void clearRecent();
+    void setPrefs(const UserPrefs& prefs);
+
+private:
+    void save();
+
+    StoreFile* m_file;
+    Store m_store;
+    InstalledApps m_apps;
+    bool m_ready = false;
+    ModifiedFlags m_flags;
+    std::vector<MenuPayloads::Rename> m_renames;
+    // All Apps changes only with the apps, their icons and the pins: it is kept between requests.
+    mutable std::string m_allApps;
+};
+
+} // namespace pomvar::srv

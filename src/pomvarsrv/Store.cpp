@@ -1,0 +1,219 @@
+#include "Store.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <type_traits>
+#include <utility>
+
+namespace pomvar::srv {
+
+namespace {
+
+constexpr int kFormatVersion = 1;
+
+bool eraseValue(std::vector<std::string>& values, const std::string& value)
+{
+    const auto it = std::find(values.begin(), values.end(), value);
+    if (it == values.end())
+        return false;
+    values.erase(it);
+    return true;
+}
+
+bool containsValue(const std::vector<std::string>& values, const std::string& value)
+{
+    return std::find(values.begin(), values.end(), value) != values.end();
+}
+
+// A list of unique strings; nothing when the value is not an array of strings.
+std::optional<std::vector<std::string>> stringList(const nlohmann::json& value)
+{
+    if (!value.is_array())
+        return std::nullopt;
+    std::vector<std::string> list;
+    for (const auto& item : value) {
+        if (!item.is_string())
+            return std::nullopt;
+        auto text = item.get<std::string>();
+        if (!containsValue(list, text))
+            list.push_back(std::move(text));
+    }
+    return list;
+}
+
+template <typename T>
+bool readMember(const nlohmann::json& object, const char* key, T& into)
+{
+    const auto it = object.find(key);
+    if (it == object.end())
+        return true;
+    if constexpr (std::is_same_v<T, bool>) {
+        if (!it->is_boolean())
+            return false;
+    } else {
+        if (!it->is_number_integer())
+            return false;
+    }
+    into = it->get<T>();
+    return true;
+}
+
+} // namespace
+
+bool Store::isPinned(const std::string& appkey) const
+{
+    return containsValue(m_pins, appkey);
+}
+
+bool Store::togglePin(const std::string& appkey)
+{
+    if (eraseValue(m_pins, appkey))
+        return false;
+    m_pins.push_back(appkey);
+    return true;
+}
+
+const AppCategory* Store::category(const std::string& name) const
+{
+    for (const auto& category : m_categories) {
+        if (category.name == name)
+            return &category;
+    }
+    return nullptr;
+}
+
+AppCategory* Store::findCategory(const std::string& name)
+{
+    return const_cast<AppCategory*>(std::as_const(*this).category(name));
+}
+
+std::optional<bool> Store::toggleMember(const std::string& appkey, const std::string& category)
+{
+    AppCategory* found = findCategory(category);
+    if (!found)
+        return std::nullopt;
+    if (eraseValue(found->apps, appkey))
+        return false;
+    found->apps.push_back(appkey);
+    return true;
+}
+
+bool Store::createCategory(const std::string& name)
+{
+    if (name.empty() || category(name))
+        return false;
+    m_categories.push_back(AppCategory{ name, {} });
+    return true;
+}
+
+bool Store::addMember(const std::string& appkey, const std::string& category)
+{
+    AppCategory* found = findCategory(category);
+    if (!found || containsValue(found->apps, appkey))
+        return false;
+    found->apps.push_back(appkey);
+    return true;
+}
+
+bool Store::deleteCategory(const std::string& name)
+{
+    const auto it = std::find_if(m_categories.begin(),
+                                 m_categories.end(),
+                                 [&](const AppCategory& c) { return c.name == name; });
+    if (it == m_categories.end())
+        return false;
+    m_categories.erase(it);
+    return true;
+}
+
+bool Store::renameCategory(const std::string& from, const std::string& to)
+{
+    AppCategory* found = findCategory(from);
+    if (!found || to.empty() || category(to))
+        return false;
+    found->name = to;
+    return true;
+}
+
+void Store::pushRecent(const std::string& appkey)
+{
+    eraseValue(m_recent, appkey);
+    m_recent.insert(m_recent.begin(), appkey);
+    if (m_recent.size() > kMaxRecent)
+        m_recent.resize(kMaxRecent);
+}
+
+bool Store::clearRecent()
+{
+    if (m_recent.empty())
+        return false;
+    m_recent.clear();
+    return true;
+}
+
+nlohmann::json Store::toJson() const
+{
+    nlohmann::json categories = nlohmann::json::array();
+    for (const auto& category : m_categories)
+        categories.push_back({ { "name", category.name }, { "apps", category.apps } });
+    return {
+        { "version", kFormatVersion },
+        { "pins", m_pins },
+        { "categories", std::move(categories) },
+        { "recent", m_recent },
+        { "prefs",
+          { { "MenuDensity", m_prefs.menuDensity },
+            { "AnimationFx", m_prefs.animationFx },
+            { "SaveExpAppCats", m_prefs.saveExpAppCats },
+            { "SaveLastMenu", m_prefs.saveLastMenu },
+            { "OneExpAppCat", m_prefs.oneExpAppCat } } },
+    };
+}
+
+std::optional<Store> Store::fromJson(const nlohmann::json& value)
+{
+    if (!value.is_object() || !value.contains("version"))
+        return std::nullopt;
+    Store store;
+    if (value.contains("pins")) {
+        auto pins = stringList(value["pins"]);
+        if (!pins)
+            return std::nullopt;
+        store.m_pins = std::move(*pins);
+    }
+    if (value.contains("recent")) {
+        auto recent = stringList(value["recent"]);
+        if (!recent)
+            return std::nullopt;
+        store.m_recent = std::move(*recent);
+        if (store.m_recent.size() > kMaxRecent)
+            store.m_recent.resize(kMaxRecent);
+    }
+    if (value.contains("categories")) {
+        const auto& categories = value["categories"];
+        if (!categories.is_array())
+            return std::nullopt;
+        for (const auto& item : categories) {
+            if (!item.is_object() || !item.contains("name") || !item["name"].is_string())
+                return std::nullopt;
+            auto apps =
+                item.contains("apps") ? stringList(item["apps"]) : std::vector<std::string>{};
+            if (!apps || !store.createCategory(item["name"].get<std::string>()))
+                return std::nullopt;
+            store.m_categories.back().apps = std::move(*apps);
+        }
+    }
+    if (value.contains("prefs")) {
+        const auto& prefs = value["prefs"];
+        if (!prefs.is_object() || !readMember(prefs, "MenuDensity", store.m_prefs.menuDensity) ||
+            !readMember(prefs, "AnimationFx", store.m_prefs.animationFx) ||
+            !readMember(prefs, "SaveExpAppCats", store.m_prefs.saveExpAppCats) ||
+            !readMember(prefs, "SaveLastMenu", store.m_prefs.saveLastMenu) ||
+            !readMember(prefs, "OneExpAppCat", store.m_prefs.oneExpAppCat))
+            return std::nullopt;
+    }
+    return store;
+}
+
+} // namespace pomvar::srv

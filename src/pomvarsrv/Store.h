@@ -1,0 +1,64 @@
+#pragma once
+
+#include "AppCategory.h"
+#include "UserPrefs.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pomvar::srv {
+
+// Everything the user owns: pins, categories, the recent list and the preferences. App keys
+// are kept even when the app is not installed, so an app that comes back finds its place again.
+// Plain C++; reading and writing the file is StoreFile's job.
+class Store
+{
+public:
+    static constexpr std::size_t kMaxRecent = 12;
+
+    const std::vector<std::string>& pins() const { return m_pins; }
+    const std::vector<AppCategory>& categories() const { return m_categories; }
+    const std::vector<std::string>& recent() const { return m_recent; }
+    const UserPrefs& prefs() const { return m_prefs; }
+
+    bool isPinned(const std::string& appkey) const;
+    // Pins an unpinned app at the end, unpins a pinned one; returns whether it is now pinned.
+    bool togglePin(const std::string& appkey);
+
+    const AppCategory* category(const std::string& name) const;
+    // Files the app into the category or takes it out; nothing when there is no such category.
+    std::optional<bool> toggleMember(const std::string& appkey, const std::string& category);
+    // False when the name is empty or taken.
+    bool createCategory(const std::string& name);
+    bool addMember(const std::string& appkey, const std::string& category);
+    bool deleteCategory(const std::string& name);
+    // False when `from` does not exist or `to` is empty or taken.
+    bool renameCategory(const std::string& from, const std::string& to);
+
+    // Puts the app first, once, dropping the oldest beyond kMaxRecent.
+    void pushRecent(const std::string& appkey);
+    // False when the list was already empty.
+    bool clearRecent();
+
+    void setPrefs(const UserPrefs& prefs) { m_prefs = prefs; }
+
+    nlohmann::json toJson() const;
+    // Nothing when the value is not a store; unknown members are ignored, missing ones default.
+    static std::optional<Store> fromJson(const nlohmann::json& value);
+
+    bool operator==(const Store&) const = default;
+
+private:
+    AppCategory* findCategory(const std::string& name);
+
+    std::vector<std::string> m_pins;
+    std::vector<AppCategory> m_categories;
+    std::vector<std::string> m_recent;
+    UserPrefs m_prefs;
+};
+
+} // namespace pomvar::srv

@@ -1,0 +1,100 @@
+#include "StoreFile.h"
+
+#include "ServerLog.h"
+
+#include <nlohmann/json.hpp>
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace pomvar::srv {
+
+StoreFile::StoreFile()
+    : StoreFile(defaultPath())
+{}
+
+StoreFile::StoreFile(QString path)
+    : m_path(std::move(path))
+{}
+
+QString StoreFile::defaultPath()
+{
+    QString config = qEnvironmentVariable("XDG_CONFIG_HOME");
+    if (config.isEmpty() || !QDir::isAbsolutePath(config))
+        config = QDir::homePath() + QStringLiteral("/.config");
+    return config + QStringLiteral("/pomvar/pomvarsrv.json");
+}
+
+Store StoreFile::load()
+{
+    m_setAsidePath.clear();
+    m_keepOff = false;
+    QFile file(m_path);
+    if (!file.exists())
+        return {};
+    if (!file.open(QIODevice::ReadOnly)) {
+        qCWarning(lcServer) << "cannot read the store" << m_path << file.errorString()
+                            << "; starting from defaults, and changes will not be saved";
+        m_keepOff = true;
+        return {};
+    }
+    const QByteArray bytes = file.readAll();
+    file.close();
+    const auto value =
+        nlohmann::json::parse(bytes.constData(), bytes.constData() + bytes.size(), nullptr, false);
+    if (auto store = Store::fromJson(value))
+        return *store;
+    setAside(value.is_discarded() ? QStringLiteral("not JSON") : QStringLiteral("not a store"));
+    return {};
+}
+
+void StoreFile::setAside(const QString& reason)
+{
+    const QString stamp =
+        QDateTime::currentDateTimeUtc().toString(QStringLiteral("yyyyMMddTHHmmss"));
+    QString target = m_path + QStringLiteral(".corrupt-") + stamp;
+    for (int n = 1; QFileInfo::exists(target); ++n)
+        target = m_path + QStringLiteral(".corrupt-") + stamp + u'-' + QString::number(n);
+    if (QFile::rename(m_path, target)) {
+        m_setAsidePath = target;
+        qCWarning(lcServer).noquote() << "the store" << m_path << "is unreadable (" + reason + ");"
+                                      << "kept as" << target << "and starting from defaults";
+    } else {
+        qCWarning(lcServer).noquote() << "the store" << m_path << "is unreadable (" + reason + ")"
+                                      << "and cannot be moved aside; starting from defaults";
+    }
+}
+
+bool StoreFile::save(const Store& store)
+{
+    if (m_keepOff)
+        return false;
+    const QFileInfo info(m_path);
+    if (!QDir().mkpath(info.absolutePath())) {
+        qCWarning(lcServer) << "cannot create" << info.absolutePath();
+        return false;
+    }
+    QFile::setPermissions(info.absolutePath(),
+                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    // A store whose file could not be read is never replaced by this one's defaults: load()
+    // has moved it aside before anything was saved.
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        qCWarning(lcServer) << "cannot write the store" << m_path << file.errorString();
+        return false;
+    }
+    file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    const std::string text =
+        store.toJson().dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + '\n';
+    file.write(text.data(), static_cast<qint64>(text.size()));
+    if (!file.commit()) {
+        qCWarning(lcServer) << "cannot write the store" << m_path << file.errorString();
+        return false;
+    }
+    return true;
+}
+
+} // namespace pomvar::srv

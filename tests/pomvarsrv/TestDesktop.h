@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QProcessEnvironment>
+#include <QString>
+#include <QTemporaryDir>
+
+namespace pomvar::srvtest {
+
+// A throw-away desktop: HOME, the XDG folders and a "system" data folder standing in for
+// /usr/share, all inside one temporary folder, so that nothing touches the real user's files.
+class TestDesktop
+{
+public:
+    TestDesktop();
+
+    bool isValid() const { return m_root.isValid(); }
+    QString root() const { return m_root.path(); }
+    QString home() const { return root() + QStringLiteral("/home"); }
+    QString configHome() const { return home() + QStringLiteral("/.config"); }
+    QString cacheHome() const { return home() + QStringLiteral("/.cache"); }
+    QString dataHome() const { return home() + QStringLiteral("/.local/share"); }
+    QString systemData() const { return root() + QStringLiteral("/system"); }
+    QString storePath() const { return configHome() + QStringLiteral("/pomvar/pomvarsrv.json"); }
+    QString iconCache() const { return cacheHome() + QStringLiteral("/pomvar/icons"); }
+
+    // Writes a file (folders created); `path` is absolute.
+    static bool write(const QString& path, const QByteArray& content, bool executable = false);
+    // Writes "[Desktop Entry]" plus `lines` as <dataDir>/applications/<relative>.
+    static bool writeEntry(const QString& dataDir,
+                           const QString& relative,
+                           const QByteArray& lines);
+    // A PNG of the given size filled with one colour.
+    static bool writePng(const QString& path, int width, int height);
+
+    // The environment of a server living in this desktop.
+    QProcessEnvironment environment(quint16 port) const;
+
+private:
+    QTemporaryDir m_root;
+};
+
+} // namespace pomvar::srvtest

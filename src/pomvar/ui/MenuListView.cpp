@@ -3,9 +3,11 @@
 #include "model/MenuList.h"
 #include "ui/PanelColors.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QScrollBar>
 
@@ -124,7 +126,9 @@ void MenuListView::mouseMoveEvent(QMouseEvent* event)
 
 void MenuListView::leaveEvent(QEvent* event)
 {
-    highlight({});
+    // The pointer leaves for the row's own context menu: the row stays highlighted meanwhile.
+    if (!qobject_cast<QMenu*>(QApplication::activePopupWidget()))
+        highlight({});
     QTreeView::leaveEvent(event);
 }
 

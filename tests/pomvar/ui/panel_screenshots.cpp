@@ -203,7 +203,8 @@ int main(int argc, char** argv)
     Desktop desktop;
     desktop.show();
     // The tray sits at the top right; with no tray geometry the panel opens at the pointer.
-    QCursor::setPos(QGuiApplication::primaryScreen()->geometry().width() - 420, 4);
+    const QPoint tray(QGuiApplication::primaryScreen()->geometry().width() - 420, 4);
+    QCursor::setPos(tray);
 
     FakeMenus menus;
     for (const AppSpec& spec : kApps) {
@@ -289,6 +290,7 @@ int main(int argc, char** argv)
                            icon->path2x.toStdString(),
                            false });
         }
+        QCursor::setPos(tray);
         Scene s;
         s.start(empty);
         s.open();

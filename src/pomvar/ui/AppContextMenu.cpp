@@ -60,7 +60,8 @@ void AppContextMenu::addAppCategories()
         QAction* entry = m_appCategories->addAction(
             Assets::icon(member ? QStringLiteral("checkedAppcatCxt") : QStringLiteral("appcatCxt"),
                          palette),
-            QString::fromStdString(row.name));
+            // An "&" in a name is text, not a mnemonic marker ("Sound & Video").
+            QString::fromStdString(row.name).replace(QLatin1Char('&'), QStringLiteral("&&")));
         entry->setProperty("isMember", member);
         const std::string category = row.name;
         connect(entry, &QAction::triggered, this, [this, category] {

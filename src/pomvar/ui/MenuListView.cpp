@@ -1,10 +1,13 @@
 #include "ui/MenuListView.h"
 
 #include "model/MenuList.h"
+#include "ui/PanelColors.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QScrollBar>
 
@@ -37,7 +40,22 @@ MenuListView::MenuListView(Pomvar menu,
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setAutoFillBackground(false);
     setAutoFillBackground(false);
-    setStyleSheet(QStringLiteral("QTreeView { background: transparent; border: none; }"));
+    // A thin scroll bar without arrows, in the panel's secondary colour. The view is built
+    // anew at each opening of the panel, so it follows a change of appearance then.
+    const QString handle = PanelColors::secondary(palette(), 0.6).name(QColor::HexArgb);
+    const QString handleHovered = PanelColors::secondary(palette(), 1.0).name(QColor::HexArgb);
+    setStyleSheet(QStringLiteral(
+                      "QTreeView { background: transparent; border: none; }"
+                      "QScrollBar:vertical { background: transparent; width: 10px; margin: 2px 0; }"
+                      "QScrollBar::handle:vertical { background: %1; min-height: 32px;"
+                      " border-radius: 3px; margin: 0 2px; }"
+                      "QScrollBar::handle:vertical:hover, QScrollBar::handle:vertical:pressed {"
+                      " background: %2; }"
+                      "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical {"
+                      " height: 0; border: none; background: transparent; }"
+                      "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical {"
+                      " background: transparent; }")
+                      .arg(handle, handleHovered));
     setItemDelegate(m_delegate);
     setModel(&m_model);
     header()->setStretchLastSection(true);
@@ -108,7 +126,9 @@ void MenuListView::mouseMoveEvent(QMouseEvent* event)
 
 void MenuListView::leaveEvent(QEvent* event)
 {
-    highlight({});
+    // The pointer leaves for the row's own context menu: the row stays highlighted meanwhile.
+    if (!qobject_cast<QMenu*>(QApplication::activePopupWidget()))
+        highlight({});
     QTreeView::leaveEvent(event);
 }
 

@@ -63,7 +63,8 @@ PomvarView::PomvarView(PomvarViewModel& vm,
     columns->setSpacing(0);
     columns->addWidget(menuSelector());
 
-    // The right column overlaps the selector column's padding by 8.
+    // The right column's leading padding of -8 only takes back the stack's spacing of 8: it
+    // starts where the selector column's background ends, so no row is drawn over that grey.
     auto* right = new QVBoxLayout;
     right->setContentsMargins(0, 0, 10, 0);
     right->setSpacing(0);
@@ -148,10 +149,10 @@ QWidget* PomvarView::menuSelector()
 {
     auto* column = new QWidget(this);
     column->setObjectName(QStringLiteral("menuSelector"));
-    // 72 wide with padding 10; the right column covers the last 8 of the padding.
-    column->setFixedWidth(selectorColumnWidth - 8);
+    // 72 wide with padding 10 on all sides.
+    column->setFixedWidth(selectorColumnWidth);
     auto* layout = new QVBoxLayout(column);
-    layout->setContentsMargins(10, 10, 2, 10);
+    layout->setContentsMargins(10, 10, 10, 10);
     layout->setSpacing(1);
     layout->setAlignment(Qt::AlignTop | Qt::AlignHCenter);
     for (Pomvar menu : { Pomvar::MyApps, Pomvar::Recent, Pomvar::AllApps }) {

@@ -263,6 +263,30 @@ private Q_SLOTS:
         QVERIFY(UserDefaults::expandedAppCats().has_value());
     }
 
+    void categoryNamesWithAnAmpersandShowIt()
+    {
+        PanelFixture f;
+        const std::string icon = f.icons().square().toStdString();
+        f.menus().addApp({ "player", "Player", icon, icon, false });
+        f.menus().addCategory("Sound & Video", { "player" });
+        UserDefaults::setLastMenu(2);
+        f.start();
+        QVERIFY(f.clickTray());
+        MenuListView& all = f.menuView(kAllApps);
+        auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(all, f.rowOf(all, "player")));
+        QVERIFY(menu);
+        QAction* entry = menu->appCategoriesMenu()->actions().at(0);
+        // Escaped, so the menu shows the "&" instead of taking it for a mnemonic marker.
+        QCOMPARE(entry->text(), QStringLiteral("Sound && Video"));
+        QCOMPARE(entry->iconText(), QStringLiteral("Sound & Video"));
+        const std::size_t before = f.server().requests().size();
+        f.server().queueReply("toggle-set-appcat",
+                              FakeRuntimeServer::Reply::json({ { "isset", false } }));
+        entry->trigger();
+        QCOMPARE(f.requestsSince(before, 1).at(0),
+                 request::toggleSetAppcat("player", "Sound & Video"));
+    }
+
     void noCategoriesLeavesOnlyAddToNew()
     {
         PanelFixture f;

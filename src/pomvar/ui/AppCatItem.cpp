@@ -2,6 +2,7 @@
 
 #include "ui/Assets.h"
 #include "ui/MenuSelectionColor.h"
+#include "ui/PanelColors.h"
 #include "ui/RowMetrics.h"
 
 #include <QPainter>
@@ -24,10 +25,7 @@ AppCatItem::Geometry AppCatItem::geometry(const QRect& row,
                      RowMetrics::categoryIconLeadingPadding;
     geometry.icon = QRect(left, row.top() + (row.height() - side) / 2, side, side);
     const int nameLeft = geometry.icon.right() + 1 + RowMetrics::categorySpacing;
-    geometry.name = QRect(nameLeft,
-                          row.top() + RowMetrics::rowVerticalPadding,
-                          std::max(0, row.right() - 4 - nameLeft),
-                          row.height() - 2 * RowMetrics::rowVerticalPadding);
+    geometry.name = RowMetrics::nameRect(row, nameLeft);
     return geometry;
 }
 
@@ -42,11 +40,8 @@ void AppCatItem::paint(QPainter& painter,
     const bool compact = RowMetrics::isCompact(prefs);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    if (hovered) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(selection.color(palette));
-        painter.drawRoundedRect(row, 5, 5);
-    }
+    if (hovered)
+        PanelColors::fillRoundedRect(painter, row, selection.color(palette), 5);
     // The disclosure chevron: pointing right when collapsed, down when expanded.
     const QPointF centre(row.left() + RowMetrics::disclosureWidth / 2.0 + 2,
                          row.center().y() + 0.5);

@@ -2,6 +2,7 @@
 
 #include "ipc/Output.h"
 #include "ui/MenuSelectionColor.h"
+#include "ui/PanelColors.h"
 #include "ui/RowMetrics.h"
 
 #include <QImage>
@@ -44,10 +45,7 @@ AppItem::Geometry AppItem::geometry(const QRect& row, const std::optional<UserPr
     Geometry geometry;
     geometry.icon = QRect(row.left() + lpad, row.top() + (row.height() - sz) / 2, width, sz);
     const int nameLeft = geometry.icon.right() + 1 + RowMetrics::appSpacing;
-    geometry.name = QRect(nameLeft,
-                          row.top() + RowMetrics::rowVerticalPadding,
-                          std::max(0, row.right() - 4 - nameLeft),
-                          row.height() - 2 * RowMetrics::rowVerticalPadding);
+    geometry.name = RowMetrics::nameRect(row, nameLeft);
     return geometry;
 }
 
@@ -61,11 +59,8 @@ void AppItem::paint(QPainter& painter,
     const Geometry geometry = this->geometry(row, prefs);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    if (hovered) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(selection.color(palette));
-        painter.drawRoundedRect(row, 5, 5);
-    }
+    if (hovered)
+        PanelColors::fillRoundedRect(painter, row, selection.color(palette), 5);
 
     const qreal dpr = painter.device()->devicePixelRatioF();
     QImageReader reader(m_iconPath);

@@ -28,12 +28,8 @@ void CheckedButtonStyle::paintBackground(QPainter& painter,
     const qreal opacity = backgroundOpacity(pressed);
     if (opacity == 0.0)
         return;
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(PanelColors::secondary(palette, opacity));
-    painter.drawRoundedRect(QRectF(bounds), cornerRadius, cornerRadius);
-    painter.restore();
+    PanelColors::fillRoundedRect(
+        painter, QRectF(bounds), PanelColors::secondary(palette, opacity), cornerRadius);
 }
 
 } // namespace pomvar

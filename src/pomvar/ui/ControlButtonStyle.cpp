@@ -11,13 +11,11 @@ void ControlButtonStyle::paintBackground(QPainter& painter,
                                          bool pressed,
                                          const QPalette& palette)
 {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(PanelColors::secondary(palette, backgroundOpacity(pressed)));
     const qreal radius = std::min<qreal>(spacing, bounds.height() / 2.0);
-    painter.drawRoundedRect(QRectF(bounds), radius, radius);
-    painter.restore();
+    PanelColors::fillRoundedRect(painter,
+                                 QRectF(bounds),
+                                 PanelColors::secondary(palette, backgroundOpacity(pressed)),
+                                 radius);
 }
 
 } // namespace pomvar

@@ -11,12 +11,10 @@ void ControlMenuButtonStyle::paintBackground(QPainter& painter,
                                              bool pressed,
                                              const QPalette& palette)
 {
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(PanelColors::secondary(palette, backgroundOpacity(pressed)));
-    painter.drawRoundedRect(QRectF(bounds), spacing, spacing);
-    painter.restore();
+    PanelColors::fillRoundedRect(painter,
+                                 QRectF(bounds),
+                                 PanelColors::secondary(palette, backgroundOpacity(pressed)),
+                                 spacing);
 }
 
 } // namespace pomvar

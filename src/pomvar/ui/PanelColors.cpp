@@ -1,5 +1,7 @@
 #include "ui/PanelColors.h"
 
+#include <QPainter>
+
 #include "ui/Assets.h"
 
 #include <QPalette>
@@ -26,6 +28,19 @@ QColor PanelColors::title(const QPalette& palette)
 {
     return Assets::isDark(palette) ? QColor::fromRgbF(0.608f, 0.608f, 0.608f)
                                    : QColor::fromRgbF(0.357f, 0.357f, 0.4f);
+}
+
+void PanelColors::fillRoundedRect(QPainter& painter,
+                                  const QRectF& rect,
+                                  const QColor& color,
+                                  qreal radius)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    painter.drawRoundedRect(rect, radius, radius);
+    painter.restore();
 }
 
 } // namespace pomvar

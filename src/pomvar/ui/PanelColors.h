@@ -2,7 +2,9 @@
 
 #include <QColor>
 
+class QPainter;
 class QPalette;
+class QRectF;
 
 namespace pomvar {
 
@@ -15,6 +17,12 @@ public:
     // The selector column: grey at opacity 0.3 over the window.
     static QColor menuSelectorBackground(const QPalette& palette);
     static QColor title(const QPalette& palette);
+
+    // Fills a rounded rectangle, antialiased and without an outline.
+    static void fillRoundedRect(QPainter& painter,
+                                const QRectF& rect,
+                                const QColor& color,
+                                qreal radius);
 };
 
 } // namespace pomvar

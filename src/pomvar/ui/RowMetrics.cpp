@@ -1,5 +1,7 @@
 #include "ui/RowMetrics.h"
 
+#include <algorithm>
+
 #include "ipc/Output.h"
 
 namespace pomvar {
@@ -32,6 +34,14 @@ int RowMetrics::appLeadingPadding(Pomvar menu,
 int RowMetrics::categoryIconSize(const std::optional<UserPrefs>& prefs)
 {
     return isCompact(prefs) ? 16 : 24;
+}
+
+QRect RowMetrics::nameRect(const QRect& row, int left)
+{
+    return QRect(left,
+                 row.top() + rowVerticalPadding,
+                 std::max(0, row.right() - 4 - left),
+                 row.height() - 2 * rowVerticalPadding);
 }
 
 } // namespace pomvar

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QRect>
+
 #include "ipc/UserPrefs.h"
 #include "ui/Pomvar.h"
 
@@ -22,6 +24,8 @@ public:
     // Side of the square frame of a category icon.
     static int categoryIconSize(const std::optional<UserPrefs>& prefs);
     static bool isCompact(const std::optional<UserPrefs>& prefs);
+    // Where a row's name goes: from `left` to the row's end, inside the vertical padding.
+    static QRect nameRect(const QRect& row, int left);
 
     static constexpr int rowVerticalPadding = 2;
     static constexpr int appSpacing = 4;

@@ -13,3 +13,7 @@ if(POMVAR_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     target_link_options(pomvar_build_options INTERFACE -fsanitize=address,undefined)
 endif()
+# GCC 12 reports -Wrestrict false positives inside std::string at -O3 (GCC bug 105329).
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    target_compile_options(pomvar_build_options INTERFACE -Wno-restrict)
+endif()

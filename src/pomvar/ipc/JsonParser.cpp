@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace pomvar {
 
@@ -204,57 +205,41 @@ private:
 
     bool escape(std::string& out)
     {
+        static constexpr std::pair<char, char> kSimple[] = {
+            { '"', '"' },  { '\\', '\\' }, { '/', '/' },  { 'b', '\b' },
+            { 'f', '\f' }, { 'n', '\n' },  { 'r', '\r' }, { 't', '\t' },
+        };
         if (m_p == m_end)
             return fail("unterminated string");
-        switch (*m_p++) {
-            case '"':
-                out.push_back('"');
-                return true;
-            case '\\':
-                out.push_back('\\');
-                return true;
-            case '/':
-                out.push_back('/');
-                return true;
-            case 'b':
-                out.push_back('\b');
-                return true;
-            case 'f':
-                out.push_back('\f');
-                return true;
-            case 'n':
-                out.push_back('\n');
-                return true;
-            case 'r':
-                out.push_back('\r');
-                return true;
-            case 't':
-                out.push_back('\t');
-                return true;
-            case 'u': {
-                std::uint32_t cp;
-                if (!hex4(cp))
-                    return false;
-                if (cp >= 0xDC00 && cp <= 0xDFFF)
-                    return fail("lone low surrogate");
-                if (cp >= 0xD800 && cp <= 0xDBFF) {
-                    std::uint32_t low;
-                    if (m_end - m_p < 2 || m_p[0] != '\\' || m_p[1] != 'u')
-                        return fail("high surrogate without its low surrogate");
-                    m_p += 2;
-                    if (!hex4(low))
-                        return false;
-                    if (low < 0xDC00 || low > 0xDFFF)
-                        return fail("high surrogate without its low surrogate");
-                    cp = 0x10000 + ((cp - 0xD800) << 10) + (low - 0xDC00);
-                }
-                appendUtf8(out, cp);
+        const char kind = *m_p++;
+        for (const auto& [letter, character] : kSimple) {
+            if (kind == letter) {
+                out.push_back(character);
                 return true;
             }
-            default:
-                --m_p;
-                return fail("invalid escape");
         }
+        if (kind != 'u') {
+            --m_p;
+            return fail("invalid escape");
+        }
+        std::uint32_t cp;
+        if (!hex4(cp))
+            return false;
+        if (cp >= 0xDC00 && cp <= 0xDFFF)
+            return fail("lone low surrogate");
+        if (cp >= 0xD800 && cp <= 0xDBFF) {
+            std::uint32_t low;
+            if (m_end - m_p < 2 || m_p[0] != '\\' || m_p[1] != 'u')
+                return fail("high surrogate without its low surrogate");
+            m_p += 2;
+            if (!hex4(low))
+                return false;
+            if (low < 0xDC00 || low > 0xDFFF)
+                return fail("high surrogate without its low surrogate");
+            cp = 0x10000 + ((cp - 0xD800) << 10) + (low - 0xDC00);
+        }
+        appendUtf8(out, cp);
+        return true;
     }
 
     bool parseString(std::string& out)

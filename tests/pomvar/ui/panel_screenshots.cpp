@@ -36,7 +36,7 @@ using test::ThemeIcons;
 
 namespace {
 
-struct AppSpec
+struct ScreenshotApp
 {
     const char* key;
     const char* name;
@@ -44,7 +44,7 @@ struct AppSpec
 };
 
 // Apps as a desktop might have them, with icons of the system theme.
-const AppSpec kApps[] = {
+const ScreenshotApp kApps[] = {
     { "terminal", "Terminal", "utilities-terminal" },
     { "browser", "Web Browser", "web-browser" },
     { "files", "Files", "system-file-manager" },
@@ -207,14 +207,14 @@ int main(int argc, char** argv)
     QCursor::setPos(tray);
 
     FakeMenus menus;
-    for (const AppSpec& spec : kApps) {
-        const auto icon = ThemeIcons::named(QString::fromLatin1(spec.icon));
+    for (const ScreenshotApp& app : kApps) {
+        const auto icon = ThemeIcons::named(QString::fromLatin1(app.icon));
         if (!icon) {
-            std::fprintf(stderr, "panel_screenshots: the icon %s is missing\n", spec.icon);
+            std::fprintf(stderr, "panel_screenshots: the icon %s is missing\n", app.icon);
             return 1;
         }
         menus.addApp(
-            { spec.key, spec.name, icon->path.toStdString(), icon->path2x.toStdString(), false });
+            { app.key, app.name, icon->path.toStdString(), icon->path2x.toStdString(), false });
     }
     menus.pin("terminal");
     menus.pin("browser");
@@ -282,13 +282,10 @@ int main(int argc, char** argv)
     {
         UserDefaults::setLastMenu(int(Pomvar::MyApps));
         FakeMenus empty;
-        for (const AppSpec& spec : kApps) {
-            const auto icon = ThemeIcons::named(QString::fromLatin1(spec.icon));
-            empty.addApp({ spec.key,
-                           spec.name,
-                           icon->path.toStdString(),
-                           icon->path2x.toStdString(),
-                           false });
+        for (const ScreenshotApp& app : kApps) {
+            const auto icon = ThemeIcons::named(QString::fromLatin1(app.icon));
+            empty.addApp(
+                { app.key, app.name, icon->path.toStdString(), icon->path2x.toStdString(), false });
         }
         QCursor::setPos(tray);
         Scene s;

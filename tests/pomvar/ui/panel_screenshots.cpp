@@ -207,14 +207,14 @@ int main(int argc, char** argv)
     QCursor::setPos(tray);
 
     FakeMenus menus;
-    for (const ScreenshotApp& app : kApps) {
-        const auto icon = ThemeIcons::named(QString::fromLatin1(app.icon));
+    for (const ScreenshotApp& entry : kApps) {
+        const auto icon = ThemeIcons::named(QString::fromLatin1(entry.icon));
         if (!icon) {
-            std::fprintf(stderr, "panel_screenshots: the icon %s is missing\n", app.icon);
+            std::fprintf(stderr, "panel_screenshots: the icon %s is missing\n", entry.icon);
             return 1;
         }
         menus.addApp(
-            { app.key, app.name, icon->path.toStdString(), icon->path2x.toStdString(), false });
+            { entry.key, entry.name, icon->path.toStdString(), icon->path2x.toStdString(), false });
     }
     menus.pin("terminal");
     menus.pin("browser");
@@ -282,10 +282,13 @@ int main(int argc, char** argv)
     {
         UserDefaults::setLastMenu(int(Pomvar::MyApps));
         FakeMenus empty;
-        for (const ScreenshotApp& app : kApps) {
-            const auto icon = ThemeIcons::named(QString::fromLatin1(app.icon));
-            empty.addApp(
-                { app.key, app.name, icon->path.toStdString(), icon->path2x.toStdString(), false });
+        for (const ScreenshotApp& entry : kApps) {
+            const auto icon = ThemeIcons::named(QString::fromLatin1(entry.icon));
+            empty.addApp({ entry.key,
+                           entry.name,
+                           icon->path.toStdString(),
+                           icon->path2x.toStdString(),
+                           false });
         }
         QCursor::setPos(tray);
         Scene s;

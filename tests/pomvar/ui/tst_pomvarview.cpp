@@ -72,6 +72,14 @@ void standardMenus(PanelFixture& f)
     menus.addRecent("app3");
 }
 
+// Remembers All Apps as the last menu, starts the scene and opens the panel from the tray.
+bool openOnAllApps(PanelFixture& f)
+{
+    UserDefaults::setLastMenu(2);
+    f.start();
+    return f.clickTray();
+}
+
 void clearDefaults()
 {
     QSettings settings(QSettings::IniFormat,
@@ -123,9 +131,7 @@ private Q_SLOTS:
     {
         PanelFixture f;
         standardMenus(f);
-        UserDefaults::setLastMenu(2);
-        f.start();
-        QVERIFY(f.clickTray());
+        QVERIFY(openOnAllApps(f));
         QCOMPARE(f.view().selectedMenu(), Pomvar::AllApps);
         MenuListView& all = f.menuView(kAllApps);
         const QModelIndex row = f.rowOf(all, "app2");
@@ -157,9 +163,7 @@ private Q_SLOTS:
     {
         PanelFixture f;
         standardMenus(f);
-        UserDefaults::setLastMenu(2);
-        f.start();
-        QVERIFY(f.clickTray());
+        QVERIFY(openOnAllApps(f));
         MenuListView& all = f.menuView(kAllApps);
         QMenu* menu = f.openContextMenu(all, f.rowOf(all, "app2"));
         QVERIFY(qobject_cast<AppContextMenu*>(menu));
@@ -194,9 +198,7 @@ private Q_SLOTS:
         QFETCH(QString, expected);
         PanelFixture f;
         standardMenus(f);
-        UserDefaults::setLastMenu(2);
-        f.start();
-        QVERIFY(f.clickTray());
+        QVERIFY(openOnAllApps(f));
         MenuListView& all = f.menuView(kAllApps);
         AppContextMenu* menu =
             qobject_cast<AppContextMenu*>(f.openContextMenu(all, f.rowOf(all, "app2")));
@@ -216,9 +218,7 @@ private Q_SLOTS:
     {
         PanelFixture f;
         standardMenus(f);
-        UserDefaults::setLastMenu(2);
-        f.start();
-        QVERIFY(f.clickTray());
+        QVERIFY(openOnAllApps(f));
         MenuListView& all = f.menuView(kAllApps);
         QMenu* menu = f.openContextMenu(all, f.rowOf(all, "app3"));
         const std::size_t before = f.server().requests().size();
@@ -237,9 +237,7 @@ private Q_SLOTS:
     {
         PanelFixture f;
         standardMenus(f);
-        UserDefaults::setLastMenu(2);
-        f.start();
-        QVERIFY(f.clickTray());
+        QVERIFY(openOnAllApps(f));
         MenuListView& all = f.menuView(kAllApps);
         auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(all, f.rowOf(all, "app2")));
         QVERIFY(menu);
@@ -269,9 +267,7 @@ private Q_SLOTS:
         const std::string icon = f.icons().square().toStdString();
         f.menus().addApp({ "player", "Player", icon, icon, false });
         f.menus().addCategory("Sound & Video", { "player" });
-        UserDefaults::setLastMenu(2);
-        f.start();
-        QVERIFY(f.clickTray());
+        QVERIFY(openOnAllApps(f));
         MenuListView& all = f.menuView(kAllApps);
         auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(all, f.rowOf(all, "player")));
         QVERIFY(menu);
@@ -292,9 +288,7 @@ private Q_SLOTS:
         PanelFixture f;
         const std::string icon = f.icons().square().toStdString();
         f.menus().addApp({ "solo", "Solo", icon, icon, false });
-        UserDefaults::setLastMenu(2);
-        f.start();
-        QVERIFY(f.clickTray());
+        QVERIFY(openOnAllApps(f));
         MenuListView& all = f.menuView(kAllApps);
         auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(all, f.rowOf(all, "solo")));
         QCOMPARE(texts(menu->appCategoriesMenu()), QStringList({ "Add to New Category…" }));
@@ -452,9 +446,7 @@ private Q_SLOTS:
         PanelFixture f;
         const std::string icon = f.icons().square().toStdString();
         f.menus().addApps(300, icon, icon);
-        UserDefaults::setLastMenu(2);
-        f.start();
-        QVERIFY(f.clickTray());
+        QVERIFY(openOnAllApps(f));
         MenuListView& all = f.menuView(kAllApps);
         all.verticalScrollBar()->setValue(1500);
         QTest::mouseClick(

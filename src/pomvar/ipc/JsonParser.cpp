@@ -55,6 +55,15 @@ private:
             ++m_p;
     }
 
+    // Steps over `c` when it comes next.
+    bool consume(char c)
+    {
+        if (m_p == m_end || *m_p != c)
+            return false;
+        ++m_p;
+        return true;
+    }
+
     bool literal(std::string_view word)
     {
         if (static_cast<std::size_t>(m_end - m_p) < word.size() ||
@@ -102,10 +111,8 @@ private:
         out = json::object();
         auto& members = out.get_ref<json::object_t&>();
         skipSpace();
-        if (m_p < m_end && *m_p == '}') {
-            ++m_p;
+        if (consume('}'))
             return true;
-        }
         for (;;) {
             if (m_p == m_end || *m_p != '"')
                 return fail("expected a member name");
@@ -113,24 +120,18 @@ private:
             if (!parseString(key))
                 return false;
             skipSpace();
-            if (m_p == m_end || *m_p != ':')
+            if (!consume(':'))
                 return fail("expected ':'");
-            ++m_p;
             skipSpace();
             // A repeated name keeps the last value, as nlohmann does.
             if (!parseValue(members[std::move(key)], depth))
                 return false;
             skipSpace();
-            if (m_p < m_end && *m_p == ',') {
-                ++m_p;
-                skipSpace();
-                continue;
-            }
-            if (m_p < m_end && *m_p == '}') {
-                ++m_p;
+            if (consume('}'))
                 return true;
-            }
-            return fail("expected ',' or '}'");
+            if (!consume(','))
+                return fail("expected ',' or '}'");
+            skipSpace();
         }
     }
 
@@ -142,25 +143,18 @@ private:
         out = json::array();
         auto& elements = out.get_ref<json::array_t&>();
         skipSpace();
-        if (m_p < m_end && *m_p == ']') {
-            ++m_p;
+        if (consume(']'))
             return true;
-        }
         for (;;) {
             elements.emplace_back();
             if (!parseValue(elements.back(), depth))
                 return false;
             skipSpace();
-            if (m_p < m_end && *m_p == ',') {
-                ++m_p;
-                skipSpace();
-                continue;
-            }
-            if (m_p < m_end && *m_p == ']') {
-                ++m_p;
+            if (consume(']'))
                 return true;
-            }
-            return fail("expected ',' or ']'");
+            if (!consume(','))
+                return fail("expected ',' or ']'");
+            skipSpace();
         }
     }
 

@@ -16,12 +16,13 @@ namespace pomvar {
 
 namespace {
 
-QSize iconFileSize(const QString& path)
+// Opens the icon file, which the server guarantees: an unreadable one is fatal.
+QSize iconFileSize(const QImageReader& reader)
 {
-    QImageReader reader(path);
     const QSize size = reader.size();
     if (!size.isValid() || size.isEmpty())
-        fatalStop(concat("AppItem: cannot read the icon file '", path.toStdString(), "'"));
+        fatalStop(
+            concat("AppItem: cannot read the icon file '", reader.fileName().toStdString(), "'"));
     return size;
 }
 
@@ -36,11 +37,17 @@ AppItem::AppItem(QString name, bool isPinnedApp, QString iconPath, Pomvar menu)
 
 AppItem::Geometry AppItem::geometry(const QRect& row, const std::optional<UserPrefs>& prefs) const
 {
+    return geometryFor(row, iconFileSize(QImageReader(m_iconPath)), prefs);
+}
+
+AppItem::Geometry AppItem::geometryFor(const QRect& row,
+                                       QSize fileSize,
+                                       const std::optional<UserPrefs>& prefs) const
+{
     const int sz = RowMetrics::appIconSize(m_menu, prefs);
     const int lpad = RowMetrics::appLeadingPadding(m_menu, m_isPinnedApp, prefs);
-    const QSize file = iconFileSize(m_iconPath);
     // r = height / width; the icon is sz high and sz / r wide.
-    const double r = double(file.height()) / double(file.width());
+    const double r = double(fileSize.height()) / double(fileSize.width());
     const int width = int(std::lround(sz / r));
     Geometry geometry;
     geometry.icon = QRect(row.left() + lpad, row.top() + (row.height() - sz) / 2, width, sz);
@@ -56,14 +63,15 @@ void AppItem::paint(QPainter& painter,
                     const std::optional<UserPrefs>& prefs) const
 {
     const MenuSelectionColor selection(hovered);
-    const Geometry geometry = this->geometry(row, prefs);
+    // One read of the file per paint: its header gives the proportions, then the pixels.
+    QImageReader reader(m_iconPath);
+    const Geometry geometry = geometryFor(row, iconFileSize(reader), prefs);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     if (hovered)
         PanelColors::fillRoundedRect(painter, row, selection.color(palette), 5);
 
     const qreal dpr = painter.device()->devicePixelRatioF();
-    QImageReader reader(m_iconPath);
     reader.setScaledSize(geometry.icon.size() * dpr);
     QImage icon = reader.read();
     if (icon.isNull())

@@ -36,6 +36,11 @@ public:
                const std::optional<UserPrefs>& prefs) const;
 
 private:
+    // The geometry for an icon file of `fileSize` pixels.
+    Geometry geometryFor(const QRect& row,
+                         QSize fileSize,
+                         const std::optional<UserPrefs>& prefs) const;
+
     QString m_name;
     bool m_isPinnedApp;
     QString m_iconPath;

@@ -3,6 +3,7 @@
 #include "JsonText.h"
 
 #include <unordered_set>
+#include <utility>
 
 namespace pomvar::srv {
 
@@ -23,21 +24,20 @@ private:
 // {"appkey":..,"name":..,"bundleid":..,"iconpath":..,"iconpath2x":..[,"pinned":..]}
 void appendApp(std::string& out, const AppEntry& app, const bool* pinned)
 {
+    static const std::pair<const char*, std::string AppEntry::*> kFields[] = {
+        { "appkey", &AppEntry::key },
+        { "name", &AppEntry::name },
+        { "bundleid", &AppEntry::bundleId },
+        { "iconpath", &AppEntry::iconPath },
+        { "iconpath2x", &AppEntry::iconPath2x },
+    };
     out += '{';
-    JsonText::appendKey(out, "appkey");
-    JsonText::appendString(out, app.key);
-    out += ',';
-    JsonText::appendKey(out, "name");
-    JsonText::appendString(out, app.name);
-    out += ',';
-    JsonText::appendKey(out, "bundleid");
-    JsonText::appendString(out, app.bundleId);
-    out += ',';
-    JsonText::appendKey(out, "iconpath");
-    JsonText::appendString(out, app.iconPath);
-    out += ',';
-    JsonText::appendKey(out, "iconpath2x");
-    JsonText::appendString(out, app.iconPath2x);
+    for (const auto& [key, field] : kFields) {
+        if (out.back() != '{')
+            out += ',';
+        JsonText::appendKey(out, key);
+        JsonText::appendString(out, app.*field);
+    }
     if (pinned) {
         out += ',';
         JsonText::appendKey(out, "pinned");

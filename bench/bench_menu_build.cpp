@@ -1,8 +1,8 @@
 // Prints how long the view model takes to build its menus from the fake runtime server:
 // the first build with 1,000 and 5,000 apps in All Apps (reply parse included), a full
 // rebuild after the apps changed, and an opening with nothing changed (four exchanges).
+#include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
-#include "MenuPayloads.h"
 #include "model/PomvarViewModel.h"
 
 #include <QCoreApplication>
@@ -37,16 +37,19 @@ int main(int argc, char** argv)
     for (const int count : { 1000, 5000 }) {
         FakeRuntimeServer server;
         server.listen();
-        const auto apps = test::allAppsJson(count);
-        server.setDefaultReply("get-allapps-menu-data", FakeRuntimeServer::Reply::json(apps));
-        server.setDefaultReply("get-recentapps-menu-data",
-                               FakeRuntimeServer::Reply::json({ apps[1], apps[2], apps[3] }));
-        server.setDefaultReply(
-            "get-myapps-menu-data",
-            FakeRuntimeServer::Reply::json(
-                test::myAppsJson({ apps[0], apps[5] },
-                                 { { "Work", { apps[7], apps[8] } }, { "Games", { apps[9] } } })));
-        const std::size_t payloadBytes = apps.dump().size();
+        test::FakeMenus menus;
+        const auto key = [](int i) { return "app" + std::to_string(i) + ".desktop"; };
+        for (int i = 0; i < count; ++i)
+            menus.addApp(
+                { key(i), "App " + std::to_string(i), "/icons/24/app.png", "/icons/48/app.png" });
+        for (const int i : { 1, 2, 3 })
+            menus.addRecent(key(i));
+        menus.pin(key(0));
+        menus.pin(key(5));
+        menus.addCategory("Work", { key(7), key(8) });
+        menus.addCategory("Games", { key(9) });
+        menus.install(server);
+        const std::size_t payloadBytes = menus.allApps().dump().size();
 
         std::vector<double> firstBuilds;
         std::vector<double> rebuilds;
@@ -58,7 +61,7 @@ int main(int argc, char** argv)
 
             server.queueReply(
                 "get-menu-data-modified-status",
-                FakeRuntimeServer::Reply::json(test::modifiedFlags(true, false, false, false)));
+                FakeRuntimeServer::Reply::json(test::FakeMenus::modified("appFolderModified")));
             const auto rebuildStart = Clock::now();
             vm.updateMenu();
             rebuilds.push_back(millisSince(rebuildStart));

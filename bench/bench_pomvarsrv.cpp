@@ -18,9 +18,15 @@
 #include <cstdio>
 #include <vector>
 
-using namespace pomvar::srvtest;
+using namespace pomvar::test;
 
 namespace {
+
+// A request without fields, as plain JSON: the server reads it as it reads the front end's text.
+std::string plain(const char* id)
+{
+    return nlohmann::json{ { "id", id } }.dump();
+}
 
 struct StartFigures
 {
@@ -85,7 +91,7 @@ bool waitForIcons(std::uint16_t port)
     if (!client.connectTo(port))
         return false;
     for (int attempt = 0; attempt < 60000; ++attempt) {
-        const auto reply = client.request(SrvClient::plain("get-menu-data-modified-status"));
+        const auto reply = client.request(plain("get-menu-data-modified-status"));
         if (!reply)
             return false;
         if (nlohmann::json::parse(*reply).value("appFolderModified", false))
@@ -108,7 +114,7 @@ StartFigures startOnce(const TestDesktop& desktop, bool cold, QProcess& server, 
     while (!client.connectTo(port))
         QThread::usleep(200);
     figures.listeningMs = clock.nsecsElapsed() / 1e6;
-    client.request(SrvClient::plain("get-app-status"));
+    client.request(plain("get-app-status"));
     figures.readyMs = clock.nsecsElapsed() / 1e6;
     if (cold && waitForIcons(port))
         figures.iconsMs = clock.nsecsElapsed() / 1e6;
@@ -119,7 +125,7 @@ void stop(QProcess& server, std::uint16_t port)
 {
     SrvClient client;
     if (client.connectTo(port))
-        client.send(SrvClient::plain("quit"));
+        client.send(plain("quit"));
     server.waitForFinished(30000);
 }
 
@@ -136,7 +142,7 @@ void allAppsFigures(const TestDesktop& desktop, int count)
     for (int i = 0; i < 30; ++i) {
         QElapsedTimer clock;
         clock.start();
-        const auto reply = client.request(SrvClient::plain("get-allapps-menu-data"));
+        const auto reply = client.request(plain("get-allapps-menu-data"));
         times.push_back(clock.nsecsElapsed() / 1e6);
         size = reply ? reply->size() : 0;
         apps = reply ? nlohmann::json::parse(*reply).size() : 0;

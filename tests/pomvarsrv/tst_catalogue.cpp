@@ -1,11 +1,11 @@
 // The installed apps as the real server reads them from desktop entries and renders their
-// icons: filtering, precedence, localised names, subfolder ids, sorting, icon files of the
-// right sizes, the cache, and a rescan when the entries change.
+// icons: filtering, precedence, localised names, subfolder ids, sorting, icon files of the right
+// sizes from the right theme folder, the cache, --refresh, --clear-recent, and a rescan when the
+// entries change.
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
-
-#include <nlohmann/json.hpp>
+#include "ipc/RequestText.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -14,39 +14,11 @@
 
 #include <set>
 
-using namespace pomvar::srvtest;
+using namespace pomvar::test;
 using Json = nlohmann::json;
+namespace rq = pomvar::request;
 
-namespace {
-
-const QByteArray kSvg =
-    "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">\n"
-    "<rect x=\"1\" y=\"1\" width=\"14\" height=\"14\" fill=\"#c03030\"/></svg>\n";
-
-const QByteArray kThemeIndex = "[Icon Theme]\n"
-                               "Name=PomvarTest\n"
-                               "Inherits=hicolor\n"
-                               "Directories=48x48/apps,scalable/apps\n"
-                               "\n"
-                               "[48x48/apps]\n"
-                               "Size=48\n"
-                               "Type=Fixed\n"
-                               "\n"
-                               "[scalable/apps]\n"
-                               "Size=48\n"
-                               "MinSize=8\n"
-                               "MaxSize=512\n"
-                               "Type=Scalable\n";
-
-const QByteArray kHicolorIndex = "[Icon Theme]\n"
-                                 "Name=Hicolor\n"
-                                 "Directories=32x32/apps\n"
-                                 "\n"
-                                 "[32x32/apps]\n"
-                                 "Size=32\n"
-                                 "Type=Threshold\n";
-
-} // namespace
+static const QColor kFill(40, 120, 200);
 
 class TestCatalogue : public QObject
 {
@@ -54,253 +26,196 @@ class TestCatalogue : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void filteredSortedAndLocalised();
-    void everyIconExistsAtItsSize();
-    void warmCacheRendersNothingAgain();
+    void filteredSortedLocalisedWithIconsAtTheirSizes();
+    void warmCacheRendersOnlyChangedSources();
+    void refreshRendersEveryIconAgainAndClearRecentKeepsTheRest();
     void changedEntriesAreRescanned();
-    void refreshRendersEveryIconAgain();
-    void cleanupTestCase();
 
 private:
-    Json allApps();
-    // Asks for the flags until appFolderModified is reported.
-    bool waitForAppFolderModified();
-    std::map<std::string, Json> byKey(const Json& apps);
+    Json ask(std::string_view id)
+    {
+        SrvClient client;
+        return client.connectTo(m_server->port()) ? client.json(rq::plain(id)) : Json();
+    }
+    // The app's entry in All Apps; null when it is not there.
+    Json app(const char* key)
+    {
+        for (const auto& app : ask(rq::getAllAppsMenuData))
+            if (app["appkey"] == key)
+                return app;
+        return {};
+    }
+    QString icon(const char* key)
+    {
+        return QString::fromStdString(app(key).value("iconpath2x", ""));
+    }
+    // (Re)starts the server and waits until its icons are rendered.
+    bool restart(const QStringList& arguments = {});
 
     TestDesktop m_desktop;
     std::unique_ptr<ServerProcess> m_server;
-    QString m_absoluteIcon;
+    QString m_wideIcon;
 };
 
 void TestCatalogue::initTestCase()
 {
-    QVERIFY(m_desktop.isValid());
-    const QString system = m_desktop.systemData();
-    const QString user = m_desktop.dataHome();
-    const QByteArray exec = "Exec=true\n";
-    m_absoluteIcon = m_desktop.root() + QStringLiteral("/art/wide.png");
-    QVERIFY(TestDesktop::writePng(m_absoluteIcon, 100, 60));
+    const QString system = m_desktop.systemData(), user = m_desktop.dataHome();
+    m_wideIcon = m_desktop.root() + "/art/wide.png";
+    QVERIFY(TestDesktop::writePng(m_wideIcon, 100, 60));
+    const std::pair<QString, QByteArray> entries[] = {
+        { system + "|zeta.desktop", "Name=zeta\nIcon=pomvar-png" },
+        { system + "|alpha.desktop", "Name=Alpha\nIcon=pomvar-svg" },
+        { system + "|ecrire.desktop",
+          "Name=\xc3\x89"
+          "crire\nIcon=" +
+              m_wideIcon.toUtf8() },
+        { system + "|delta.desktop", "Name=delta\nIcon=pomvar-missing" },
+        { system + "|fox.desktop", "Name=Fox" },
+        // Flatpak's per-user export folder is searched although XDG_DATA_DIRS does not name it.
+        { user + "/flatpak/exports/share|org.example.Flat.desktop", "Name=Flat Pack" },
+        { system + "|hicolor-only.desktop", "Name=Hicolor Only\nIcon=pomvar-hicolor.png" },
+        { system + "|greeting.desktop", "Name=Hello\nName[de]=Hallo\nIcon=pomvar-png" },
+        { system + "|vendor/sub.desktop", "Name=Sub App" },
+        { system + "|override.desktop", "Name=System Version" },
+        { user + "|override.desktop", "Name=User Version" },
+        { system + "|userhidden.desktop", "Name=User Hidden" },
+        { user + "|userhidden.desktop", "Name=User Hidden\nHidden=true" },
+        { system + "|hidden.desktop", "Name=Hidden\nHidden=true" },
+        { system + "|nodisplay.desktop", "Name=No Display\nNoDisplay=true" },
+        { system + "|gnomeonly.desktop", "Name=Gnome Only\nOnlyShowIn=GNOME;" },
+        { system + "|notkde.desktop", "Name=Not KDE\nNotShowIn=KDE;" },
+        { system + "|kdeonly.desktop", "Name=KDE Only\nOnlyShowIn=KDE;" },
+        { system + "|tryexec.desktop", "Name=Try Exec\nTryExec=/nonexistent/pomvar-program" },
+    };
+    for (const auto& [where, lines] : entries)
+        QVERIFY(TestDesktop::writeEntry(
+            where.section(u'|', 0, 0), where.section(u'|', 1), lines + "\nExec=true\n"));
 
-    QVERIFY(TestDesktop::writeEntry(system, "zeta.desktop", "Name=zeta\nIcon=pomvar-png\n" + exec));
+    // The user's theme (named in kdeglobals, as on a KDE desktop), inheriting hicolor. Its
+    // 24-pixel folder is the wrong one for the 48-pixel render.
+    const QString theme = user + "/icons/PomvarTest", hicolor = system + "/icons/hicolor";
     QVERIFY(
-        TestDesktop::writeEntry(system, "alpha.desktop", "Name=Alpha\nIcon=pomvar-svg\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(system,
-                                    "ecrire.desktop",
-                                    "Name=\xc3\x89"
-                                    "crire\nIcon=" +
-                                        m_absoluteIcon.toUtf8() + "\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "delta.desktop", "Name=delta\nIcon=pomvar-missing\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(system, "fox.desktop", "Name=Fox\n" + exec));
-    // Flatpak's per-user export folder is searched although XDG_DATA_DIRS does not name it.
-    QVERIFY(TestDesktop::writeEntry(m_desktop.home() +
-                                        QStringLiteral("/.local/share/flatpak/exports/share"),
-                                    "org.example.Flat.desktop",
-                                    "Name=Flat Pack\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "hicolor-only.desktop", "Name=Hicolor Only\nIcon=pomvar-hicolor.png\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "greeting.desktop", "Name=Hello\nName[de]=Hallo\nIcon=pomvar-png\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(system, "vendor/sub.desktop", "Name=Sub App\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(system, "override.desktop", "Name=System Version\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(user, "override.desktop", "Name=User Version\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(system, "userhidden.desktop", "Name=User Hidden\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(
-        user, "userhidden.desktop", "Name=User Hidden\nHidden=true\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(system, "hidden.desktop", "Name=Hidden\nHidden=true\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "nodisplay.desktop", "Name=No Display\nNoDisplay=true\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "gnomeonly.desktop", "Name=Gnome Only\nOnlyShowIn=GNOME;\n" + exec));
+        TestDesktop::write(theme + "/index.theme",
+                           "[Icon Theme]\nName=PomvarTest\nInherits=hicolor\n"
+                           "Directories=24x24/apps,48x48/apps,scalable/apps\n\n"
+                           "# comment\n[24x24/apps]\nSize=24\nType=Fixed\n\n"
+                           "[48x48/apps]\nSize=48\nType=Fixed\n\n"
+                           "[scalable/apps]\nSize=48\nMinSize=8\nMaxSize=512\nType=Scalable\n"));
+    QVERIFY(TestDesktop::writePng(theme + "/24x24/apps/pomvar-png.png", 24, 24, Qt::yellow));
+    QVERIFY(TestDesktop::writePng(theme + "/48x48/apps/pomvar-png.png", 48, 48));
     QVERIFY(
-        TestDesktop::writeEntry(system, "notkde.desktop", "Name=Not KDE\nNotShowIn=KDE;\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "kdeonly.desktop", "Name=KDE Only\nOnlyShowIn=KDE;\n" + exec));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "tryexec.desktop", "Name=Try Exec\nTryExec=/nonexistent/pomvar-program\n" + exec));
-
-    // The user's theme (named in kdeglobals, as on a KDE desktop), inheriting hicolor.
-    const QString theme = user + QStringLiteral("/icons/PomvarTest");
-    QVERIFY(TestDesktop::write(theme + QStringLiteral("/index.theme"), kThemeIndex));
-    QVERIFY(TestDesktop::writePng(theme + QStringLiteral("/48x48/apps/pomvar-png.png"), 48, 48));
-    QVERIFY(TestDesktop::write(theme + QStringLiteral("/scalable/apps/pomvar-svg.svg"), kSvg));
-    const QString hicolor = system + QStringLiteral("/icons/hicolor");
-    QVERIFY(TestDesktop::write(hicolor + QStringLiteral("/index.theme"), kHicolorIndex));
+        TestDesktop::write(theme + "/scalable/apps/pomvar-svg.svg",
+                           "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">"
+                           "<rect x=\"1\" y=\"1\" width=\"14\" height=\"14\" fill=\"#c03030\"/>"
+                           "</svg>\n"));
+    QVERIFY(TestDesktop::write(hicolor + "/index.theme",
+                               "[Icon Theme]\nName=Hicolor\nDirectories=32x32/apps\n\n"
+                               "[32x32/apps]\nSize=32\nType=Threshold\n"));
+    QVERIFY(TestDesktop::writePng(hicolor + "/32x32/apps/pomvar-hicolor.png", 32, 32));
     QVERIFY(
-        TestDesktop::writePng(hicolor + QStringLiteral("/32x32/apps/pomvar-hicolor.png"), 32, 32));
-    QVERIFY(TestDesktop::write(m_desktop.configHome() + QStringLiteral("/kdeglobals"),
-                               "[Icons]\nTheme=PomvarTest\n"));
-
-    m_server = std::make_unique<ServerProcess>(m_desktop);
-    QVERIFY(m_server->start());
+        TestDesktop::write(m_desktop.configHome() + "/kdeglobals", "[Icons]\nTheme=PomvarTest\n"));
+    QVERIFY(restart());
 }
 
-void TestCatalogue::cleanupTestCase()
+bool TestCatalogue::restart(const QStringList& arguments)
 {
-    if (m_server)
-        QCOMPARE(m_server->quit(), 0);
-}
-
-Json TestCatalogue::allApps()
-{
-    SrvClient client;
-    if (!client.connectTo(m_server->port()))
-        return {};
-    const auto reply = client.request(SrvClient::plain("get-allapps-menu-data"));
-    return reply ? Json::parse(*reply, nullptr, false) : Json();
-}
-
-bool TestCatalogue::waitForAppFolderModified()
-{
-    SrvClient client;
-    if (!client.connectTo(m_server->port()))
+    if (m_server && m_server->quit() != 0)
         return false;
+    m_server = std::make_unique<ServerProcess>(m_desktop);
+    if (!m_server->start(arguments))
+        return false;
+    // Missing icons are rendered in the background; then the menus are to be fetched again.
     for (int attempt = 0; attempt < 3000; ++attempt) {
-        const auto reply = client.request(SrvClient::plain("get-menu-data-modified-status"));
-        if (!reply)
-            return false;
-        if (Json::parse(*reply).value("appFolderModified", false))
+        if (m_server->log().contains("; 0 icons to render") ||
+            ask(rq::getMenuDataModifiedStatus).value("appFolderModified", false))
             return true;
         QTest::qWait(10);
     }
     return false;
 }
 
-std::map<std::string, Json> TestCatalogue::byKey(const Json& apps)
+void TestCatalogue::filteredSortedLocalisedWithIconsAtTheirSizes()
 {
-    std::map<std::string, Json> map;
-    for (const auto& app : apps)
-        map[app["appkey"].get<std::string>()] = app;
-    return map;
-}
-
-void TestCatalogue::filteredSortedAndLocalised()
-{
-    const Json apps = allApps();
-    QVERIFY(apps.is_array());
     QStringList names;
-    QStringList keys;
-    for (const auto& app : apps) {
-        names << QString::fromStdString(app["name"].get<std::string>());
-        keys << QString::fromStdString(app["appkey"].get<std::string>());
-        QCOMPARE(app["bundleid"].get<std::string>() + ".desktop", app["appkey"].get<std::string>());
-        QVERIFY(app["pinned"].is_boolean());
-    }
-    // Case-insensitive, accents sorted with their letter; the German name (LANGUAGE=de).
-    const QStringList expected = {
-        QStringLiteral("Alpha"),        QStringLiteral("delta"),    QStringLiteral("\u00c9crire"),
-        QStringLiteral("Flat Pack"),    QStringLiteral("Fox"),      QStringLiteral("Hallo"),
-        QStringLiteral("Hicolor Only"), QStringLiteral("KDE Only"), QStringLiteral("Sub App"),
-        QStringLiteral("User Version"), QStringLiteral("zeta"),
-    };
-    QCOMPARE(names, expected);
-    QVERIFY(keys.contains(QStringLiteral("vendor-sub.desktop")));
-    QVERIFY(keys.contains(QStringLiteral("override.desktop")));
-    QVERIFY(keys.contains(QStringLiteral("org.example.Flat.desktop")));
-}
-
-void TestCatalogue::everyIconExistsAtItsSize()
-{
-    // A cold cache: the renders come in the background, then the menus are to be refetched.
-    QVERIFY(waitForAppFolderModified());
-    const auto apps = byKey(allApps());
-    for (const auto& [key, app] : apps) {
-        const QString path = QString::fromStdString(app["iconpath"].get<std::string>());
-        const QString path2x = QString::fromStdString(app["iconpath2x"].get<std::string>());
+    std::set<QString> distinct;
+    for (const auto& app : ask(rq::getAllAppsMenuData)) {
+        names << QString::fromStdString(app["name"]);
+        JCOMPARE(app["bundleid"].get<std::string>() + ".desktop", app["appkey"]);
+        const QString path = QString::fromStdString(app["iconpath"]);
         QVERIFY2(path.startsWith(m_desktop.iconCache()), qPrintable(path));
         QCOMPARE(QImage(path).size(), QSize(24, 24));
-        QCOMPARE(QImage(path2x).size(), QSize(48, 48));
+        QCOMPARE(QImage(QString::fromStdString(app["iconpath2x"])).size(), QSize(48, 48));
+        distinct.insert(QString::fromStdString(app["iconpath2x"]));
     }
-    const auto icon = [&](const char* key) {
-        return apps.at(key)["iconpath2x"].get<std::string>();
-    };
-    // No icon and a missing icon share the generic one; every real source has its own render.
-    QCOMPARE(icon("delta.desktop"), icon("fox.desktop"));
-    std::set<std::string> distinct;
-    for (const char* key : { "fox.desktop",
-                             "alpha.desktop",
-                             "zeta.desktop",
-                             "ecrire.desktop",
-                             "hicolor-only.desktop" })
-        distinct.insert(icon(key));
+    // Case-insensitive, accents sorted with their letter; the German name (LANGUAGE=de).
+    QCOMPARE(names.join(u'|'),
+             QStringLiteral("Alpha|delta|\u00c9crire|Flat Pack|Fox|Hallo|Hicolor Only|KDE Only|"
+                            "Sub App|User Version|zeta"));
+    JCOMPARE(app("vendor-sub.desktop")["name"], "Sub App");
+    // Every real source has its own render; no icon and a missing icon share the generic one.
     QCOMPARE(distinct.size(), std::size_t(5));
+    QCOMPARE(icon("delta.desktop"), icon("fox.desktop"));
     QCOMPARE(icon("zeta.desktop"), icon("greeting.desktop"));
-
     // The SVG is drawn in its own colour, centred; the wide image keeps its proportions.
-    const QImage svg(QString::fromStdString(icon("alpha.desktop")));
-    QCOMPARE(svg.pixelColor(24, 24), QColor(0xc0, 0x30, 0x30));
-    const QImage wide(QString::fromStdString(icon("ecrire.desktop")));
-    QCOMPARE(wide.pixelColor(24, 2).alpha(), 0);
-    QCOMPARE(wide.pixelColor(24, 24), QColor(40, 120, 200));
+    const std::tuple<const char*, QPoint, QColor> pixels[] = {
+        { "fox.desktop", { 24, 32 }, QColor(0xe8, 0xea, 0xee) },
+        { "zeta.desktop", { 24, 24 }, kFill },
+        { "hicolor-only.desktop", { 24, 24 }, kFill },
+        { "alpha.desktop", { 24, 24 }, QColor(0xc0, 0x30, 0x30) },
+        { "ecrire.desktop", { 24, 24 }, kFill },
+        { "ecrire.desktop", { 24, 2 }, Qt::transparent },
+    };
+    for (const auto& [key, point, colour] : pixels)
+        QCOMPARE(QImage(icon(key)).pixelColor(point).rgba(), colour.rgba());
 }
 
-void TestCatalogue::warmCacheRendersNothingAgain()
+void TestCatalogue::warmCacheRendersOnlyChangedSources()
 {
-    const auto before = byKey(allApps());
-    const QString zeta =
-        QString::fromStdString(before.at("zeta.desktop")["iconpath"].get<std::string>());
+    const QString zeta = icon("zeta.desktop"), wide = icon("ecrire.desktop");
     const QDateTime rendered = QFileInfo(zeta).lastModified();
-    QCOMPARE(m_server->quit(), 0);
-
-    m_server = std::make_unique<ServerProcess>(m_desktop);
-    QVERIFY(m_server->start());
-    QVERIFY2(m_server->log().contains(QStringLiteral("; 0 icons to render")),
-             qPrintable(m_server->log()));
-    const auto after = byKey(allApps());
-    QVERIFY(after.at("zeta.desktop")["iconpath"] == before.at("zeta.desktop")["iconpath"]);
+    QVERIFY(restart());
+    QVERIFY2(m_server->log().contains("; 0 icons to render"), qPrintable(m_server->log()));
+    QCOMPARE(icon("zeta.desktop"), zeta);
     QCOMPARE(QFileInfo(zeta).lastModified(), rendered);
-
     // A changed source is a new render under a new name.
-    QCOMPARE(m_server->quit(), 0);
-    QVERIFY(TestDesktop::writePng(m_absoluteIcon, 64, 64));
-    QFile touched(m_absoluteIcon);
-    QVERIFY(touched.open(QIODevice::ReadWrite));
-    QVERIFY(touched.setFileTime(QDateTime::currentDateTime().addSecs(5),
-                                QFileDevice::FileModificationTime));
-    touched.close();
-    m_server = std::make_unique<ServerProcess>(m_desktop);
-    QVERIFY(m_server->start());
-    QVERIFY(m_server->log().contains(QStringLiteral("; 1 icons to render")));
-    QVERIFY(waitForAppFolderModified());
-    const auto changed = byKey(allApps());
-    QVERIFY(changed.at("ecrire.desktop")["iconpath2x"] !=
-            before.at("ecrire.desktop")["iconpath2x"]);
-    const QImage square(
-        QString::fromStdString(changed.at("ecrire.desktop")["iconpath2x"].get<std::string>()));
-    QCOMPARE(square.pixelColor(24, 2), QColor(40, 120, 200));
+    QFile source(m_wideIcon);
+    QVERIFY(source.open(QIODevice::ReadWrite));
+    QVERIFY(
+        source.setFileTime(QDateTime::currentDateTime().addSecs(5), QFile::FileModificationTime));
+    source.close();
+    QVERIFY(restart());
+    QVERIFY(m_server->log().contains("; 1 icons to render"));
+    QVERIFY(icon("ecrire.desktop") != wide);
+    QCOMPARE(QImage(icon("ecrire.desktop")).pixelColor(24, 24), kFill);
+}
+
+void TestCatalogue::refreshRendersEveryIconAgainAndClearRecentKeepsTheRest()
+{
+    QVERIFY(TestDesktop::write(
+        m_desktop.storePath(),
+        R"({"version": 1, "recent": ["fox.desktop"], "pins": ["fox.desktop"]})"));
+    QVERIFY(restart());
+    const Json before = ask(rq::getAllAppsMenuData);
+    QCOMPARE(ask(rq::getRecentAppsMenuData).size(), std::size_t(1));
+    QVERIFY(restart({ "--refresh", "--welcome", "--clear-recent" }));
+    const QString log = m_server->log();
+    QVERIFY2(log.contains("refreshing") && log.contains("--welcome"), qPrintable(log));
+    QVERIFY2(!log.contains("; 0 icons to render"), qPrintable(log));
+    // Same sources, so the same names: rendered again into the emptied cache.
+    JCOMPARE(ask(rq::getAllAppsMenuData), before);
+    for (const auto& app : before)
+        QVERIFY(QFile::exists(QString::fromStdString(app["iconpath2x"])));
+    JCOMPARE(ask(rq::getRecentAppsMenuData), Json::array());
+    JCOMPARE(ask(rq::getMyAppsMenuData)["pinnedapps"][0]["appkey"], "fox.desktop");
 }
 
 void TestCatalogue::changedEntriesAreRescanned()
 {
-    QVERIFY(TestDesktop::writeEntry(
-        m_desktop.dataHome(), "newcomer.desktop", "Name=Newcomer\nExec=true\n"));
-    QVERIFY(waitForAppFolderModified());
-    QVERIFY(byKey(allApps()).count("newcomer.desktop"));
-
+    QVERIFY(TestDesktop::writeEntry(m_desktop.dataHome(), "new.desktop", "Name=New\nExec=true\n"));
+    QTRY_VERIFY_WITH_TIMEOUT(!app("new.desktop").is_null(), 30000);
     // The monitor is armed again by the rescan: a second change is seen too.
-    QVERIFY(QFile::remove(m_desktop.dataHome() + QStringLiteral("/applications/newcomer.desktop")));
-    QVERIFY(waitForAppFolderModified());
-    QVERIFY(!byKey(allApps()).count("newcomer.desktop"));
-}
-
-void TestCatalogue::refreshRendersEveryIconAgain()
-{
-    const auto before = byKey(allApps());
-    QCOMPARE(m_server->quit(), 0);
-    m_server = std::make_unique<ServerProcess>(m_desktop);
-    QVERIFY(m_server->start({ QStringLiteral("--refresh"), QStringLiteral("--welcome") }));
-    const QString log = m_server->log();
-    QVERIFY2(log.contains(QStringLiteral("refreshing")), qPrintable(log));
-    QVERIFY2(log.contains(QStringLiteral("--welcome")), qPrintable(log));
-    QVERIFY2(!log.contains(QStringLiteral("; 0 icons to render")), qPrintable(log));
-    QVERIFY(waitForAppFolderModified());
-    // Same sources, so the same names: rendered again into the emptied cache.
-    const auto after = byKey(allApps());
-    for (const auto& [key, app] : after) {
-        QVERIFY(app["iconpath2x"] == before.at(key)["iconpath2x"]);
-        QCOMPARE(QImage(QString::fromStdString(app["iconpath2x"].get<std::string>())).size(),
-                 QSize(48, 48));
-    }
+    QVERIFY(QFile::remove(m_desktop.dataHome() + "/applications/new.desktop"));
+    QTRY_VERIFY_WITH_TIMEOUT(app("new.desktop").is_null(), 30000);
 }
 
 QTEST_GUILESS_MAIN(TestCatalogue)

@@ -1,41 +1,23 @@
-// The real server over TCP with the real framing: which requests are answered and which are
-// not, the modified flags, a category name holding quotes and a backslash through the pasted
-// texts, damaged and truncated frames, clients that misbehave or come and go, launching.
+// The real server over TCP: framing, damaged and truncated frames, clients that stall or flood,
+// only the server's own user served, launching real programs, a second server on the same port.
+// What each request does is tst_servermodel's.
+#include "PeerCredentials.h"
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
+#include "ipc/RequestText.h"
 #include "wire/Frame.h"
 
-#include <nlohmann/json.hpp>
-
 #include <QDir>
-#include <QFile>
 #include <QTest>
 
-#include <sys/stat.h>
+#include <unistd.h>
 
-using namespace pomvar::srvtest;
+using namespace pomvar::test;
+using pomvar::srv::PeerCredentials;
 using Json = nlohmann::json;
-
-#define JCOMPARE(actual, expected) QVERIFY2((actual) == (expected), Json(actual).dump().c_str())
-
-namespace {
-
-// A category name that is not valid JSON once pasted between quotes.
-const std::string kQuoted = "Say \"hi\" \\ there";
-
-std::optional<Json> jsonReply(SrvClient& client, const std::string& text)
-{
-    const auto reply = client.request(text);
-    if (!reply || reply->empty())
-        return std::nullopt;
-    auto value = Json::parse(*reply, nullptr, false);
-    if (value.is_discarded())
-        return std::nullopt;
-    return value;
-}
-
-} // namespace
+using Uid = std::optional<unsigned>;
+namespace rq = pomvar::request;
 
 class TestProtocol : public QObject
 {
@@ -43,381 +25,186 @@ class TestProtocol : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void awaitedRequestsAreAnswered();
-    void otherRequestsAreNeverAnswered();
-    void flagsAreSetAndClearedWhenReported();
-    void quotedCategoryThroughPastedTexts();
-    void damagedAndTruncatedFrames();
-    void clientsComeAndGoWithoutBlockingOthers();
-    void launchStartsTheAppAndUpdatesRecent();
-    void terminalAppRunsInATerminal();
-    void failedLaunchIsReported();
+    void damagedFramesAndUnansweredRequests();
+    void stalledOrFloodingClientsBlockNoOne();
+    void ownerFoundInTheKernelTable();
+    void otherUsersAreRefused();
+    void launch();
     void secondServerOnTheSamePortLeaves();
-    void clearRecentOption();
-    void cleanupTestCase();
 
 private:
-    SrvClient& client() { return m_client; }
-    std::vector<std::string> zombieChildren() const;
-
     TestDesktop m_desktop;
     std::unique_ptr<ServerProcess> m_server;
-    SrvClient m_client;
-    QString m_marker;
-    QString m_brokenProgram;
-    QString m_terminalMarker;
-    QString m_goAhead;
-    QString m_outlived;
+    QString m_script;
 };
 
 void TestProtocol::initTestCase()
 {
-    QVERIFY(m_desktop.isValid());
-    const QString system = m_desktop.systemData();
-    m_marker = m_desktop.root() + QStringLiteral("/launched.marker");
-    const QString script = m_desktop.root() + QStringLiteral("/bin/write-marker");
-    QVERIFY(
-        TestDesktop::write(script, "#!/bin/sh\necho \"$$\" > '" + m_marker.toUtf8() + "'\n", true));
-    // Waits for a go-ahead file, so it can be seen to run on after the server has ended.
-    m_goAhead = m_desktop.root() + QStringLiteral("/go-ahead");
-    m_outlived = m_desktop.root() + QStringLiteral("/outlived.marker");
-    const QString waiter = m_desktop.root() + QStringLiteral("/bin/wait-then-mark");
-    QVERIFY(TestDesktop::write(waiter,
-                               "#!/bin/sh\nwhile [ ! -e '" + m_goAhead.toUtf8() +
-                                   "' ]; do sleep 0.05; done\necho done > '" + m_outlived.toUtf8() +
-                                   "'\n",
-                               true));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "waiter.desktop", "Name=Waiter\nExec=" + waiter.toUtf8() + "\n"));
+    const QString root = m_desktop.root(), system = m_desktop.systemData();
+    m_script = root + "/bin/write-marker";
+    // Notes its arguments and whether the server's port setting leaked into its environment.
+    QVERIFY(TestDesktop::write(
+        m_script, "#!/bin/sh\necho \"$* ${POMVARSRV_PORT:-unset}\" > \"$0.$1\"\n", true));
     // Terminal=true: GIO runs the program in the first terminal it finds on PATH; stand-ins for
     // the ones it looks for note how they were called.
-    m_terminalMarker = m_desktop.root() + QStringLiteral("/terminal.marker");
-    const QString fakeBin = m_desktop.root() + QStringLiteral("/fake-bin");
-    for (const char* terminal : { "gnome-terminal",
-                                  "nxterm",
-                                  "color-xterm",
-                                  "rxvt",
-                                  "dtterm",
-                                  "xterm",
-                                  "x-terminal-emulator" })
+    for (const auto& terminal : QStringLiteral("gnome-terminal nxterm color-xterm rxvt dtterm "
+                                               "xterm x-terminal-emulator")
+                                    .split(u' '))
         QVERIFY(
-            TestDesktop::write(fakeBin + u'/' + QLatin1String(terminal),
-                               "#!/bin/sh\necho \"$0 $*\" > '" + m_terminalMarker.toUtf8() + "'\n",
+            TestDesktop::write(root + "/fake-bin/" + terminal,
+                               "#!/bin/sh\necho \"$0 $*\" > " + m_script.toUtf8() + ".terminal\n",
                                true));
-    QVERIFY(TestDesktop::writeEntry(system,
-                                    "console.desktop",
-                                    "Name=Console Tool\nTerminal=true\nExec=" + script.toUtf8() +
-                                        " --console\n"));
-    QVERIFY(TestDesktop::writeEntry(system, "alpha.desktop", "Name=Alpha\nExec=true\n"));
-    QVERIFY(TestDesktop::writeEntry(system, "beta.desktop", "Name=Beta\nExec=true\n"));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "marker.desktop", "Name=Marker\nExec=" + script.toUtf8() + "\n"));
-    // GIO lists only entries whose program exists: this one is removed once the server runs.
-    m_brokenProgram = m_desktop.root() + QStringLiteral("/bin/soon-gone");
-    QVERIFY(TestDesktop::write(m_brokenProgram, "#!/bin/sh\n", true));
-    QVERIFY(TestDesktop::writeEntry(
-        system, "broken.desktop", "Name=Broken\nExec=" + m_brokenProgram.toUtf8() + "\n"));
-    // A store from an earlier run, holding a category name that is not valid JSON once pasted.
-    Json store = { { "version", 1 },
-                   { "categories",
-                     Json::array({ { { "name", kQuoted }, { "apps", { "beta.desktop" } } } }) },
-                   { "recent", { "beta.desktop" } } };
-    QVERIFY(TestDesktop::write(m_desktop.storePath(), QByteArray::fromStdString(store.dump())));
-
+    // GIO lists only entries whose program exists: soon-gone is removed once the server runs.
+    QVERIFY(TestDesktop::write(root + "/bin/soon-gone", "#!/bin/sh\n", true));
+    const std::pair<const char*, QString> entries[] = {
+        { "alpha", "Exec=true" },
+        { "marker", "Exec=" + m_script + " direct" },
+        { "console", "Terminal=true\nExec=" + m_script + " console" },
+        { "broken", "Exec=" + root + "/bin/soon-gone" },
+    };
+    for (const auto& [name, lines] : entries)
+        QVERIFY(TestDesktop::writeEntry(system,
+                                        name + QStringLiteral(".desktop"),
+                                        "Name=" + QByteArray(name) + "\n" + lines.toUtf8()));
+    QVERIFY(TestDesktop::write(m_desktop.storePath(),
+                               R"({"version": 1, "recent": ["alpha.desktop"]})"));
     m_server = std::make_unique<ServerProcess>(m_desktop);
-    m_server->setEnvironmentValue(QStringLiteral("PATH"),
-                                  fakeBin + u':' + qEnvironmentVariable("PATH"));
     QVERIFY(m_server->start());
-    QVERIFY(m_client.connectTo(m_server->port()));
-    // Start from clear flags.
-    QVERIFY(jsonReply(m_client, SrvClient::plain("get-menu-data-modified-status")));
+    QVERIFY(QFile::remove(root + "/bin/soon-gone"));
 }
 
-void TestProtocol::cleanupTestCase()
+void TestProtocol::damagedFramesAndUnansweredRequests()
 {
-    m_client.close();
-    if (m_server)
-        QCOMPARE(m_server->quit(), 0);
-}
-
-void TestProtocol::awaitedRequestsAreAnswered()
-{
-    const auto status = jsonReply(client(), SrvClient::plain("get-app-status"));
-    QVERIFY(status);
-    JCOMPARE(*status, Json::parse(R"({"ready": true, "updateFinished": false})"));
-    const auto prefs = jsonReply(client(), SrvClient::plain("get-user-prefs"));
-    QVERIFY(prefs);
-    JCOMPARE(*prefs, Json::parse(R"({"MenuDensity": 0, "AnimationFx": true, "SaveExpAppCats": true,
-                                     "SaveLastMenu": true, "OneExpAppCat": false})"));
-    const auto flags = jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    QVERIFY(flags);
-    for (const char* key :
-         { "appFolderModified", "recentAppsModified", "appcatsModified", "pinnedAppsModified" })
-        QVERIFY2((*flags)[key].is_boolean(), key);
-    const auto all = jsonReply(client(), SrvClient::plain("get-allapps-menu-data"));
-    QVERIFY(all && all->is_array());
-    QCOMPARE(all->size(), std::size_t(6));
-    const auto mine = jsonReply(client(), SrvClient::plain("get-myapps-menu-data"));
-    QVERIFY(mine && mine->is_object());
-    for (const char* key : { "pinnedapps", "appcats", "appcatapps", "renamedAppcats" })
-        QVERIFY2(mine->contains(key), key);
-    const auto recent = jsonReply(client(), SrvClient::plain("get-recentapps-menu-data"));
-    QVERIFY(recent && recent->is_array());
-    JCOMPARE((*recent)[0]["appkey"], "beta.desktop");
-    const auto update = jsonReply(client(), SrvClient::plain("check-update-available"));
-    QVERIFY(update);
-    JCOMPARE(*update, Json::parse(R"({"isUpdateAvailable": false})"));
-    const auto updateStatus = jsonReply(client(), SrvClient::plain("get-app-update-status"));
-    QVERIFY(updateStatus);
-    JCOMPARE(*updateStatus, Json::parse(R"({"status": "noUpdate"})"));
-    const auto toggled = jsonReply(client(), SrvClient::toggleSetAppcat("alpha.desktop", "None"));
-    QVERIFY(toggled);
-    JCOMPARE(*toggled, Json::parse(R"({"isset": false})"));
-}
-
-void TestProtocol::otherRequestsAreNeverAnswered()
-{
-    // Sent back to back, then one awaited request: the first reply read must be its reply.
-    for (const auto& text : { SrvClient::plain("check-updates"),
-                              SrvClient::organizer(0, ""),
-                              SrvClient::organizer(1, "alpha.desktop"),
-                              SrvClient::organizer(2, "a\"b"),
-                              SrvClient::withAppkey("get-info-app", "alpha.desktop"),
-                              SrvClient::withAppcat("get-info-appcat", kQuoted),
-                              SrvClient::plain("app-search"),
-                              SrvClient::plain("about"),
-                              SrvClient::withAppkey("toggle-pin-app", "not-installed"),
-                              SrvClient::withAppkey("launch", "not-installed.desktop"),
-                              SrvClient::plain("make-coffee"),
-                              std::string("{\"id\": \"launch\"}") })
-        QVERIFY(client().send(text));
-    const auto status = jsonReply(client(), SrvClient::plain("get-app-status"));
-    QVERIFY(status);
-    QVERIFY(status->contains("ready"));
-    const auto prefs = jsonReply(client(), SrvClient::plain("get-user-prefs"));
-    QVERIFY(prefs);
-    QVERIFY(prefs->contains("MenuDensity"));
-    QVERIFY(m_server->log().contains(QStringLiteral("unknown id \"make-coffee\"")));
-}
-
-void TestProtocol::flagsAreSetAndClearedWhenReported()
-{
-    QVERIFY(client().send(SrvClient::withAppkey("toggle-pin-app", "alpha.desktop")));
-    auto flags = jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    QVERIFY(flags);
-    JCOMPARE(*flags, Json::parse(R"({"appFolderModified": false, "recentAppsModified": false,
-                                     "appcatsModified": false, "pinnedAppsModified": true})"));
-    flags = jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    JCOMPARE((*flags)["pinnedAppsModified"], false);
-
-    const auto mine = jsonReply(client(), SrvClient::plain("get-myapps-menu-data"));
-    JCOMPARE((*mine)["pinnedapps"][0]["appkey"], "alpha.desktop");
-    const auto all = jsonReply(client(), SrvClient::plain("get-allapps-menu-data"));
-    JCOMPARE((*all)[0]["pinned"], true);
-
-    QVERIFY(client().send(SrvClient::withAppkey("toggle-pin-app", "alpha.desktop")));
-    flags = jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    JCOMPARE((*flags)["pinnedAppsModified"], true);
-    const auto unpinned = jsonReply(client(), SrvClient::plain("get-myapps-menu-data"));
-    JCOMPARE((*unpinned)["pinnedapps"], Json::array());
-}
-
-void TestProtocol::quotedCategoryThroughPastedTexts()
-{
-    auto mine = jsonReply(client(), SrvClient::plain("get-myapps-menu-data"));
-    QVERIFY(mine);
-    JCOMPARE((*mine)["appcats"], Json::array({ kQuoted }));
-    JCOMPARE((*mine)["appcatapps"][kQuoted][0]["appkey"], "beta.desktop");
-
-    auto isSet = jsonReply(client(), SrvClient::toggleSetAppcat("alpha.desktop", kQuoted));
-    QVERIFY(isSet);
-    JCOMPARE(*isSet, Json::parse(R"({"isset": true})"));
-    auto flags = jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    JCOMPARE((*flags)["appcatsModified"], true);
-    mine = jsonReply(client(), SrvClient::plain("get-myapps-menu-data"));
-    QCOMPARE((*mine)["appcatapps"][kQuoted].size(), std::size_t(2));
-
-    isSet = jsonReply(client(), SrvClient::toggleSetAppcat("alpha.desktop", kQuoted));
-    JCOMPARE(*isSet, Json::parse(R"({"isset": false})"));
-    QVERIFY(client().send(SrvClient::withAppcat("get-info-appcat", kQuoted)));
-    mine = jsonReply(client(), SrvClient::plain("get-myapps-menu-data"));
-    QCOMPARE((*mine)["appcatapps"][kQuoted].size(), std::size_t(1));
-    QVERIFY(m_server->log().contains(QString::fromStdString("for " + kQuoted)));
-}
-
-void TestProtocol::damagedAndTruncatedFrames()
-{
-    SrvClient damaged;
-    QVERIFY(damaged.connectTo(m_server->port()));
-    QVERIFY(damaged.send(""));
-    QVERIFY(damaged.send("garbage"));
-    QVERIFY(damaged.send(std::string("\xff\xfe\0\x01", 4)));
-    QVERIFY(damaged.send(std::string(65535, '{')));
-    QVERIFY(damaged.send("{\n    \"id\": \"launch\",\n    \"appkey\": \"alpha.desktop"));
-    // One awaited request cut short is still answered, so the front end stays in step.
-    QVERIFY(damaged.send("{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"alp"));
-    auto reply = damaged.readReply();
-    QVERIFY(reply);
-    JCOMPARE(Json::parse(*reply), Json::parse(R"({"isset": false})"));
-    // A frame written a byte at a time.
-    const auto frame = *pomvar::wire::encodeRequestFrame(SrvClient::plain("get-app-status"));
+    SrvClient client;
+    QVERIFY(client.connectTo(m_server->port()));
+    // None of these is answered: the first reply read must be the awaited request's.
+    for (const std::string& body :
+         { std::string(),
+           std::string("garbage"),
+           std::string("\xff\xfe\0\x01", 4),
+           std::string(65535, '{'),
+           std::string("{\n    \"id\": \"launch\",\n    \"appkey\": \"al"),
+           std::string(R"({"id": "make-coffee"})"),
+           rq::plain(rq::checkUpdates) })
+        QVERIFY(client.send(body));
+    // An awaited request cut short is still answered, so the front end stays in step.
+    JCOMPARE(client.json("{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"alp"),
+             Json::parse(R"({"isset": false})"));
+    // A frame written a byte at a time; then half a frame, and gone: the next client is served.
+    const auto frame = *pomvar::wire::encodeRequestFrame(rq::plain(rq::getAppStatus));
     for (const char byte : frame)
-        QVERIFY(damaged.sendRaw(std::string_view(&byte, 1)));
-    reply = damaged.readReply();
-    QVERIFY(reply);
-    QVERIFY(Json::parse(*reply).contains("ready"));
-    // A prefix, half a body, and gone.
-    QVERIFY(damaged.sendRaw(frame.substr(0, 10)));
-    damaged.close();
-
-    SrvClient prefixOnly;
-    QVERIFY(prefixOnly.connectTo(m_server->port()));
-    QVERIFY(prefixOnly.sendRaw(std::string("\x00", 1)));
-    prefixOnly.close();
-
-    const auto status = jsonReply(client(), SrvClient::plain("get-app-status"));
-    QVERIFY(status);
-    JCOMPARE((*status)["ready"], true);
+        QVERIFY(client.sendRaw(std::string_view(&byte, 1)));
+    JCOMPARE(Json::parse(client.readReply().value_or("null"))["ready"], true);
+    QVERIFY(client.sendRaw(frame.substr(0, 10)));
+    client.close();
+    QVERIFY(client.connectTo(m_server->port()));
+    JCOMPARE(client.json(rq::plain(rq::getAppStatus))["ready"], true);
+    QVERIFY(m_server->log().contains(
+        "pomvarsrv: warning: ignoring a request with the unknown id \"make-coffee\""));
 }
 
-void TestProtocol::clientsComeAndGoWithoutBlockingOthers()
+void TestProtocol::stalledOrFloodingClientsBlockNoOne()
 {
-    // One client stalls mid-frame, another floods requests and reads nothing.
-    SrvClient stalled;
+    SrvClient stalled, flooding;
     QVERIFY(stalled.connectTo(m_server->port()));
     QVERIFY(stalled.sendRaw(std::string("\x00\x40{", 3)));
-    SrvClient flooding;
     QVERIFY(flooding.connectTo(m_server->port()));
     for (int i = 0; i < 300; ++i)
-        QVERIFY(flooding.send(SrvClient::plain("get-allapps-menu-data")));
-
-    for (const char* address : { "127.0.0.1", "::1" }) {
+        QVERIFY(flooding.send(rq::plain(rq::getAllAppsMenuData)));
+    for (const QString address : { "127.0.0.1", "::1" }) {
         SrvClient fresh;
-        QVERIFY2(fresh.connectTo(m_server->port(), address), address);
-        const auto status = jsonReply(fresh, SrvClient::plain("get-app-status"));
-        QVERIFY2(status && (*status)["ready"] == true, address);
+        QVERIFY(fresh.connectTo(m_server->port(), address));
+        JCOMPARE(fresh.json(rq::plain(rq::getAppStatus))["ready"], true);
     }
-    // The flooding client gets every reply in order once it reads.
-    for (int i = 0; i < 300; ++i) {
-        const auto reply = flooding.readReply();
-        QVERIFY(reply);
-        QCOMPARE(Json::parse(*reply).size(), std::size_t(6));
+    // The flooding client gets every reply, in order, once it reads.
+    for (int i = 0; i < 300; ++i)
+        QVERIFY(Json::parse(flooding.readReply().value_or("null")).is_array());
+}
+
+void TestProtocol::ownerFoundInTheKernelTable()
+{
+    // As /proc/net/tcp and tcp6 print them (addresses in the machine's word order): the server's
+    // end of the connection, another client's, and the peer's, whose local end is our remote.
+    const QByteArray table4 =
+        "  sl  local_address rem_address   st tx_queue rx_queue tr tm->when retrnsmt   uid\n"
+        "   0: 0100007F:C6E2 0100007F:D4A2 01 00000000:00000000 00:00000000 00000000  1000 0 1\n"
+        "   1: 0100007F:AAAA 0100007F:C6E2 01 00000000:00000000 00:00000000 00000000  1000 0 2\n"
+        "   2: 0100007F:D4A2 0100007F:C6E2 01 00000000:00000000 00:00000000 00000000 65534 0 3\n";
+    const QHostAddress local(QStringLiteral("127.0.0.1"));
+    QCOMPARE(PeerCredentials::ownerUidIn(table4, local, 0xD4A2, local, 0xC6E2), Uid(65534));
+    QCOMPARE(PeerCredentials::ownerUidIn(table4, local, 0xC6E2, local, 0xD4A2), Uid(1000));
+    QCOMPARE(PeerCredentials::ownerUidIn(table4, local, 0x1234, local, 0xC6E2), Uid());
+    const QByteArray table6 =
+        "  sl  local_address                         remote_address                        st\n"
+        "   0: 00000000000000000000000001000000:9C40 00000000000000000000000001000000:1F90 01 "
+        "00000000:00000000 00:00000000 00000000     7        0 3 1\n";
+    const QHostAddress loop6(QStringLiteral("::1"));
+    QCOMPARE(PeerCredentials::ownerUidIn(table6, loop6, 0x9C40, loop6, 0x1F90), Uid(7));
+}
+
+void TestProtocol::otherUsersAreRefused()
+{
+    if (::getuid() != 0)
+        QSKIP("needs root to run a client under another uid");
+    // A shell client, as ourselves or as nobody, prints what it reads back: the 4-byte prefix of
+    // the reply, or nothing when the server closes the connection.
+    const auto frame = *pomvar::wire::encodeRequestFrame(rq::plain(rq::getAppStatus));
+    for (const QString address : { "127.0.0.1", "::1" }) {
+        for (const QString asUser : { "", "setpriv --reuid=65534 --regid=65534 --clear-groups" }) {
+            QProcess client;
+            const QString script = QStringLiteral("exec 3<>/dev/tcp/%1/%2 || exit 3\n"
+                                                  "cat >&3\nhead -c 4 <&3\n");
+            client.start(
+                "timeout",
+                QStringList{ "20" } + asUser.split(u' ', Qt::SkipEmptyParts) +
+                    QStringList{ "bash", "-c", script.arg(address).arg(m_server->port()) });
+            client.write(frame.data(), qint64(frame.size()));
+            client.closeWriteChannel();
+            // 124: timed out, the connection was left open; 3: no connection at all.
+            QVERIFY(client.waitForFinished(30000) &&
+                    !(QList{ 3, 124 }.contains(client.exitCode())));
+            QCOMPARE(client.readAllStandardOutput().size(), asUser.isEmpty() ? 4 : 0);
+        }
     }
-    // A front end that leaves and comes back is served again.
-    m_client.close();
-    QVERIFY(m_client.connectTo(m_server->port()));
-    QVERIFY(jsonReply(m_client, SrvClient::plain("get-app-status")));
+    QVERIFY(m_server->log().contains("owned by uid 65534"));
 }
 
-std::vector<std::string> TestProtocol::zombieChildren() const
+void TestProtocol::launch()
 {
-    std::vector<std::string> zombies;
-    const QString pid = QString::number(m_server->pid());
-    for (const auto& entry : QDir(QStringLiteral("/proc")).entryList(QDir::Dirs)) {
-        QFile stat(QStringLiteral("/proc/") + entry + QStringLiteral("/stat"));
-        if (!stat.open(QIODevice::ReadOnly))
-            continue;
-        const QString line = QString::fromUtf8(stat.readAll());
-        const auto fields = line.mid(line.lastIndexOf(u')') + 2).split(u' ');
-        if (fields.size() > 1 && fields[1] == pid && fields[0] == QStringLiteral("Z"))
-            zombies.push_back(entry.toStdString());
+    // The app key, the file its program writes and what it holds; nothing for a missing program.
+    for (const auto& [appkey, marker, call] :
+         { std::tuple("marker.desktop", ".direct", "direct unset"),
+           { "console.desktop", ".terminal", "write-marker console" },
+           { "broken.desktop", "", "" } }) {
+        QFile::remove(m_script + marker);
+        SrvClient client;
+        QVERIFY(client.connectTo(m_server->port()));
+        client.json(rq::plain(rq::getMenuDataModifiedStatus));
+        QVERIFY(client.send(rq::launch(appkey)));
+        // The launch is done when the next request is answered; the app runs on its own.
+        const Json flags = client.json(rq::plain(rq::getMenuDataModifiedStatus));
+        const Json recent = client.json(rq::plain(rq::getRecentAppsMenuData));
+        const bool launched = *marker != 0;
+        JCOMPARE(flags["recentAppsModified"], launched);
+        QCOMPARE(recent[0]["appkey"] == appkey, launched);
+        QCOMPARE(m_server->log().contains(QStringLiteral("cannot launch ") + appkey), !launched);
+        if (launched)
+            QTRY_VERIFY_WITH_TIMEOUT(TestDesktop::read(m_script + marker).contains(call), 20000);
     }
-    return zombies;
-}
-
-void TestProtocol::launchStartsTheAppAndUpdatesRecent()
-{
-    jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    QVERIFY(!QFile::exists(m_marker));
-    QVERIFY(client().send(SrvClient::withAppkey("launch", "marker.desktop")));
-    // The launch is done when the next request is answered; the app itself runs on its own.
-    const auto flags = jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    QVERIFY(flags);
-    JCOMPARE((*flags)["recentAppsModified"], true);
-    const auto recent = jsonReply(client(), SrvClient::plain("get-recentapps-menu-data"));
-    QCOMPARE(recent->size(), std::size_t(2));
-    JCOMPARE((*recent)[0]["appkey"], "marker.desktop");
-    JCOMPARE((*recent)[1]["appkey"], "beta.desktop");
-
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_marker), 20000);
-    // Whatever GIO spawned in between is reaped: no zombie stays behind.
-    QTRY_VERIFY_WITH_TIMEOUT(zombieChildren().empty(), 20000);
-}
-
-void TestProtocol::terminalAppRunsInATerminal()
-{
-    QVERIFY(client().send(SrvClient::withAppkey("launch", "console.desktop")));
-    QVERIFY(jsonReply(client(), SrvClient::plain("get-app-status")));
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_terminalMarker), 20000);
-    QFile marker(m_terminalMarker);
-    QVERIFY(marker.open(QIODevice::ReadOnly));
-    const QByteArray call = marker.readAll();
-    QVERIFY2(call.contains("fake-bin/") && call.contains("write-marker --console"),
-             call.constData());
-}
-
-void TestProtocol::failedLaunchIsReported()
-{
-    jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    QVERIFY(QFile::remove(m_brokenProgram));
-    QVERIFY(client().send(SrvClient::withAppkey("launch", "broken.desktop")));
-    const auto flags = jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    JCOMPARE((*flags)["recentAppsModified"], false);
-    QVERIFY2(m_server->log().contains(QStringLiteral("cannot launch broken.desktop")),
-             qPrintable(m_server->log()));
-    // Recent is unchanged: the last app that did start is still first.
-    const auto recent = jsonReply(client(), SrvClient::plain("get-recentapps-menu-data"));
-    JCOMPARE((*recent)[0]["appkey"], "console.desktop");
 }
 
 void TestProtocol::secondServerOnTheSamePortLeaves()
 {
-    const auto recentBefore = jsonReply(client(), SrvClient::plain("get-recentapps-menu-data"));
-    const QByteArray storeBefore = [&] {
-        QFile store(m_desktop.storePath());
-        return store.open(QIODevice::ReadOnly) ? store.readAll() : QByteArray();
-    }();
+    const QByteArray storeBefore = TestDesktop::read(m_desktop.storePath());
     ServerProcess second(m_desktop);
-    QCOMPARE(second.runToExit(m_server->port(),
-                              { QStringLiteral("--clear-recent"), QStringLiteral("--refresh") }),
-             0);
-    QVERIFY2(second.log().contains(QStringLiteral("already in use")), qPrintable(second.log()));
+    QCOMPARE(second.runToExit(m_server->port(), { "--clear-recent", "--refresh" }), 0);
+    QVERIFY2(second.log().contains("already in use"), qPrintable(second.log()));
     // The running server's store and icons are not the leaving one's to touch.
-    QFile store(m_desktop.storePath());
-    QVERIFY(store.open(QIODevice::ReadOnly));
-    QCOMPARE(store.readAll(), storeBefore);
-    QVERIFY(QDir(m_desktop.iconCache()).exists());
-    const auto recentAfter = jsonReply(client(), SrvClient::plain("get-recentapps-menu-data"));
-    QVERIFY(recentAfter && *recentAfter == *recentBefore);
-    QVERIFY(!recentAfter->empty());
-}
-
-void TestProtocol::clearRecentOption()
-{
-    // An app launched just before the server ends goes on running after it.
-    QVERIFY(client().send(SrvClient::withAppkey("launch", "waiter.desktop")));
-    QVERIFY(jsonReply(client(), SrvClient::plain("get-app-status")));
-    m_client.close();
-    QCOMPARE(m_server->quit(), 0);
-    QVERIFY(TestDesktop::write(m_goAhead, "go"));
-    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_outlived), 20000);
-
-    struct stat status
-    {};
-    QCOMPARE(::stat(QFile::encodeName(m_desktop.storePath()).constData(), &status), 0);
-    QCOMPARE(status.st_mode & 07777, 0600u);
-
-    m_server = std::make_unique<ServerProcess>(m_desktop);
-    QVERIFY(m_server->start({ QStringLiteral("--clear-recent") }));
-    QVERIFY(m_client.connectTo(m_server->port()));
-    const auto flags = jsonReply(client(), SrvClient::plain("get-menu-data-modified-status"));
-    JCOMPARE((*flags)["recentAppsModified"], true);
-    const auto recent = jsonReply(client(), SrvClient::plain("get-recentapps-menu-data"));
-    JCOMPARE(*recent, Json::array());
-    QVERIFY(m_server->log().contains(QStringLiteral("clearing the recent apps")));
-    // The rest of the store survives.
-    const auto mine = jsonReply(client(), SrvClient::plain("get-myapps-menu-data"));
-    JCOMPARE((*mine)["appcats"], Json::array({ kQuoted }));
+    QCOMPARE(TestDesktop::read(m_desktop.storePath()), storeBefore);
+    QVERIFY(!QDir(m_desktop.iconCache()).isEmpty());
+    SrvClient client;
+    QVERIFY(client.connectTo(m_server->port()));
+    QVERIFY(!client.json(rq::plain(rq::getRecentAppsMenuData)).empty());
 }
 
 QTEST_GUILESS_MAIN(TestProtocol)

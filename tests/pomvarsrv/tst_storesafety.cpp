@@ -5,6 +5,7 @@
 #include "SrvClient.h"
 #include "Store.h"
 #include "TestDesktop.h"
+#include "ipc/RequestText.h"
 
 #include <nlohmann/json.hpp>
 
@@ -16,7 +17,7 @@
 #include <algorithm>
 #include <thread>
 
-using namespace pomvar::srvtest;
+using namespace pomvar::test;
 using pomvar::srv::Store;
 using Json = nlohmann::json;
 
@@ -110,7 +111,7 @@ void TestStoreSafety::killedDuringABurstOfChanges()
             const std::string app = "app" + std::to_string(random.bounded(kApps)) + ".desktop";
             Members next = confirmed;
             toggle(next, category, app);
-            QVERIFY(client.send(SrvClient::toggleSetAppcat(app, kCategories[category])));
+            QVERIFY(client.send(pomvar::request::toggleSetAppcat(app, kCategories[category])));
             if (change == stop) {
                 // Killed while this change is in flight, at a random point of its handling.
                 std::this_thread::sleep_for(std::chrono::microseconds(random.bounded(3000)));
@@ -131,7 +132,7 @@ void TestStoreSafety::killedDuringABurstOfChanges()
             QCOMPARE(Json::parse(*reply)["isset"].get<bool>(), nowSet);
             confirmed = std::move(next);
         }
-        if (server.process().state() == QProcess::Running) {
+        if (server.isRunning()) {
             client.close();
             QCOMPARE(server.quit(), 0);
             QVERIFY(storedMembers(m_desktop.storePath()) == confirmed);
@@ -161,12 +162,12 @@ void TestStoreSafety::unreadableStoreIsKeptAside()
 
     SrvClient client;
     QVERIFY(client.connectTo(server.port()));
-    const auto mine = client.request(SrvClient::plain("get-myapps-menu-data"));
+    const auto mine = client.request(pomvar::request::plain(pomvar::request::getMyAppsMenuData));
     QVERIFY(mine);
     QVERIFY(Json::parse(*mine)["appcats"] == Json::array());
     // The next change writes a fresh store; what was kept aside stays.
-    QVERIFY(client.send(SrvClient::withAppkey("toggle-pin-app", "app3.desktop")));
-    QVERIFY(client.request(SrvClient::plain("get-app-status")));
+    QVERIFY(client.send(pomvar::request::togglePinApp("app3.desktop")));
+    QVERIFY(client.request(pomvar::request::plain(pomvar::request::getAppStatus)));
     const auto pins = Store::fromJson(Json::parse(
         [&] {
             QFile store(m_desktop.storePath());

@@ -2,23 +2,28 @@
 
 #include <nlohmann/json.hpp>
 
-#include <condition_variable>
+#include <QMutex>
+#include <QThread>
+#include <QWaitCondition>
+
 #include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
-#include <mutex>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <vector>
+
+class QTcpServer;
+class QTcpSocket;
 
 namespace pomvar::test {
 
-// A scriptable stand-in for the runtime server over real TCP and the real framing. It records
-// the exact bytes of every request and answers the requests that expect a reply with scripted
-// replies: a body (in one write or many small ones), nothing, a zero-length frame, or a closed
-// connection. Replies queued for an id are used once, in order, before the id's default.
+// A scriptable stand-in for the runtime server over real TCP and the real framing, serving on a
+// thread of its own so that the blocking front end can talk to it from the test's thread. It
+// records the exact bytes of every request and answers the awaited ones with scripted replies:
+// a body (in one write or many small ones), nothing, a zero-length frame, or a closed connection.
+// Replies queued for an id are used once, in order, before the id's default.
 class FakeRuntimeServer
 {
 public:
@@ -53,14 +58,14 @@ public:
 
     // Starts listening on the loopback address and serving; false when the port is taken.
     bool listen();
-    // Listens with a full accept queue: clients stay in the middle of connecting (their SYN is
-    // dropped and retried) until release() starts serving, about a second later for them.
+    // Listens without accepting, its queue full: clients stay in the middle of connecting until
+    // release() starts serving.
     bool listenHoldingConnections();
     void release();
     std::uint16_t port() const { return m_port; }
 
     void setDefaultReply(const std::string& id, Reply reply);
-    // A queued reply is sent even for a request that expects none (to test a misbehaving server).
+    // A queued reply is sent even for a request that expects none (a misbehaving server).
     void queueReply(const std::string& id, Reply reply);
 
     std::vector<std::string> requests() const;
@@ -68,37 +73,28 @@ public:
     void clearRequests();
     // Waits until at least `count` requests arrived since the last clear.
     bool waitForRequests(std::size_t count, int timeoutMs = 5000) const;
-    std::size_t connectionCount() const;
     // Called on the serving thread after each request is recorded.
     void setRequestObserver(std::function<void(const std::string& body)> observer);
 
-    static bool expectsReply(std::string_view id);
-    // The "id" of a request text, read without a JSON parser: values are pasted unescaped.
+    // The id of a request text, read the way the real server reads it.
     static std::string requestId(std::string_view body);
-    // Built-in replies that let a front end run: ready, default preferences, no changes, no apps.
-    static std::map<std::string, Reply> standardReplies();
 
 private:
-    bool bindAndListen(int backlog);
-    void serve();
-    void handle(int client, const std::string& body, bool& closeClient);
-    Reply takeReply(const std::string& id);
-    bool hasQueuedReply(const std::string& id) const;
-    void wake();
+    bool start(bool holding);
+    void serve(QTcpServer& server);
+    void answer(QTcpSocket& client, const std::string& body);
+    Reply takeReply(const std::string& id, bool& found);
 
     std::uint16_t m_port;
-    int m_listenFd = -1;
-    int m_placeholderFd = -1;
-    int m_wakeFd = -1;
-    bool m_stopping = false;
-    std::thread m_thread;
+    QThread m_thread;
+    QTcpServer* m_server = nullptr; // lives on m_thread
+    QTcpSocket* m_placeholder = nullptr;
 
-    mutable std::mutex m_mutex;
-    mutable std::condition_variable m_requestArrived;
+    mutable QMutex m_mutex;
+    mutable QWaitCondition m_requestArrived;
     std::map<std::string, Reply> m_defaults;
     std::map<std::string, std::deque<Reply>> m_queued;
     std::vector<std::string> m_requests;
-    std::size_t m_connections = 0;
     std::function<void(const std::string&)> m_observer;
 };
 

@@ -8,41 +8,30 @@
 // each reply as FakeRuntimeServer::Reply::fromScript reads it. It exits on "quit".
 #include "FakeRuntimeServer.h"
 
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
+#include <QCoreApplication>
+#include <QThread>
+#include <QTimer>
+
 #include <fstream>
-#include <future>
 #include <iostream>
-#include <thread>
 
 using pomvar::test::FakeRuntimeServer;
 
-namespace {
-
-std::string envOr(const char* name, const std::string& fallback)
-{
-    const char* value = std::getenv(name);
-    return value && *value ? value : fallback;
-}
-
-} // namespace
-
 int main(int argc, char** argv)
 {
-    const std::string dir = envOr("POMVAR_FAKE_DIR", ".");
-    const auto port = static_cast<std::uint16_t>(std::stoi(envOr("POMVAR_FAKE_PORT", "50818")));
-    const int lifetime = std::stoi(envOr("POMVAR_FAKE_LIFETIME", "120"));
+    QCoreApplication app(argc, argv);
+    const std::string dir = qEnvironmentVariable("POMVAR_FAKE_DIR", ".").toStdString();
+    const auto port =
+        static_cast<std::uint16_t>(qEnvironmentVariable("POMVAR_FAKE_PORT", "50818").toUInt());
 
     nlohmann::json args = nlohmann::json::array();
     for (int i = 1; i < argc; ++i)
         args.push_back(argv[i]);
     std::ofstream(dir + "/argv.json") << args.dump() << '\n';
 
-    nlohmann::json script = nlohmann::json::object();
-    if (std::ifstream in(dir + "/script.json"); in)
-        script = nlohmann::json::parse(in, nullptr, false);
-    if (script.is_discarded())
+    std::ifstream in(dir + "/script.json");
+    nlohmann::json script = in ? nlohmann::json::parse(in, nullptr, false) : nlohmann::json();
+    if (!script.is_object())
         script = nlohmann::json::object();
 
     FakeRuntimeServer server(port);
@@ -56,22 +45,20 @@ int main(int argc, char** argv)
             server.queueReply(id, FakeRuntimeServer::Reply::fromScript(reply));
     }
 
-    std::promise<void> quit;
-    auto quitRequested = quit.get_future();
     std::ofstream log(dir + "/requests.jsonl", std::ios::app);
-    std::once_flag quitOnce;
     server.setRequestObserver([&](const std::string& body) {
         log << nlohmann::json(body).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)
             << std::endl;
         if (FakeRuntimeServer::requestId(body) == "quit")
-            std::call_once(quitOnce, [&] { quit.set_value(); });
+            QMetaObject::invokeMethod(&app, &QCoreApplication::quit);
     });
 
-    std::this_thread::sleep_for(std::chrono::milliseconds(script.value("listenDelayMs", 0)));
+    QThread::msleep(script.value("listenDelayMs", 0));
     if (!server.listen()) {
         std::cerr << "pomvar-fakesrv: port " << port << " is already in use\n";
         return 0;
     }
-    quitRequested.wait_for(std::chrono::seconds(lifetime));
-    return 0;
+    const int lifetime = qEnvironmentVariable("POMVAR_FAKE_LIFETIME", "120").toInt();
+    QTimer::singleShot(lifetime * 1000, &app, &QCoreApplication::quit);
+    return app.exec();
 }

@@ -4,6 +4,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <QThread>
 
 #include <csignal>
 #include <sys/types.h>
@@ -81,6 +82,12 @@ ChildOutcome InstallLayout::run(const QStringList& arguments)
     return runChild(m_dir.filePath("bin/pomvar"), arguments, kRunLimitMs, environment());
 }
 
+ChildOutcome InstallLayout::runInTerminal(const QStringList& arguments)
+{
+    const QString command = (QStringList{ m_dir.filePath("bin/pomvar") } + arguments).join(' ');
+    return runChild("script", { "-qec", command, "/dev/null" }, kRunLimitMs, environment());
+}
+
 std::unique_ptr<QProcess> InstallLayout::start(const QStringList& arguments)
 {
     auto process = std::make_unique<QProcess>();
@@ -133,17 +140,21 @@ bool InstallLayout::addToolOnPath(const QString& name, const QByteArray& body)
 int InstallLayout::killFakeServers() const
 {
     // The fakes are not our children (the front end starts them detached): find them by the
-    // program they run, which only this layout holds.
+    // program they run, which only this layout holds, and wait until they are gone so that the
+    // port is free for the next test.
     const QString fake = QFileInfo(fakeServerPath()).canonicalFilePath();
-    int killed = 0;
-    const QStringList pids = QDir("/proc").entryList({ "[0-9]*" }, QDir::Dirs);
-    for (const QString& pid : pids) {
-        if (QFileInfo("/proc/" + pid + "/exe").symLinkTarget() != fake)
-            continue;
-        if (::kill(static_cast<pid_t>(pid.toInt()), SIGKILL) == 0)
-            ++killed;
+    QStringList killed;
+    for (const QString& pid : QDir("/proc").entryList({ "[0-9]*" }, QDir::Dirs)) {
+        if (QFileInfo("/proc/" + pid + "/exe").symLinkTarget() == fake &&
+            ::kill(static_cast<pid_t>(pid.toInt()), SIGKILL) == 0)
+            killed << pid;
     }
-    return killed;
+    for (const QString& pid : killed) {
+        for (int waited = 0; waited < 5000 && QFileInfo("/proc/" + pid + "/exe").exists();
+             waited += 10)
+            QThread::msleep(10);
+    }
+    return int(killed.size());
 }
 
 } // namespace pomvar::test

@@ -30,6 +30,8 @@ public:
 
     // Runs pomvar to its end (killed when it does not end in time).
     ChildOutcome run(const QStringList& arguments);
+    // The same with a terminal (a pseudo-terminal from script(1)) as standard output.
+    ChildOutcome runInTerminal(const QStringList& arguments);
 
     // Starts pomvar and leaves it running.
     std::unique_ptr<QProcess> start(const QStringList& arguments);

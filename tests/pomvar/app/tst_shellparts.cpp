@@ -5,7 +5,7 @@
 
 #include <QDir>
 #include <QFile>
-#include <QTcpServer>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -16,6 +16,8 @@
 using pomvar::CommandError;
 using pomvar::PidFile;
 
+Q_DECLARE_METATYPE(std::optional<CommandError::Kind>)
+
 namespace {
 
 QByteArray readFile(const QString& path)
@@ -24,70 +26,46 @@ QByteArray readFile(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
 }
 
-std::optional<CommandError::Kind> failureOf(const std::string& command, std::string* output)
-{
-    try {
-        *output = pomvar::execute(command);
-    } catch (const CommandError& error) {
-        *output = error.output();
-        return error.kind();
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 class TestShellParts : public QObject
 {
     Q_OBJECT
-
     QTemporaryDir m_dir;
-    QByteArray m_savedCacheHome;
+
+    QString pidPath() const { return m_dir.filePath("cache/Pomvar4Mac/pomvar.pid"); }
 
 private Q_SLOTS:
     void init()
     {
-        QVERIFY(m_dir.isValid());
-        m_savedCacheHome = qgetenv("XDG_CACHE_HOME");
         QVERIFY(QDir(m_dir.path()).mkpath("cache"));
         qputenv("XDG_CACHE_HOME", m_dir.filePath("cache").toUtf8());
     }
+    void cleanup() { QDir(m_dir.filePath("cache")).removeRecursively(); }
 
-    void cleanup()
+    void pidFileHoldsTheBareNumberAndIsReplaced()
     {
-        qputenv("XDG_CACHE_HOME", m_savedCacheHome);
-        QDir(m_dir.filePath("cache")).removeRecursively();
+        QCOMPARE(QString::fromStdString(PidFile::getPidFilePath()), pidPath());
+        QVERIFY(QDir().mkpath(QFileInfo(pidPath()).path()));
+        QFile old(pidPath());
+        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("1234567890\n") > 0);
+        old.close();
+        PidFile::create();
+        QCOMPARE(readFile(pidPath()), QByteArray::number(::getpid()));
+        // Nothing left over from the atomic write.
+        QCOMPARE(
+            QDir(QFileInfo(pidPath()).path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+            QStringList{ "pomvar.pid" });
+        PidFile::deleteFile();
+        QVERIFY(!QFile::exists(pidPath()));
+        PidFile::deleteFile(); // an absent file is fine
     }
 
-    void thePidFileLiesInTheCacheFolder()
+    void withoutXdgCacheHomeTheHomeCacheIsUsed()
     {
-        QCOMPARE(PidFile::getPidFilePath(),
-                 m_dir.filePath("cache/Pomvar4Mac/pomvar.pid").toStdString());
         qunsetenv("XDG_CACHE_HOME");
         QCOMPARE(PidFile::getPidFilePath(),
                  QDir::homePath().toStdString() + "/.cache/Pomvar4Mac/pomvar.pid");
-    }
-
-    void createMakesTheProgramFolderAndWritesTheBareNumber()
-    {
-        PidFile::create();
-        const QString path = QString::fromStdString(PidFile::getPidFilePath());
-        QCOMPARE(readFile(path), QByteArray::number(::getpid()));
-        // Nothing left over from the atomic write.
-        QCOMPARE(QDir(m_dir.filePath("cache/Pomvar4Mac"))
-                     .entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
-                 QStringList{ "pomvar.pid" });
-    }
-
-    void createReplacesAnOldFile()
-    {
-        QVERIFY(QDir(m_dir.path()).mkpath("cache/Pomvar4Mac"));
-        QFile old(m_dir.filePath("cache/Pomvar4Mac/pomvar.pid"));
-        QVERIFY(old.open(QIODevice::WriteOnly));
-        old.write("1234567890\n");
-        old.close();
-        PidFile::create();
-        QCOMPARE(readFile(old.fileName()), QByteArray::number(::getpid()));
     }
 
     void aMissingCacheFolderIsNotCreated()
@@ -97,68 +75,46 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_dir.filePath("cache/absent")));
     }
 
-    void deleteRemovesTheFileAndToleratesItsAbsence()
-    {
-        PidFile::create();
-        const QString path = QString::fromStdString(PidFile::getPidFilePath());
-        QVERIFY(QFile::exists(path));
-        PidFile::deleteFile();
-        QVERIFY(!QFile::exists(path));
-        PidFile::deleteFile();
-        QVERIFY(QDir(m_dir.filePath("cache/Pomvar4Mac")).exists());
-    }
-
     void theSignalPathUsesThePathTakenBeforehand()
     {
         PidFile::create();
-        const QString path = QString::fromStdString(PidFile::getPidFilePath());
         PidFile::prepareSignalHandlerPath();
         qputenv("XDG_CACHE_HOME", m_dir.filePath("elsewhere").toUtf8());
         PidFile::deleteFromSignalHandler();
-        QVERIFY(!QFile::exists(path));
-        PidFile::deleteFromSignalHandler();
+        QVERIFY(!QFile::exists(pidPath()));
     }
 
-    void executeReturnsStandardOutputOnly()
+    void executeGivesStandardOutputOrItsFault_data()
     {
-        std::string output;
-        QCOMPARE(failureOf("printf 'one\\ntwo'; echo noise >&2", &output), std::nullopt);
-        QCOMPARE(output, "one\ntwo");
-        QCOMPARE(failureOf("true", &output), std::nullopt);
-        QCOMPARE(output, "");
-        QCOMPARE(failureOf("printf '\\303\\244'", &output), std::nullopt);
-        QCOMPARE(output, "\u00e4");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<std::optional<CommandError::Kind>>("fault");
+        QTest::addColumn<QString>("output");
+        const std::optional<CommandError::Kind> none;
+        QTest::newRow("stdout only") << "printf 'one\\ntwo'; echo noise >&2" << none << "one\ntwo";
+        QTest::newRow("UTF-8") << "printf '\\303\\244'" << none << "\u00e4";
+        QTest::newRow("status 3") << "printf partial; exit 3"
+                                  << std::optional(CommandError::Kind::commandFailed) << "partial";
+        QTest::newRow("not UTF-8")
+            << "printf '\\377'" << std::optional(CommandError::Kind::invalidData) << "";
+        QTest::newRow("not UTF-8 wins over the status")
+            << "printf '\\300\\200'; exit 1" << std::optional(CommandError::Kind::invalidData)
+            << "";
     }
-
-    void aNonZeroStatusIsCommandFailedWithTheOutput()
+    void executeGivesStandardOutputOrItsFault()
     {
-        std::string output;
-        QCOMPARE(failureOf("printf partial; exit 3", &output), CommandError::Kind::commandFailed);
-        QCOMPARE(output, "partial");
-        QCOMPARE(failureOf("no-such-command-here 2>/dev/null", &output),
-                 CommandError::Kind::commandFailed);
-        QCOMPARE(output, "");
-    }
-
-    void outputThatIsNotUtf8IsInvalidData()
-    {
-        std::string output;
-        QCOMPARE(failureOf("printf '\\377'", &output), CommandError::Kind::invalidData);
-        QCOMPARE(failureOf("printf '\\300\\200'; exit 1", &output),
-                 CommandError::Kind::invalidData);
-    }
-
-    void theProbeTellsAListeningPortFromAFreeOne()
-    {
-        QTcpServer server;
-        QVERIFY(server.listen(QHostAddress::LocalHost));
-        const std::string probe = "lsof -i @localhost:" + std::to_string(server.serverPort());
-        std::string output;
-        QCOMPARE(failureOf(probe, &output), std::nullopt);
-        QVERIFY(!output.empty());
-        server.close();
-        QCOMPARE(failureOf(probe, &output), CommandError::Kind::commandFailed);
-        QCOMPARE(output, "");
+        QFETCH(QString, command);
+        QFETCH(std::optional<CommandError::Kind>, fault);
+        QFETCH(QString, output);
+        std::optional<CommandError::Kind> got;
+        std::string out;
+        try {
+            out = pomvar::execute(command.toStdString());
+        } catch (const CommandError& error) {
+            got = error.kind();
+            out = error.output();
+        }
+        QCOMPARE(got, fault);
+        QCOMPARE(QString::fromStdString(out), output);
     }
 
     void aDetachedProgramIsNotOurChildAndGetsItsArguments()
@@ -171,22 +127,14 @@ private Q_SLOTS:
                  std::error_code());
         QTRY_VERIFY(QFile::exists(out));
         const QList<QByteArray> fields = readFile(out).split('|');
-        QCOMPARE(fields.size(), 6);
-        QCOMPARE(fields[0], "a");
-        QCOMPARE(fields[1], "b c");
-        QCOMPARE(fields[2], "inherited");
-        QCOMPARE(fields[3], QDir::currentPath().toUtf8());
+        QCOMPARE(fields.mid(0, 4),
+                 (QList<QByteArray>{ "a", "b c", "inherited", QDir::currentPath().toUtf8() }));
         QVERIFY(fields[4] != QByteArray::number(::getpid()));
-        // Nothing of ours is left to reap: no zombies.
+        // Nothing of ours is left to reap.
         QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1);
         QCOMPARE(errno, ECHILD);
-    }
-
-    void aProgramThatCannotStartIsReported()
-    {
-        const std::error_code error =
-            pomvar::startDetached(m_dir.filePath("none").toStdString(), {});
-        QCOMPARE(error, std::make_error_code(std::errc::no_such_file_or_directory));
+        QCOMPARE(pomvar::startDetached(m_dir.filePath("none").toStdString(), {}),
+                 std::make_error_code(std::errc::no_such_file_or_directory));
     }
 };
 

@@ -1,8 +1,8 @@
+// The reply parser agrees with nlohmann's on the edge cases of JSON, and refuses nesting beyond
+// its limit.
 #include "ipc/JsonParser.h"
 
 #include <QTest>
-
-#include <random>
 
 using namespace pomvar;
 using nlohmann::json;
@@ -16,41 +16,6 @@ std::optional<json> reference(const std::string& text)
     if (value.is_discarded())
         return std::nullopt;
     return value;
-}
-
-json randomValue(std::mt19937& random, int depth)
-{
-    const int kind = static_cast<int>(random() % (depth > 3 ? 6 : 8));
-    switch (kind) {
-        case 0:
-            return nullptr;
-        case 1:
-            return random() % 2 == 0;
-        case 2:
-            return static_cast<std::int64_t>(random()) - (1LL << 31);
-        case 3:
-            return std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 80) - 40);
-        case 4:
-        case 5: {
-            std::string text;
-            const char* pieces[] = { "a", "Ö", "\"", "\\", "/", "\n", "\x01", "😀", "日本", " " };
-            for (unsigned i = random() % 8; i > 0; --i)
-                text += pieces[random() % 10];
-            return text;
-        }
-        case 6: {
-            json array = json::array();
-            for (unsigned i = random() % 5; i > 0; --i)
-                array.push_back(randomValue(random, depth + 1));
-            return array;
-        }
-        default: {
-            json object = json::object();
-            for (unsigned i = random() % 5; i > 0; --i)
-                object["k" + std::to_string(random() % 7)] = randomValue(random, depth + 1);
-            return object;
-        }
-    }
 }
 
 } // namespace
@@ -69,6 +34,8 @@ private Q_SLOTS:
             "01",
             "-",
             "1.",
+            "[1.]",
+            "1.e5",
             ".5",
             "1e5",
             "1E+2",
@@ -135,29 +102,25 @@ private Q_SLOTS:
         }
     }
 
-    void roundTripsRandomDocuments()
-    {
-        std::mt19937 random(20261122);
-        for (int i = 0; i < 2000; ++i) {
-            const json value = randomValue(random, 0);
-            for (const int indent : { -1, 2 }) {
-                const std::string text = value.dump(indent);
-                const auto parsed = JsonParser::parse(text);
-                QVERIFY2(parsed, text.c_str());
-                QVERIFY(*parsed == value);
-                QCOMPARE(parsed->dump(), reference(text)->dump());
-            }
-        }
-    }
-
     void refusesNestingBeyondItsLimit()
     {
-        const int depth = JsonParser::kMaxDepth;
-        QVERIFY(JsonParser::parse(std::string(depth, '[') + std::string(depth, ']')));
-        std::string error;
-        QVERIFY(
-            !JsonParser::parse(std::string(depth + 1, '[') + std::string(depth + 1, ']'), &error));
-        QVERIFY(error.find("nested too deeply") != std::string::npos);
+        // Arrays and objects count alike: the limit holds for each, at its exact depth.
+        const auto nested = [](int depth, const std::string& open, const std::string& close) {
+            std::string text;
+            for (int i = 0; i < depth; ++i)
+                text += open;
+            text += "1";
+            for (int i = 0; i < depth; ++i)
+                text += close;
+            return text;
+        };
+        const int limit = JsonParser::kMaxDepth;
+        for (const auto& [open, close] : { std::pair{ "[", "]" }, std::pair{ "{\"k\":", "}" } }) {
+            QVERIFY2(JsonParser::parse(nested(limit, open, close)), open);
+            std::string error;
+            QVERIFY2(!JsonParser::parse(nested(limit + 1, open, close), &error), open);
+            QVERIFY(error.find("nested too deeply") != std::string::npos);
+        }
         QVERIFY(!JsonParser::parse(std::string(1 << 20, '[')));
     }
 };

@@ -1,25 +1,18 @@
+// The front end's connection to the runtime server: ordering of sends made before it is up,
+// replies whole whatever their chunking and size, replies matched by order alone, the typed
+// records, and a connection the server closes.
 #include "FakeRuntimeServer.h"
 #include "ipc/RequestText.h"
 #include "ipc/RuntimeConnection.h"
 #include "ipc/RuntimeLink.h"
-#include "model/PomvarViewModel.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
 #include <future>
 
 using namespace pomvar;
 using test::FakeRuntimeServer;
-
-namespace {
-
-PomvarRT endpointOf(const FakeRuntimeServer& server)
-{
-    return PomvarRT{ "localhost", server.port() };
-}
-
-} // namespace
+using Reply = FakeRuntimeServer::Reply;
 
 class TestRuntimeLink : public QObject
 {
@@ -30,18 +23,17 @@ private Q_SLOTS:
     {
         FakeRuntimeServer server;
         QVERIFY(server.listenHoldingConnections());
-        RuntimeLink link(endpointOf(server));
-        link.sendMessage(request::plain(request::about));
-        link.sendMessage(request::launch("one"));
-        link.sendMessage(request::plain(request::checkUpdates));
+        RuntimeLink link(PomvarRT{ "localhost", server.port() });
+        const std::vector<std::string> sent = { request::plain(request::about),
+                                                request::launch("one"),
+                                                std::string(65535, 'x') }; // the largest frame
+        for (const auto& text : sent)
+            link.sendMessage(text);
         QTest::qWait(200);
-        QCOMPARE(server.requests().size(), std::size_t{ 0 });
+        QVERIFY(server.requests().empty());
         server.release();
         QVERIFY(server.waitForRequests(3, 10000));
-        const std::vector<std::string> expected = { request::plain(request::about),
-                                                    request::launch("one"),
-                                                    request::plain(request::checkUpdates) };
-        QCOMPARE(server.requests(), expected);
+        QCOMPARE(server.requests(), sent);
     }
 
     void writesQueuedBeforeStartAreFlushedOnConnect()
@@ -62,129 +54,80 @@ private Q_SLOTS:
         QVERIFY(!done.get());
     }
 
-    void awaitedRepliesComeBackWhole()
+    void awaitedRepliesComeBackWholeAndInOrder()
     {
         FakeRuntimeServer server;
         QVERIFY(server.listen());
-        RuntimeLink link(endpointOf(server));
-
-        server.queueReply("get-app-status", FakeRuntimeServer::Reply::text("hello"));
-        QCOMPARE(link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)),
-                 std::optional<std::string>("hello"));
-
+        RuntimeLink link(PomvarRT{ "localhost", server.port() });
         // 8 MiB in writes of 1,000 bytes each.
         std::string big = "[\"";
         big.append(8 * 1024 * 1024 - 4, 'z');
         big.append("\"]");
-        server.queueReply("get-allapps-menu-data", FakeRuntimeServer::Reply::text(big).split(1000));
+        server.queueReply("get-allapps-menu-data", Reply::text(big).split(1000));
         const auto reply =
             link.sendMessageAndAwaitResponse(request::plain(request::getAllAppsMenuData));
         QVERIFY(reply && reply->is_array());
         QCOMPARE((*reply)[0].get<std::string>().size(), big.size() - 4);
-
         const std::string multiByte = "{\"name\": \"Ünïcödé 😀\"}";
-        server.queueReply("get-recentapps-menu-data",
-                          FakeRuntimeServer::Reply::text(multiByte).split(1));
+        server.queueReply("get-recentapps-menu-data", Reply::text(multiByte).split(1));
         QCOMPARE(
             link.sendMessageAndAwaitResponseData(request::plain(request::getRecentAppsMenuData)),
             std::optional<std::string>(multiByte));
-
         // Not UTF-8, or not JSON: no reply.
-        server.queueReply("check-update-available", FakeRuntimeServer::Reply::text("\xff\xfe"));
+        server.queueReply("check-update-available", Reply::text("\xff\xfe"));
         QVERIFY(
             !link.sendMessageAndAwaitResponseData(request::plain(request::checkUpdateAvailable)));
-        server.queueReply("check-update-available", FakeRuntimeServer::Reply::text("{nope"));
+        server.queueReply("check-update-available", Reply::text("{nope"));
         QVERIFY(!link.sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable)));
-    }
-
-    void requestsAtTheFrameLimitGoOut()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        RuntimeLink link(endpointOf(server));
-        const std::string largest(65535, 'x');
-        link.sendMessage(largest);
-        QVERIFY(server.waitForRequests(1));
-        QCOMPARE(server.requests().front(), largest);
-    }
-
-    void aStrayReplyShiftsTheNextAwaitedOne()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        RuntimeLink link(endpointOf(server));
-        server.queueReply("launch", FakeRuntimeServer::Reply::text("{\"stray\": true}"));
+        // Replies are matched by order alone: a stray one is read by the next awaited request,
+        // and the real answer by the one after.
+        server.queueReply("launch", Reply::text("{\"stray\": true}"));
         link.sendMessage(request::launch("k"));
-        const auto reply =
-            link.sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable));
-        QVERIFY(reply);
-        QVERIFY(reply->contains("stray"));
-        // The real answer is now read by the next awaited request.
-        const auto next =
-            link.sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable));
-        QVERIFY(next && next->contains("isUpdateAvailable"));
+        QVERIFY(link.sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable))
+                    ->contains("stray"));
+        QVERIFY(link.sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable))
+                    ->contains("isUpdateAvailable"));
     }
 
     void typedRecordsDecodeAndIgnoreExtraKeys()
     {
         FakeRuntimeServer server;
         QVERIFY(server.listen());
-        RuntimeLink link(endpointOf(server));
+        RuntimeLink link(PomvarRT{ "localhost", server.port() });
         server.queueReply("get-user-prefs",
-                          FakeRuntimeServer::Reply::json({ { "MenuDensity", 1 },
-                                                           { "AnimationFx", false },
-                                                           { "SaveExpAppCats", true },
-                                                           { "SaveLastMenu", false },
-                                                           { "OneExpAppCat", true },
-                                                           { "Extra", "ignored" } }));
+                          Reply::json({ { "MenuDensity", 1 },
+                                        { "AnimationFx", false },
+                                        { "SaveExpAppCats", true },
+                                        { "SaveLastMenu", false },
+                                        { "OneExpAppCat", true },
+                                        { "Extra", "ignored" } }));
         const UserPrefs prefs = link.getUserPrefs();
         QCOMPARE(prefs.menuDensity, 1);
         QVERIFY(!prefs.animationFx && prefs.saveExpAppCats && !prefs.saveLastMenu &&
                 prefs.oneExpAppCat);
         server.queueReply("get-menu-data-modified-status",
-                          FakeRuntimeServer::Reply::json({ { "appFolderModified", false },
-                                                           { "recentAppsModified", true },
-                                                           { "appcatsModified", false },
-                                                           { "pinnedAppsModified", true },
-                                                           { "more", { 1, 2 } } }));
+                          Reply::json({ { "appFolderModified", false },
+                                        { "recentAppsModified", true },
+                                        { "appcatsModified", false },
+                                        { "pinnedAppsModified", true },
+                                        { "more", { 1, 2 } } }));
         const MenuDataStatus status = link.getMenuDataModifiedStatus();
         QVERIFY(!status.appFolderModified && status.recentAppsModified && !status.appcatsModified &&
                 status.pinnedAppsModified);
-        QVERIFY(link.getAppStatus().ready);
+        server.queueReply("get-app-status",
+                          Reply::json({ { "ready", false }, { "updateFinished", true } }));
+        const AppStatus app = link.getAppStatus();
+        QVERIFY(!app.ready && app.updateFinished);
     }
 
     void aClosedConnectionReleasesTheCallerWithNoReply()
     {
         FakeRuntimeServer server;
         QVERIFY(server.listen());
-        RuntimeLink link(endpointOf(server));
-        server.queueReply("get-app-status", FakeRuntimeServer::Reply::close());
+        RuntimeLink link(PomvarRT{ "localhost", server.port() });
+        server.queueReply("get-app-status", Reply::close());
         QVERIFY(!link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)));
         QVERIFY(!link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)));
-    }
-
-    void organizerAndUpdateChecksStartAFreshPollEachTime()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        server.setDefaultReply("get-app-update-status",
-                               FakeRuntimeServer::Reply::json({ { "status", "downloading" } }));
-        PomvarViewModel vm(endpointOf(server));
-        server.clearRequests(); // the first build's exchanges
-        QVERIFY(!vm.appUpdateStatusTimer());
-        vm.openOrganizer(OrganizerDlgMode::organizeApp, "a");
-        QPointer<QTimer> first = vm.appUpdateStatusTimer();
-        QVERIFY(first && first->isActive());
-        QCOMPARE(first->interval(), 1000);
-        vm.checkUpdates();
-        QPointer<QTimer> second = vm.appUpdateStatusTimer();
-        QVERIFY(second && second != first);
-        QVERIFY(first && first->isActive()); // replaced, not stopped
-        vm.settings();
-        QVERIFY(server.waitForRequests(3));
-        QCOMPARE(server.requests()[0], request::organizer(OrganizerDlgMode::organizeApp, "a"));
-        QCOMPARE(server.requests()[1], request::plain(request::checkUpdates));
-        QCOMPARE(server.requests()[2], request::organizer(OrganizerDlgMode::settings, ""));
     }
 };
 

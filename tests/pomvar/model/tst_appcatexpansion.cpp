@@ -1,5 +1,5 @@
+#include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
-#include "MenuPayloads.h"
 #include "model/AppCatExpansion.h"
 #include "model/PomvarViewModel.h"
 #include "model/UserDefaults.h"
@@ -11,8 +11,13 @@
 
 using namespace pomvar;
 using test::FakeRuntimeServer;
+using Reply = FakeRuntimeServer::Reply;
 using Map = AppCatExpansion::ExpansionMap;
 using nlohmann::json;
+
+Q_DECLARE_METATYPE(nlohmann::json)
+Q_DECLARE_METATYPE(std::vector<std::string>)
+Q_DECLARE_METATYPE(Map)
 
 namespace {
 
@@ -44,43 +49,42 @@ private Q_SLOTS:
         QSettings(QSettings::IniFormat, QSettings::UserScope, "pomvar", "pomvar").clear();
     }
 
-    void renamesCarryTheStateOver()
+    void reconcileCarriesRenamesAndPrunes_data()
     {
-        const Map saved = { { "A", true }, { "Old", true } };
-        const std::vector<std::string> categories = { "A", "New", "C" };
-        QCOMPARE(AppCatExpansion::reconcile(
-                     saved, renames({ { "Old", "New" } }), categories, prefsWith(true)),
-                 (Map{ { "A", true }, { "New", true }, { "C", false } }));
-        QCOMPARE(AppCatExpansion::reconcile(
-                     saved, renames({ { "Old", "New" } }), categories, prefsWith(false)),
-                 (Map{ { "A", false }, { "New", false }, { "C", false } }));
+        QTest::addColumn<Map>("saved");
+        QTest::addColumn<json>("renamed");
+        QTest::addColumn<std::vector<std::string>>("categories");
+        QTest::addColumn<bool>("saveExpAppCats");
+        QTest::addColumn<Map>("expected");
+        const std::vector<std::string> abc = { "A", "New", "C" };
+        QTest::newRow("rename carries the state")
+            << Map{ { "A", true }, { "Old", true } } << renames({ { "Old", "New" } }) << abc << true
+            << Map{ { "A", true }, { "New", true }, { "C", false } };
+        QTest::newRow("not saving: all collapsed")
+            << Map{ { "A", true }, { "Old", true } } << renames({ { "Old", "New" } }) << abc
+            << false << Map{ { "A", false }, { "New", false }, { "C", false } };
+        // "Gone" has no entry: the entry saved under "New" is removed, then New comes back
+        // collapsed.
+        QTest::newRow("rename without a saved entry")
+            << Map{ { "A", true }, { "New", true } } << renames({ { "Gone", "New" } }) << abc
+            << true << Map{ { "A", true }, { "New", false }, { "C", false } };
+        QTest::newRow("rename to the same name drops it")
+            << Map{ { "A", true }, { "New", true } } << renames({ { "A", "A" } }) << abc << true
+            << Map{ { "A", false }, { "New", true }, { "C", false } };
+        QTest::newRow("deleted categories are pruned")
+            << Map{ { "A", true }, { "Deleted", true } } << json::array()
+            << std::vector<std::string>{ "A" } << true << Map{ { "A", true } };
     }
-
-    void renamesWithoutASavedEntryOrToTheSameNameDropIt()
+    void reconcileCarriesRenamesAndPrunes()
     {
-        const std::vector<std::string> categories = { "A", "B" };
-        // "Gone" has no entry: the entry saved under "B" is removed, then B comes back collapsed.
-        QCOMPARE(AppCatExpansion::reconcile({ { "A", true }, { "B", true } },
-                                            renames({ { "Gone", "B" } }),
-                                            categories,
-                                            prefsWith(true)),
-                 (Map{ { "A", true }, { "B", false } }));
-        QCOMPARE(AppCatExpansion::reconcile({ { "A", true }, { "B", true } },
-                                            renames({ { "A", "A" } }),
-                                            categories,
-                                            prefsWith(true)),
-                 (Map{ { "A", false }, { "B", true } }));
+        QFETCH(Map, saved);
+        QFETCH(json, renamed);
+        QFETCH(std::vector<std::string>, categories);
+        QFETCH(bool, saveExpAppCats);
+        QFETCH(Map, expected);
+        QCOMPARE(AppCatExpansion::reconcile(saved, renamed, categories, prefsWith(saveExpAppCats)),
+                 expected);
     }
-
-    void deletedCategoriesArePruned()
-    {
-        QCOMPARE(AppCatExpansion::reconcile({ { "Kept", true }, { "Deleted", true } },
-                                            json::array(),
-                                            { "Kept" },
-                                            prefsWith(true)),
-                 (Map{ { "Kept", true } }));
-    }
-
     void savedMapRoundTripsAnyCategoryName()
     {
         const Map expanded = { { "Games & \"Fun\"", true },
@@ -106,57 +110,34 @@ private Q_SLOTS:
     {
         FakeRuntimeServer server;
         QVERIFY(server.listen());
-        const json apps = test::allAppsJson(3);
-        server.setDefaultReply("get-allapps-menu-data", FakeRuntimeServer::Reply::json(apps));
-        server.queueReply(
-            "get-myapps-menu-data",
-            FakeRuntimeServer::Reply::json(test::myAppsJson(
-                { apps[0] },
-                { { "A", { apps[1] } }, { "New", {} }, { "C", { apps[1], apps[2] } } },
-                { { "Old", "New" } })));
-
+        test::FakeMenus menus;
+        menus.addApps(3, "/i/24.png", "/i/48.png");
+        menus.pin("app1");
+        menus.addCategory("A", { "app2" });
+        menus.addCategory("New", {});
+        menus.addCategory("C", { "app2", "app3" });
+        menus.rename("Old", "New");
+        menus.install(server);
         // No saved map: all collapsed, whatever the preference.
         PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
         QCOMPARE(vm.expandedAppCats(), (Map{ { "A", false }, { "New", false }, { "C", false } }));
-        QCOMPARE(vm.appsAppcats().at("app0001.desktop"), (std::set<std::string>{ "A", "C" }));
-        QVERIFY(vm.appsAppcats().at("app0000.desktop").empty());
-
+        QCOMPARE(vm.appsAppcats().at("app2"), (std::set<std::string>{ "A", "C" }));
+        QVERIFY(vm.appsAppcats().at("app1").empty());
         // Saved map with a rename: "Old" becomes "New".
         UserDefaults::setExpandedAppCats({ { "A", true }, { "Old", true } });
-        server.queueReply(
-            "get-menu-data-modified-status",
-            FakeRuntimeServer::Reply::json(test::modifiedFlags(false, false, true, false)));
-        server.queueReply("get-myapps-menu-data",
-                          FakeRuntimeServer::Reply::json(
-                              test::myAppsJson({ apps[0] },
-                                               { { "A", { apps[1] } }, { "New", {} }, { "C", {} } },
-                                               { { "Old", "New" } })));
+        server.queueReply("get-menu-data-modified-status",
+                          Reply::json(test::FakeMenus::modified("appcatsModified")));
         QSignalSpy reset(&vm, &PomvarViewModel::expandedAppCatsChanged);
         vm.updateMenu();
         QCOMPARE(reset.count(), 1); // assigned at once
         QCOMPARE(vm.expandedAppCats(), (Map{ { "A", true }, { "New", true }, { "C", false } }));
-    }
-
-    void collapsingLeavesThePinnedRowsAndTheNamedCategory()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        const json apps = test::allAppsJson(2);
-        server.setDefaultReply("get-allapps-menu-data", FakeRuntimeServer::Reply::json(apps));
-        server.setDefaultReply(
-            "get-myapps-menu-data",
-            FakeRuntimeServer::Reply::json(
-                test::myAppsJson({ apps[0] }, { { "A", { apps[1] } }, { "B", {} }, { "C", {} } })));
-        UserDefaults::setExpandedAppCats({ { "A", true }, { "B", true }, { "C", true } });
-        PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
-        QCOMPARE(vm.expandedAppCats(), (Map{ { "A", true }, { "B", true }, { "C", true } }));
+        // Collapsing leaves the named category and never touches the pinned rows.
         QSignalSpy stored(&vm, &PomvarViewModel::expandedAppCatChanged);
-        vm.collapseAppCats("B");
-        QCOMPARE(vm.expandedAppCats(), (Map{ { "A", false }, { "B", true }, { "C", false } }));
-        QCOMPARE(stored.count(), 2); // one change per category stored
-        QVERIFY(!vm.expandedAppCats().contains(apps[0]["appkey"].get<std::string>()));
-        vm.collapseAppCats("b"); // names compare exactly
-        QCOMPARE(vm.expandedAppCats().at("B"), false);
+        vm.collapseAppCats("New");
+        QCOMPARE(vm.expandedAppCats(), (Map{ { "A", false }, { "New", true }, { "C", false } }));
+        QCOMPARE(stored.count(), 2); // every other category stored
+        vm.collapseAppCats("new");   // names compare exactly
+        QCOMPARE(vm.expandedAppCats().at("New"), false);
     }
 };
 

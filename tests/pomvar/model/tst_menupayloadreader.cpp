@@ -1,4 +1,4 @@
-#include "MenuPayloads.h"
+#include "FakeMenus.h"
 #include "model/LenientJson.h"
 #include "model/MenuList.h"
 #include "model/MenuPayloadReader.h"
@@ -10,33 +10,44 @@
 using namespace pomvar;
 using nlohmann::json;
 
+Q_DECLARE_METATYPE(nlohmann::json)
+Q_DECLARE_METATYPE(std::string)
+
 class TestMenuPayloadReader : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void lenientReadsNeverFail_data()
+    {
+        QTest::addColumn<json>("value");
+        QTest::addColumn<std::string>("text");
+        QTest::addColumn<bool>("boolean");
+        QTest::newRow("number") << json(42) << std::string("42") << true;
+        QTest::newRow("fraction") << json(-0.5) << std::string("-0.5") << true;
+        QTest::newRow("zero") << json(0) << std::string("0") << false;
+        QTest::newRow("true") << json(true) << std::string("true") << true;
+        QTest::newRow("null") << json(nullptr) << std::string() << false;
+        QTest::newRow("array") << json::array({ 1 }) << std::string() << false;
+        QTest::newRow("Yes") << json("Yes") << std::string("Yes") << true;
+        QTest::newRow("t") << json("t") << std::string("t") << true;
+        QTest::newRow("TRUE") << json("TRUE") << std::string("TRUE") << true;
+        QTest::newRow("1") << json("1") << std::string("1") << true;
+        QTest::newRow("no") << json("no") << std::string("no") << false;
+        QTest::newRow("on") << json("on") << std::string("on") << false;
+    }
     void lenientReadsNeverFail()
     {
-        const json app = { { "name", 42 },
-                           { "bundleid", true },
-                           { "iconpath", nullptr },
-                           { "iconpath2x", { 1, 2 } },
-                           { "pinned", "Yes" } };
-        QCOMPARE(lenient::text(app, "appkey"), std::string());
-        QCOMPARE(lenient::text(app, "name"), std::string("42"));
-        QCOMPARE(lenient::text(app, "bundleid"), std::string("true"));
-        QCOMPARE(lenient::text(app, "iconpath"), std::string());
-        QCOMPARE(lenient::text(app, "iconpath2x"), std::string());
-        QCOMPARE(lenient::text(json(1.5)), std::string("1.5"));
-        QVERIFY(lenient::boolean(app, "pinned"));
-        for (const json& yes :
-             { json("t"), json("Y"), json("TRUE"), json("1"), json(2), json(-0.5) })
-            QVERIFY2(lenient::boolean(yes), yes.dump().c_str());
-        for (const json& no : { json("no"), json("on"), json(0), json(nullptr), json::array() })
-            QVERIFY2(!lenient::boolean(no), no.dump().c_str());
-        QVERIFY(lenient::array(json{ { "a", { { "b", 1 } } } }, "a").is_array());
-        QVERIFY(lenient::array(json{ { "a", "x" } }, "a").empty());
-        QVERIFY(lenient::object(json::array(), "a").empty());
+        QFETCH(json, value);
+        QFETCH(std::string, text);
+        QFETCH(bool, boolean);
+        const json object = { { "k", value } };
+        QCOMPARE(lenient::text(object, "k"), text);
+        QCOMPARE(lenient::boolean(object, "k"), boolean);
+        QCOMPARE(lenient::text(object, "missing"), std::string());
+        QCOMPARE(lenient::array(object, "k").is_array(), true);
+        QCOMPARE(lenient::array(object, "k").empty(), !value.is_array());
+        QVERIFY(lenient::object(object, "k").empty());
     }
 
     void allAppsAndRecentAreAppendedRowByRow()
@@ -45,28 +56,30 @@ private Q_SLOTS:
         QAbstractItemModelTester tester(&list,
                                         QAbstractItemModelTester::FailureReportingMode::QtTest);
         QSignalSpy inserted(&list, &QAbstractItemModel::rowsInserted);
-        const json payload = { test::appJson("a.desktop", "Alpha", true),
-                               json{ { "name", "No key" } },
-                               test::appJson("a.desktop", "Alpha again") };
+        test::FakeMenus menus;
+        menus.addApp({ "a.desktop", "Alpha", "/i/a.png", "/i/a2.png", true });
+        menus.addApp({ "x", "X", "", "" });
+        const json x = menus.allApps()[1];
+        const json payload = { menus.allApps()[0], json{ { "name", "No key" } }, x };
         MenuPayloadReader::readAllApps(payload, list);
         QCOMPARE(inserted.count(), 3);
         QCOMPARE(list.size(), std::size_t{ 3 });
         const TreeItem& first = list.items()[0];
         QCOMPARE(first.id, std::string("a.desktop"));
         QVERIFY(first.isPinned && !first.isPinnedAppMenuItem && !first.isCategory());
-        QCOMPARE(first.bundleID, std::optional<std::string>("a.desktop.id"));
+        QCOMPARE(first.iconPath2x, std::optional<std::string>("/i/a2.png"));
         QCOMPARE(list.items()[1].iconPath, std::optional<std::string>(""));
-        QCOMPARE(list.items()[2].id, first.id); // duplicates are kept as they come
+        QCOMPARE(list.items()[2].id, std::string("x"));
         QCOMPARE(list.data(list.index(0, 0)).toString(), QStringLiteral("Alpha"));
 
         MenuList recent;
-        MenuPayloadReader::readRecentApps(json{ { "a", test::appJson("x", "X") } }, recent);
+        MenuPayloadReader::readRecentApps(json{ { "a", x } }, recent);
         QVERIFY(recent.isEmpty()); // an object gives no recent rows
-        MenuPayloadReader::readRecentApps(json::array({ test::appJson("x", "X") }), recent);
+        MenuPayloadReader::readRecentApps(json::array({ x }), recent);
         QCOMPARE(recent.size(), std::size_t{ 1 });
 
         MenuList fromObject;
-        MenuPayloadReader::readAllApps(json{ { "k", test::appJson("x", "X") } }, fromObject);
+        MenuPayloadReader::readAllApps(json{ { "k", x } }, fromObject);
         QCOMPARE(fromObject.size(), std::size_t{ 1 });
         MenuPayloadReader::readAllApps(json("text"), fromObject);
         QCOMPARE(fromObject.size(), std::size_t{ 1 });
@@ -81,9 +94,13 @@ private Q_SLOTS:
         MenuList list;
         QAbstractItemModelTester tester(&list,
                                         QAbstractItemModelTester::FailureReportingMode::QtTest);
-        auto payload = test::myAppsJson(
-            { test::appJson("p.desktop", "Pinned", false) },
-            { { "Work", { test::appJson("w.desktop", "Writer", true) } }, { "Empty", {} } });
+        test::FakeMenus menus;
+        menus.addApp({ "p.desktop", "Pinned", "", "" });
+        menus.addApp({ "w.desktop", "Writer", "", "", true });
+        menus.pin("p.desktop");
+        menus.addCategory("Work", { "w.desktop" });
+        menus.addCategory("Empty", {});
+        const json payload = menus.myApps();
         MenuPayloadReader::readMyApps(payload, list);
         QCOMPARE(list.size(), std::size_t{ 3 });
         const auto& pinned = list.items()[0];

@@ -1,9 +1,9 @@
+// The post-update notice over D-Bus, against a notification service of the test's own on a
+// private session bus; what the view model traces is read from its standard output.
 #include "FakeRuntimeServer.h"
 #include "model/PomvarViewModel.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryFile>
 #include <QTest>
@@ -22,19 +22,11 @@ class NotificationService : public QObject
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
 
 public:
-    struct Shown
-    {
-        QString appName;
-        uint replacesId;
-        QString summary;
-        QString body;
-        QVariantMap hints;
-    };
-    QList<Shown> shown;
+    QList<QVariantList> shown; // replaces id, summary, body, hints
 
 public Q_SLOTS:
-    QStringList GetCapabilities() { return { QStringLiteral("body"), QStringLiteral("sound") }; }
-    uint Notify(const QString& appName,
+    QStringList GetCapabilities() { return { "body", "sound" }; }
+    uint Notify(const QString&,
                 uint replacesId,
                 const QString&,
                 const QString& summary,
@@ -43,15 +35,13 @@ public Q_SLOTS:
                 const QVariantMap& hints,
                 int)
     {
-        shown.append({ appName, replacesId, summary, body, hints });
+        shown.append({ replacesId, summary, body, hints });
         return static_cast<uint>(shown.size());
     }
 };
 
 } // namespace
 
-// Every test runs against a private session bus; what the view model traces is captured from
-// standard output.
 class TestNotifications : public QObject
 {
     Q_OBJECT
@@ -59,19 +49,26 @@ class TestNotifications : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        m_bus.start(QStringLiteral("dbus-daemon"),
-                    { QStringLiteral("--session"),
-                      QStringLiteral("--nofork"),
-                      QStringLiteral("--nopidfile"),
-                      QStringLiteral("--print-address=1") });
+        m_bus.start("dbus-daemon", { "--session", "--nofork", "--nopidfile", "--print-address=1" });
         QVERIFY(m_bus.waitForReadyRead(10000));
         m_address = QString::fromUtf8(m_bus.readLine().trimmed());
-        QVERIFY(!m_address.isEmpty());
         qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
         QVERIFY(QDBusConnection::sessionBus().isConnected());
         QVERIFY(m_server.listen());
+        QVERIFY(m_trace.open());
     }
-
+    // Traces go to standard output: kept in a file while a test runs.
+    void init()
+    {
+        m_stdout = ::dup(STDOUT_FILENO);
+        ::dup2(m_trace.handle(), STDOUT_FILENO);
+    }
+    void cleanup()
+    {
+        ::dup2(m_stdout, STDOUT_FILENO);
+        ::close(m_stdout);
+        m_trace.resize(0);
+    }
     void cleanupTestCase()
     {
         m_bus.terminate();
@@ -80,74 +77,49 @@ private Q_SLOTS:
 
     void withoutAServiceTheErrorIsTraced()
     {
-        startCapture();
         PomvarViewModel vm(PomvarRT{ "localhost", m_server.port() });
-        QTRY_VERIFY_WITH_TIMEOUT(captured().contains("org.freedesktop.Notifications"), 10000);
-        QVERIFY(!captured().contains("Pomvar: Notifications enabled."));
-        stopCapture();
+        QTRY_VERIFY_WITH_TIMEOUT(trace().contains("org.freedesktop.Notifications"), 10000);
+        QVERIFY(!trace().contains("Pomvar: Notifications enabled."));
     }
 
-    void theServiceAnswersAndShowsTheUpdateNotice()
+    void theServiceShowsTheUpdateNoticeAfterTheFirstBuild()
     {
-        QDBusConnection serviceBus =
-            QDBusConnection::connectToBus(m_address, QStringLiteral("service"));
+        QDBusConnection bus = QDBusConnection::connectToBus(m_address, "service");
         NotificationService service;
-        QVERIFY(serviceBus.registerObject(QStringLiteral("/org/freedesktop/Notifications"),
-                                          &service,
-                                          QDBusConnection::ExportAllSlots));
-        QVERIFY(serviceBus.registerService(QStringLiteral("org.freedesktop.Notifications")));
-
-        startCapture();
+        QVERIFY(bus.registerObject(
+            "/org/freedesktop/Notifications", &service, QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService("org.freedesktop.Notifications"));
         m_server.queueReply(
             "get-app-status",
             FakeRuntimeServer::Reply::json({ { "ready", true }, { "updateFinished", true } }));
-        // The service lives on this thread: a blocking call from the view model would never
-        // be answered, so getting the notice at all shows the calls are asynchronous.
+        // The service lives on this thread: a blocking call from the view model would never be
+        // answered, so getting the notice at all shows the calls are asynchronous.
         PomvarViewModel vm(PomvarRT{ "localhost", m_server.port() });
-        QVERIFY(service.shown.isEmpty()); // sent one second after the first build
-        QTRY_VERIFY_WITH_TIMEOUT(captured().contains("Pomvar: Notifications enabled.\n"), 10000);
+        QVERIFY(service.shown.isEmpty()); // sent a second after the first build
+        QTRY_VERIFY_WITH_TIMEOUT(trace().contains("Pomvar: Notifications enabled.\n"), 10000);
         QTRY_COMPARE_WITH_TIMEOUT(service.shown.size(), 1, 10000);
-        const auto& notice = service.shown.front();
-        QCOMPARE(notice.summary, QStringLiteral("Update Complete"));
-        QCOMPARE(notice.body, QStringLiteral("Pomvar for Mac was successfully updated."));
-        QCOMPARE(notice.replacesId, 0u);
-        QVERIFY(notice.hints.contains(QStringLiteral("sound-name")));
-
+        QCOMPARE(
+            service.shown[0].mid(0, 3),
+            (QVariantList{ 0u, "Update Complete", "Pomvar for Mac was successfully updated." }));
+        QVERIFY(service.shown[0][3].toMap().contains("sound-name"));
         vm.showPostUpdateNotification();
         QTRY_COMPARE_WITH_TIMEOUT(service.shown.size(), 2, 10000);
-        QCOMPARE(service.shown.last().replacesId, 0u); // a fresh notification each time
-        stopCapture();
-        serviceBus.unregisterService(QStringLiteral("org.freedesktop.Notifications"));
-        QDBusConnection::disconnectFromBus(QStringLiteral("service"));
+        QCOMPARE(service.shown[1][0], QVariant(0u)); // a fresh notification each time
+        QDBusConnection::disconnectFromBus("service");
     }
 
 private:
-    void startCapture()
+    QByteArray trace()
     {
-        QVERIFY(m_capture.open());
-        m_savedStdout = ::dup(STDOUT_FILENO);
-        ::dup2(m_capture.handle(), STDOUT_FILENO);
-    }
-
-    void stopCapture()
-    {
-        ::dup2(m_savedStdout, STDOUT_FILENO);
-        ::close(m_savedStdout);
-        m_capture.close();
-        m_capture.remove();
-    }
-
-    QByteArray captured()
-    {
-        QFile file(m_capture.fileName());
+        QFile file(m_trace.fileName());
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
     QProcess m_bus;
     QString m_address;
     FakeRuntimeServer m_server;
-    QTemporaryFile m_capture;
-    int m_savedStdout = -1;
+    QTemporaryFile m_trace;
+    int m_stdout = -1;
 };
 
 QTEST_GUILESS_MAIN(TestNotifications)

@@ -63,23 +63,31 @@ private Q_SLOTS:
         QCOMPARE(countOf(server, "get-app-update-status"), std::size_t{ 1 });
     }
 
-    void aSecondStartLeavesTwoPollsUntilEachSeesAFinalStatus()
+    void everyStartPollsAfreshUntilEachPollSeesAFinalStatus()
     {
         FakeRuntimeServer server;
         QVERIFY(server.listen());
         server.setDefaultReply("get-app-update-status", status("checking"));
         PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
-        vm.checkUpdates();
+        server.clearRequests();
+        QVERIFY(!vm.appUpdateStatusTimer());
+        vm.openOrganizer(OrganizerDlgMode::organizeApp, "a");
         QPointer<QTimer> first = vm.appUpdateStatusTimer();
+        QVERIFY(first && first->isActive());
+        QCOMPARE(first->interval(), 1000);
         vm.checkUpdates();
         QPointer<QTimer> second = vm.appUpdateStatusTimer();
-        QVERIFY(first && second && first != second);
-        server.clearRequests();
-        QTRY_VERIFY_WITH_TIMEOUT(countOf(server, "get-app-update-status") >= 2, 5000);
+        QVERIFY(second && second != first);
+        vm.settings();
+        QVERIFY(server.waitForRequests(3));
+        QCOMPARE(server.requests()[0], request::organizer(OrganizerDlgMode::organizeApp, "a"));
+        QCOMPARE(server.requests()[1], request::plain(request::checkUpdates));
+        QCOMPARE(server.requests()[2], request::organizer(OrganizerDlgMode::settings, ""));
+        // The first poll is replaced, not stopped: both ask until each sees a final answer.
+        QTRY_VERIFY_WITH_TIMEOUT(countOf(server, "get-app-update-status") >= 3, 5000);
         QVERIFY(first->isActive() && second->isActive());
-        // The next two answers are final: one per poll.
-        server.queueReply("get-app-update-status", status("noUpdate"));
-        server.queueReply("get-app-update-status", status("noUpdate"));
+        for (int poll = 0; poll < 3; ++poll)
+            server.queueReply("get-app-update-status", status("noUpdate"));
         QTRY_VERIFY_WITH_TIMEOUT(!first && !second, 5000);
     }
 };

@@ -1,5 +1,5 @@
+#include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
-#include "MenuPayloads.h"
 #include "model/PomvarViewModel.h"
 
 #include <QSignalSpy>
@@ -19,11 +19,12 @@ namespace {
 // A server with two apps, one pinned, one category and one recent app.
 void serveSmallMenus(FakeRuntimeServer& server)
 {
-    const json apps = test::allAppsJson(2);
-    server.setDefaultReply("get-allapps-menu-data", Reply::json(apps));
-    server.setDefaultReply("get-recentapps-menu-data", Reply::json(json::array({ apps[1] })));
-    server.setDefaultReply("get-myapps-menu-data",
-                           Reply::json(test::myAppsJson({ apps[0] }, { { "Work", { apps[1] } } })));
+    test::FakeMenus menus;
+    menus.addApps(2, "/i/24.png", "/i/48.png");
+    menus.pin("app1");
+    menus.addCategory("Work", { "app2" });
+    menus.addRecent("app2");
+    menus.install(server);
 }
 
 // Ids of the menu-data requests among what the server received.
@@ -70,26 +71,26 @@ private Q_SLOTS:
         QTest::addColumn<json>("flags");
         QTest::addColumn<Ids>("refetched");
         QTest::addColumn<bool>("indexRebuilt");
-        QTest::newRow("none") << test::modifiedFlags(false, false, false, false) << Ids{} << false;
+        QTest::newRow("none") << test::FakeMenus::modified() << Ids{} << false;
         QTest::newRow("app folder")
-            << test::modifiedFlags(true, false, false, false)
+            << test::FakeMenus::modified("appFolderModified")
             << Ids{ "get-allapps-menu-data", "get-myapps-menu-data", "get-recentapps-menu-data" }
             << true;
-        QTest::newRow("categories") << test::modifiedFlags(false, false, true, false)
+        QTest::newRow("categories") << test::FakeMenus::modified("appcatsModified")
                                     << Ids{ "get-myapps-menu-data" } << true;
-        QTest::newRow("pins") << test::modifiedFlags(false, false, false, true)
+        QTest::newRow("pins") << test::FakeMenus::modified("pinnedAppsModified")
                               << Ids{ "get-allapps-menu-data",
                                       "get-myapps-menu-data",
                                       "get-recentapps-menu-data" }
                               << false;
-        QTest::newRow("recent") << test::modifiedFlags(false, true, false, false)
+        QTest::newRow("recent") << test::FakeMenus::modified("recentAppsModified")
                                 << Ids{ "get-recentapps-menu-data" } << false;
         QTest::newRow("pins and recent")
-            << test::modifiedFlags(false, true, false, true)
+            << test::FakeMenus::modified("recentAppsModified", "pinnedAppsModified")
             << Ids{ "get-allapps-menu-data", "get-myapps-menu-data", "get-recentapps-menu-data" }
             << false;
         QTest::newRow("app folder overrides categories")
-            << test::modifiedFlags(true, false, true, false)
+            << test::FakeMenus::modified("appFolderModified", "appcatsModified")
             << Ids{ "get-allapps-menu-data", "get-myapps-menu-data", "get-recentapps-menu-data" }
             << true;
     }
@@ -117,7 +118,7 @@ private Q_SLOTS:
         QCOMPARE(vm.allAppsMenuData().size(), std::size_t{ 2 });
         QCOMPARE(vm.myAppsTreeData().size(), std::size_t{ 2 });
         QCOMPARE(vm.recentAppsMenuData().size(), std::size_t{ 1 });
-        QCOMPARE(vm.appsAppcats().at("app0001.desktop"), std::set<std::string>{ "Work" });
+        QCOMPARE(vm.appsAppcats().at("app2"), std::set<std::string>{ "Work" });
     }
 
     void theFirstOpeningReadsTheStatusTwice()
@@ -160,7 +161,7 @@ private Q_SLOTS:
 
         // All Apps fails while every list is empty: nothing else is fetched, the flag is kept.
         server.queueReply("get-menu-data-modified-status",
-                          Reply::json(test::modifiedFlags(true, false, false, false)));
+                          Reply::json(test::FakeMenus::modified("appFolderModified")));
         server.queueReply("get-allapps-menu-data", Reply::text("not json"));
         server.clearRequests();
         vm.updateMenu();
@@ -179,28 +180,17 @@ private Q_SLOTS:
         QVERIFY(!vm.isUpdateAvailable());
     }
 
-    void anIncompleteUpdateAnswerCountsAsNoUpdate()
+    void actionsReturnTheServersAnswer()
     {
         FakeRuntimeServer server;
         QVERIFY(server.listen());
         server.queueReply("check-update-available", Reply::json(json::object()));
         PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
+        // An incomplete update answer counts as no update.
         QVERIFY(!vm.isUpdateAvailable());
-        QCOMPARE(vm.checkUpdateAvailable(), std::optional<bool>(false));
-    }
-
-    void togglingACategoryReturnsTheServersAnswer()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
-        server.clearRequests();
         server.queueReply("toggle-set-appcat", Reply::json({ { "isset", false } }));
         QVERIFY(!vm.toggleSetAppCategory("a\"b", "Games"));
         QVERIFY(vm.toggleSetAppCategory("k", "Work"));
-        QCOMPARE(server.requests()[0],
-                 std::string("{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": "
-                             "\"a\"b\",\n    \"appcat\": \"Games\"\n }   "));
     }
 };
 

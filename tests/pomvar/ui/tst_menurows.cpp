@@ -1,48 +1,47 @@
-// App and category rows: sizes per density and menu, measured from the delegate's geometry,
-// the icon's proportions, the hover highlight.
+// App and category rows: sizes per density and menu, the icon file and its proportions, the hover
+// highlight, keys and clicks. Also run on a display scaled by 2 (tst_menurows_scale).
 #include "IconFiles.h"
 #include "model/MenuList.h"
 #include "ui/MenuListView.h"
-#include "ui/MenuRowDelegate.h"
 #include "ui/MenuSelectionColor.h"
 
-#include <QApplication>
+#include <QAbstractItemModelTester>
 #include <QtTest>
 
 using namespace pomvar;
 
 namespace {
 
-TreeItem app(const std::string& key,
-             const QString& icon,
-             bool pinnedMenuItem = false,
-             bool pinned = false)
+TreeItem app(const std::string& key, const QString& icon, bool pinnedRow = false, bool pin = false)
 {
     TreeItem item;
-    item.id = key;
-    item.name = "App " + key;
-    item.isPinnedAppMenuItem = pinnedMenuItem;
-    item.isPinned = pinned || pinnedMenuItem;
+    item.id = item.name = key;
+    item.isPinnedAppMenuItem = pinnedRow;
+    item.isPinned = pin || pinnedRow;
     item.bundleID = "";
-    item.iconPath = icon.toStdString();
-    item.iconPath2x = icon.toStdString();
+    item.iconPath = item.iconPath2x = icon.toStdString();
     return item;
 }
 
-TreeItem category(const std::string& name, std::vector<TreeItem> apps)
+// A pinned app, then Games with an app and a pinned app.
+void fillMyApps(MenuList& list, const QString& icon)
 {
-    TreeItem item;
-    item.id = name;
-    item.name = name;
-    item.children = std::move(apps);
-    return item;
+    list.append(app("pinned", icon, true));
+    TreeItem games;
+    games.id = games.name = "Games";
+    games.children = std::vector<TreeItem>{ app("member", icon), app("pin", icon, false, true) };
+    list.append(games);
 }
 
-// Antialiased fills may be off by one step per channel.
-bool near(const QColor& a, const QColor& b)
+// The colour drawn at a point of the view, whatever the display's scale; antialiased fills may
+// be a step off per channel.
+bool drawnNear(MenuListView& view, QPoint point, const QColor& colour)
 {
-    return std::abs(a.red() - b.red()) <= 2 && std::abs(a.green() - b.green()) <= 2 &&
-           std::abs(a.blue() - b.blue()) <= 2;
+    const QColor drawn =
+        view.viewport()->grab().toImage().pixelColor(point * view.devicePixelRatioF());
+    return std::abs(drawn.red() - colour.red()) + std::abs(drawn.green() - colour.green()) +
+               std::abs(drawn.blue() - colour.blue()) <=
+           6;
 }
 
 } // namespace
@@ -53,7 +52,7 @@ class TestMenuRows : public QObject
 
 private:
     test::IconFiles m_icons;
-    std::optional<UserPrefs> m_prefs;
+    std::optional<UserPrefs> m_prefs = UserPrefs{};
 
     std::unique_ptr<MenuListView> makeView(Pomvar menu, MenuList& list)
     {
@@ -65,17 +64,9 @@ private:
         return view;
     }
 
-    QRect icon(MenuListView& view, const QModelIndex& index)
+    static QRect icon(MenuListView& view, const QModelIndex& index)
     {
         return view.rowDelegate()->iconRect(view.visualRect(index), index, view.viewport());
-    }
-
-    void fillMyApps(MenuList& list)
-    {
-        list.append(app("pinned", m_icons.square(), true));
-        list.append(category("Games",
-                             { app("member", m_icons.square()),
-                               app("pinnedMember", m_icons.square(), false, true) }));
     }
 
 private Q_SLOTS:
@@ -96,83 +87,64 @@ private Q_SLOTS:
         QFETCH(int, sz);
         QFETCH(int, pinnedPad);
         QFETCH(int, catSide);
-        m_prefs = UserPrefs{};
         m_prefs->menuDensity = density;
-
-        MenuList all;
-        all.append(app("a", m_icons.square()));
-        auto allView = makeView(Pomvar::AllApps, all);
-        const QModelIndex allRow = all.index(0, 0);
-        QCOMPARE(icon(*allView, allRow).size(), QSize(18, 18));
-        QCOMPARE(icon(*allView, allRow).left() - allView->visualRect(allRow).left(), 5);
-
-        MenuList recent;
-        recent.append(app("r", m_icons.square()));
-        auto recentView = makeView(Pomvar::Recent, recent);
-        const QModelIndex recentRow = recent.index(0, 0);
-        QCOMPARE(icon(*recentView, recentRow).size(), QSize(sz, sz));
-        QCOMPARE(icon(*recentView, recentRow).left() - recentView->visualRect(recentRow).left(), 5);
-
-        MenuList mine;
-        fillMyApps(mine);
-        auto myView = makeView(Pomvar::MyApps, mine);
-        const QModelIndex pinned = mine.index(0, 0);
-        const QModelIndex games = mine.index(1, 0);
-        const QModelIndex member = mine.index(0, 0, games);
-        const QModelIndex pinnedMember = mine.index(1, 0, games);
-        // The My Apps stack is indented by 6 and the apps of a category by 8 more.
-        QCOMPARE(icon(*myView, pinned).size(), QSize(sz, sz));
-        QCOMPARE(icon(*myView, pinned).left() - myView->visualRect(pinned).left(), 6 + pinnedPad);
-        QCOMPARE(icon(*myView, member).size(), QSize(sz, sz));
-        QCOMPARE(icon(*myView, member).left() - myView->visualRect(member).left(), 6 + 8 + 36);
-        // The indent follows the app's pin, wherever it is listed.
-        QCOMPARE(icon(*myView, pinnedMember).left() - myView->visualRect(pinnedMember).left(),
-                 6 + 8 + pinnedPad);
-        QCOMPARE(icon(*myView, games).size(), QSize(catSide, catSide));
-        // Every row of a menu has the same height, icon plus padding 2 above and below at least.
-        QVERIFY(myView->visualRect(pinned).height() >= sz + 4);
-        QCOMPARE(myView->visualRect(games).height(), myView->visualRect(pinned).height());
+        MenuList list;
+        fillMyApps(list, m_icons.square());
+        const QModelIndex games = list.index(1, 0);
+        // All Apps keeps small icons; the My Apps stack is indented by 6, a category's apps by
+        // 8 more, and the indent follows the app's pin wherever it is listed.
+        const std::tuple<Pomvar, QModelIndex, int, int> rows[] = {
+            { Pomvar::AllApps, list.index(0, 0), 18, 5 },
+            { Pomvar::Recent, list.index(0, 0), sz, 5 },
+            { Pomvar::MyApps, list.index(0, 0), sz, 6 + pinnedPad },
+            { Pomvar::MyApps, list.index(0, 0, games), sz, 6 + 8 + 36 },
+            { Pomvar::MyApps, list.index(1, 0, games), sz, 6 + 8 + pinnedPad },
+            { Pomvar::MyApps, games, catSide, 6 }
+        };
+        for (const auto& [menu, index, side, left] : rows) {
+            auto view = makeView(menu, list);
+            const QRect cell = view->visualRect(index), drawn = icon(*view, index);
+            QCOMPARE(drawn.size(), QSize(side, side));
+            if (index != games)
+                QCOMPARE(drawn.left() - cell.left(), left);
+            // Centred in a row of the menu's one height, at least 2 above and below.
+            QVERIFY(cell.height() >= side + 4);
+            QCOMPARE(cell.height(), view->visualRect(list.index(0, 0)).height());
+            QVERIFY(std::abs((drawn.top() - cell.top()) - (cell.bottom() - drawn.bottom())) <= 1);
+        }
     }
 
-    void iconKeepsItsProportions()
+    void iconFileFollowsTheScale_data()
     {
-        m_prefs = UserPrefs{};
+        QTest::addColumn<QString>("path");
+        QTest::addColumn<QString>("path2x");
+        QTest::newRow("wide, square at 2x") << m_icons.wide() << m_icons.square();
+        QTest::newRow("square, wider at 2x") << m_icons.square() << m_icons.wide3();
+    }
+
+    void iconFileFollowsTheScale()
+    {
+        QFETCH(QString, path);
+        QFETCH(QString, path2x);
         MenuList recent;
-        recent.append(app("wide", m_icons.wide()));
-        recent.append(app("square", m_icons.square()));
+        TreeItem item = app("a", path);
+        item.iconPath2x = path2x.toStdString();
+        recent.append(item);
         auto view = makeView(Pomvar::Recent, recent);
-        QCOMPARE(icon(*view, recent.index(0, 0)).size(), QSize(48, 24));
-        QCOMPARE(icon(*view, recent.index(1, 0)).size(), QSize(24, 24));
-    }
-
-    void scaleOnePicksTheOneXFile()
-    {
-        m_prefs = UserPrefs{};
-        MenuList all;
-        TreeItem item = app("a", m_icons.square());
-        item.iconPath2x = m_icons.wide3().toStdString();
-        all.append(item);
-        auto view = makeView(Pomvar::AllApps, all);
-        QCOMPARE(view->devicePixelRatioF(), 1.0);
-        QCOMPARE(MenuRowDelegate::iconPath(all.index(0, 0), view->viewport()), m_icons.square());
-        QCOMPARE(icon(*view, all.index(0, 0)).size(), QSize(18, 18));
-    }
-
-    void rowsArriveOneByOne()
-    {
-        m_prefs = UserPrefs{};
-        MenuList all;
-        auto view = makeView(Pomvar::AllApps, all);
-        for (int i = 0; i < 50; ++i)
-            all.append(app(std::to_string(i), m_icons.square()));
-        QVERIFY(view->visualRect(all.index(0, 0)).isValid());
-        all.clear();
-        QCOMPARE(view->model()->rowCount(), 0);
+        QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+        const bool scaled = qEnvironmentVariableIsSet("QT_SCALE_FACTOR");
+        QCOMPARE(view->devicePixelRatioF(), scaled ? 2.0 : 1.0);
+        const QString file = scaled ? path2x : path;
+        QCOMPARE(MenuRowDelegate::iconPath(recent.index(0, 0), view->viewport()), file);
+        // The icon is 24 high and keeps the file's proportions; painting draws that file.
+        const QImage image(file);
+        const QRect drawn = icon(*view, recent.index(0, 0));
+        QCOMPARE(drawn.size(), QSize(24 * image.width() / image.height(), 24));
+        QVERIFY(drawnNear(*view, drawn.center(), image.pixelColor(0, 0)));
     }
 
     void hoverTurnsTheRowAccent()
     {
-        m_prefs = UserPrefs{};
         MenuList all;
         all.append(app("a", m_icons.square()));
         all.append(app("b", m_icons.square()));
@@ -181,59 +153,43 @@ private Q_SLOTS:
         const QRect row = view->visualRect(all.index(1, 0));
         const QPoint probe(row.right() - 10, row.center().y());
         const QColor accent = MenuSelectionColor(true).color(view->palette());
-
-        QVERIFY(!near(view->viewport()->grab().toImage().pixelColor(probe), accent));
+        QVERIFY(!drawnNear(*view, probe, accent));
         QTest::mouseMove(view->viewport(), row.center());
-        QTRY_VERIFY(near(view->viewport()->grab().toImage().pixelColor(probe), accent));
+        QTRY_VERIFY(drawnNear(*view, probe, accent));
         QEvent leave(QEvent::Leave);
         QApplication::sendEvent(view.get(), &leave);
-        QTRY_VERIFY(!near(view->viewport()->grab().toImage().pixelColor(probe), accent));
+        QTRY_VERIFY(!drawnNear(*view, probe, accent));
     }
 
-    void keyboardMovesAndActivates()
+    void keysAndClicksActivateRows()
     {
-        m_prefs = UserPrefs{};
         MenuList mine;
-        fillMyApps(mine);
+        QAbstractItemModelTester tester(&mine,
+                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
+        fillMyApps(mine, m_icons.square());
+        QVERIFY(!mine.index(2, 0).isValid() && !mine.index(0, 1).isValid());
         auto view = makeView(Pomvar::MyApps, mine);
         view->collapseAll();
+        const QModelIndex games = mine.index(1, 0), member = mine.index(0, 0, games);
         QSignalSpy launched(view.get(), &MenuListView::appActivated);
         QSignalSpy toggled(view.get(), &MenuListView::categoryToggled);
-        QTest::keyClick(view.get(), Qt::Key_Down);
-        QCOMPARE(view->currentIndex(), mine.index(0, 0));
-        QTest::keyClick(view.get(), Qt::Key_Return);
-        QCOMPARE(launched.count(), 1);
-        QCOMPARE(launched.at(0).at(0).toModelIndex(), mine.index(0, 0));
-        QTest::keyClick(view.get(), Qt::Key_Down);
-        QCOMPARE(view->currentIndex(), mine.index(1, 0));
+        QTest::keySequence(view.get(), QKeySequence(Qt::Key_Down, Qt::Key_Return, Qt::Key_Down));
+        QCOMPARE(view->currentIndex(), games);
         QTest::keyClick(view.get(), Qt::Key_Right);
-        QCOMPARE(toggled.count(), 1);
-        QCOMPARE(toggled.at(0).at(1).toBool(), true);
         // The view waits for the panel to store the state; it never expands by itself.
-        QVERIFY(!view->isExpanded(mine.index(1, 0)));
-        view->expand(mine.index(1, 0));
+        QVERIFY(!view->isExpanded(games));
+        view->expand(games);
         QTest::keyClick(view.get(), Qt::Key_Left);
-        QCOMPARE(toggled.count(), 2);
-        QCOMPARE(toggled.at(1).at(1).toBool(), false);
-    }
-
-    void clickOnAppRowActivatesIt()
-    {
-        m_prefs = UserPrefs{};
-        MenuList mine;
-        fillMyApps(mine);
-        auto view = makeView(Pomvar::MyApps, mine);
-        QSignalSpy launched(view.get(), &MenuListView::appActivated);
-        QSignalSpy toggled(view.get(), &MenuListView::categoryToggled);
-        const QModelIndex member = mine.index(0, 0, mine.index(1, 0));
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(games).center());
         QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(member).center());
-        QCOMPARE(launched.count(), 1);
-        QCOMPARE(launched.at(0).at(0).toModelIndex().data(MenuList::IdRole).toString(),
-                 QStringLiteral("member"));
-        QTest::mouseClick(
-            view->viewport(), Qt::LeftButton, {}, view->visualRect(mine.index(1, 0)).center());
-        QCOMPARE(toggled.count(), 1);
-        QCOMPARE(toggled.at(0).at(1).toBool(), false);
+        QCOMPARE(launched.count(), 2);
+        QCOMPARE(launched.at(0).at(0).toModelIndex(), mine.index(0, 0));
+        QCOMPARE(launched.at(1).at(0).toModelIndex(), member);
+        QCOMPARE(toggled.count(), 3);
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(toggled.at(i).at(1).toBool(), i == 0);
+        mine.clear();
+        QCOMPARE(view->model()->rowCount(), 0);
     }
 };
 

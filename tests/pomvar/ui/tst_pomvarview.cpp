@@ -1,50 +1,34 @@
-// The panel against a fake runtime server: opening, menus, launching, context menus, the
-// control bar and control menu, the selector and the category expansion rules.
+// The panel against a fake runtime server: opening and placement, the entries that close it before
+// their request, the ones that keep it open and refresh, the selector, the categories' expansion.
 #include "PanelFixture.h"
 
 #include "ipc/RequestText.h"
-#include "model/MenuList.h"
-#include "model/PomvarViewModel.h"
-#include "model/UserDefaults.h"
 #include "ui/AppContextMenu.h"
+#include "ui/CheckedButtonStyle.h"
 #include "ui/ControlMenu.h"
-#include "ui/MenuListView.h"
+#include "ui/ControlMenuButtonStyle.h"
 #include "ui/MenuPage.h"
 #include "ui/MenuSelectorButton.h"
-#include "ui/PanelWindow.h"
-#include "ui/PomvarView.h"
+#include "ui/PanelPlacement.h"
 
-#include <QAbstractButton>
 #include <QLabel>
-#include <QMenu>
 #include <QScrollBar>
 #include <QSettings>
-#include <QStackedWidget>
 #include <QtTest>
 
-#include <algorithm>
-
 using namespace pomvar;
-using pomvar::test::FakeMenus;
-using pomvar::test::FakeRuntimeServer;
-using pomvar::test::PanelFixture;
+using namespace pomvar::test;
 
 namespace {
 
-constexpr int kMyApps = 0;
-constexpr int kRecent = 1;
-constexpr int kAllApps = 2;
-
-bool contains(const std::vector<std::string>& requests, const std::string& request)
-{
-    return std::find(requests.begin(), requests.end(), request) != requests.end();
-}
-
-QAction* actionNamed(QMenu* menu, const QString& text)
+// The entry of that text, in the menu or its submenus.
+QAction* entry(QMenu* menu, const QString& text)
 {
     for (QAction* action : menu->actions())
-        if (action->text() == text)
-            return action;
+        if (QAction* found = action->text() == text ? action
+                             : action->menu()       ? entry(action->menu(), text)
+                                                    : nullptr)
+            return found;
     return nullptr;
 }
 
@@ -56,38 +40,27 @@ QStringList texts(QMenu* menu)
     return list;
 }
 
-// Four apps; "app1" pinned; "app2" in Games and Work; categories Games, Work and Media.
-void standardMenus(PanelFixture& f)
+// Four apps: "app1" pinned, "app2" in Games and Work, "app3" in Games; then opens the panel.
+bool open(PanelFixture& f, int lastMenu = 0, bool withMenus = true)
 {
     const std::string icon = f.icons().square().toStdString();
-    FakeMenus& menus = f.menus();
-    menus.addApp({ "app1", "Terminal", icon, icon, false });
-    menus.addApp({ "app2", "Text Editor", icon, icon, false });
-    menus.addApp({ "app3", "Camera", icon, icon, false });
-    menus.addApp({ "app4", "Calculator", icon, icon, false });
-    menus.pin("app1");
-    menus.addCategory("Games", { "app2", "app3" });
-    menus.addCategory("Work", { "app2" });
-    menus.addCategory("Media", { "app4" });
-    menus.addRecent("app3");
-}
-
-// Remembers All Apps as the last menu, starts the scene and opens the panel from the tray.
-bool openOnAllApps(PanelFixture& f)
-{
-    UserDefaults::setLastMenu(2);
+    for (const char* key : { "app1", "app2", "app3", "app4" })
+        if (withMenus)
+            f.menus().addApp({ key, std::string("Name of ") + key, icon, icon });
+    if (withMenus) {
+        f.menus().pin("app1");
+        f.menus().addCategory("Games", { "app2", "app3" });
+        f.menus().addCategory("Work", { "app2" });
+        f.menus().addCategory("Sound & Video", { "app4" });
+    }
+    UserDefaults::setLastMenu(lastMenu);
     f.start();
     return f.clickTray();
 }
 
-void clearDefaults()
+void click(MenuListView& view, const QModelIndex& index)
 {
-    QSettings settings(QSettings::IniFormat,
-                       QSettings::UserScope,
-                       QStringLiteral("pomvar"),
-                       QStringLiteral("pomvar"));
-    settings.clear();
-    settings.sync();
+    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(index).center());
 }
 
 } // namespace
@@ -97,446 +70,327 @@ class TestPomvarView : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { clearDefaults(); }
-
-    void trayClickOpensTheFixedSizePanel()
+    void init()
     {
+        QSettings(QSettings::IniFormat, QSettings::UserScope, "pomvar", "pomvar").clear();
+    }
+
+    void panelOpensFilledAndEscapeCloses_data()
+    {
+        QTest::addColumn<bool>("onPanel");
+        QTest::newRow("Escape in a list") << false;
+        QTest::newRow("Escape on the panel") << true;
+    }
+
+    void panelOpensFilledAndEscapeCloses()
+    {
+        QFETCH(bool, onPanel);
         PanelFixture f;
-        standardMenus(f);
-        f.start();
-        QVERIFY(!f.panel().isVisible());
-        QVERIFY(f.clickTray());
+        QVERIFY(open(f, 2));
         QCOMPARE(f.panel().size(), QSize(360, 494));
         QVERIFY(f.panel().windowFlags() & Qt::FramelessWindowHint);
-        QCOMPARE(f.view().menuView(Pomvar::AllApps)->model()->rowCount(), 4);
+        QCOMPARE(f.view().geometry(), f.panel().rect());
+        // All Apps starts 10 below the top of its page, edge to edge otherwise.
+        MenuPage* all = f.view().menuPage(Pomvar::AllApps);
+        QCOMPARE(all->view()->geometry(), all->rect().adjusted(0, 10, 0, 0));
+        QCOMPARE(all->view()->model()->rowCount(), 4);
         QPointer<PomvarView> first = &f.view();
-        f.panel().dismiss();
+        QTest::keyClick(onPanel ? static_cast<QWidget*>(&f.panel()) : all->view(), Qt::Key_Escape);
         QVERIFY(!f.panel().isVisible());
         // Each opening builds the content anew.
         QVERIFY(f.clickTray());
         QVERIFY(first.isNull());
     }
 
-    void escapeClosesThePanel()
+    void placementFollowsTheTray_data()
     {
-        PanelFixture f;
-        standardMenus(f);
-        f.start();
-        QVERIFY(f.clickTray());
-        QTest::keyClick(f.view().menuView(Pomvar::MyApps), Qt::Key_Escape);
-        QVERIFY(!f.panel().isVisible());
+        constexpr int gap = PanelPlacement::gap;
+        QTest::addColumn<QRect>("icon");
+        QTest::addColumn<QPoint>("pointer");
+        QTest::addColumn<QPoint>("topLeft");
+        // Centred under, above or beside the icon (else the pointer), inside the available area.
+        QTest::newRow("top bar") << QRect(600, 0, 20, 28) << QPoint() << QPoint(429, 28 + gap);
+        QTest::newRow("bottom") << QRect(600, 772, 20, 28) << QPoint() << QPoint(429, 278 - gap);
+        QTest::newRow("left bar") << QRect(0, 300, 28, 20) << QPoint() << QPoint(28 + gap, 62);
+        QTest::newRow("clamped") << QRect(1270, 0, 10, 28) << QPoint() << QPoint(920, 28 + gap);
+        QTest::newRow("no icon") << QRect() << QPoint(400, 0) << QPoint(220, 28);
     }
 
-    void clickOnAppRowClosesThePanelBeforeLaunch()
+    void placementFollowsTheTray()
     {
-        PanelFixture f;
-        standardMenus(f);
-        QVERIFY(openOnAllApps(f));
-        QCOMPARE(f.view().selectedMenu(), Pomvar::AllApps);
-        MenuListView& all = f.menuView(kAllApps);
-        const QModelIndex row = f.rowOf(all, "app2");
-        f.expectDismissFirst();
-        const std::size_t before = f.server().requests().size();
-        QTest::mouseClick(all.viewport(), Qt::LeftButton, {}, all.visualRect(row).center());
-        QVERIFY(f.dismissedFirst());
-        QVERIFY(!f.panel().isVisible());
-        QVERIFY(contains(f.requestsSince(before, 1), request::launch("app2")));
+        QFETCH(QRect, icon);
+        QFETCH(QPoint, pointer);
+        QFETCH(QPoint, topLeft);
+        const QRect available(0, 28, 1280, 772);
+        QCOMPARE(PanelPlacement::topLeft(QSize(360, 494), icon, pointer, available), topLeft);
     }
 
-    void keyboardEnterLaunches()
+    void entriesCloseThePanelBeforeTheirRequest_data()
     {
-        PanelFixture f;
-        standardMenus(f);
-        f.start();
-        QVERIFY(f.clickTray());
-        MenuListView& mine = f.menuView(kMyApps);
-        const std::size_t before = f.server().requests().size();
-        // Home reaches the first row wherever the pointer left the highlight.
-        QTest::keyClick(&mine, Qt::Key_Home);
-        QCOMPARE(mine.currentIndex(), f.rowOf(mine, "app1"));
-        QTest::keyClick(&mine, Qt::Key_Return);
-        QVERIFY(!f.panel().isVisible());
-        QVERIFY(contains(f.requestsSince(before, 1), request::launch("app1")));
+        using M = OrganizerDlgMode;
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<std::string>("request");
+        QTest::newRow("row click") << "click:app2" << request::launch("app2");
+        QTest::newRow("Enter") << "key:app1" << request::launch("app1");
+        QTest::newRow("Open") << "app:Open" << request::launch("app2");
+        QTest::newRow("Get Info") << "app:Get Info" << request::getInfoApp("app2");
+        QTest::newRow("Organize") << "app:Organize" << request::organizer(M::organizeApp, "app2");
+        QTest::newRow("New category")
+            << "app:Add to New Category…" << request::createNewAppcatCxtmnu("app2");
+        QTest::newRow("category Info") << "category:Get Info" << request::getInfoAppcat("Games");
+        QTest::newRow("category Organize")
+            << "category:Organize" << request::organizer(M::organize, "Games");
+        QTest::newRow("Search") << "button:searchButton" << request::plain(request::appSearch);
+        QTest::newRow("Organize all")
+            << "button:organizeButton" << request::organizer(M::organize, "");
+        QTest::newRow("Settings") << "control:Settings…" << request::organizer(M::settings, "");
+        QTest::newRow("About") << "control:About…" << request::plain(request::about);
+        QTest::newRow("Updates") << "control:Check For Updates"
+                                 << request::plain(request::checkUpdates);
+        QTest::newRow("Quit") << "control:Quit" << request::plain(request::quit);
     }
 
-    void appContextMenuEntries()
+    void entriesCloseThePanelBeforeTheirRequest()
     {
+        QFETCH(QString, how);
+        QFETCH(std::string, request);
+        const QString kind = how.section(':', 0, 0), what = how.section(':', 1);
         PanelFixture f;
-        standardMenus(f);
-        QVERIFY(openOnAllApps(f));
-        MenuListView& all = f.menuView(kAllApps);
-        QMenu* menu = f.openContextMenu(all, f.rowOf(all, "app2"));
-        QVERIFY(qobject_cast<AppContextMenu*>(menu));
-        QCOMPARE(texts(menu),
-                 QStringList({ "Open", "Get Info", "Pin App", "—", "App Categories", "Organize" }));
-        menu->close();
-
-        // A pinned app offers to unpin.
-        menu = f.openContextMenu(all, f.rowOf(all, "app1"));
-        QVERIFY(actionNamed(menu, QStringLiteral("Unpin App")));
-        menu->close();
-    }
-
-    void closingEntriesCloseThePanelFirst_data()
-    {
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("Open") << "Open" << QString::fromStdString(request::launch("app2"));
-        QTest::newRow("Get Info") << "Get Info"
-                                  << QString::fromStdString(request::getInfoApp("app2"));
-        QTest::newRow("Organize") << "Organize"
-                                  << QString::fromStdString(
-                                         request::organizer(OrganizerDlgMode::organizeApp, "app2"));
-        QTest::newRow("Add to New Category…")
-            << "Add to New Category…"
-            << QString::fromStdString(request::createNewAppcatCxtmnu("app2"));
-    }
-
-    void closingEntriesCloseThePanelFirst()
-    {
-        QFETCH(QString, entry);
-        QFETCH(QString, expected);
-        PanelFixture f;
-        standardMenus(f);
-        QVERIFY(openOnAllApps(f));
-        MenuListView& all = f.menuView(kAllApps);
-        AppContextMenu* menu =
-            qobject_cast<AppContextMenu*>(f.openContextMenu(all, f.rowOf(all, "app2")));
-        QVERIFY(menu);
-        QAction* action = actionNamed(menu, entry);
-        if (!action)
-            action = actionNamed(menu->appCategoriesMenu(), entry);
-        QVERIFY(action);
+        QVERIFY(open(f, kind == "category" || kind == "key" ? 0 : 2));
+        MenuListView& list = *f.view().menuView(f.view().selectedMenu());
+        QMenu* menu = f.view().findChild<ControlMenu*>("controlMenu")->entries();
+        if (kind == "app" || kind == "category")
+            QVERIFY(menu =
+                        f.openContextMenu(list, f.rowOf(list, kind == "app" ? "app2" : "Games")));
+        auto* button = f.view().findChild<QAbstractButton*>(what);
+        QVERIFY(kind != "button" || button->cursor().shape() == Qt::PointingHandCursor);
         const std::size_t before = f.server().requests().size();
         f.expectDismissFirst();
-        action->trigger();
+        if (kind == "click")
+            click(list, f.rowOf(list, what.toStdString()));
+        else if (kind ==
+                 "key") // Home reaches the first row wherever the pointer left the highlight.
+            QTest::keySequence(&list, QKeySequence(Qt::Key_Home, Qt::Key_Return));
+        else if (button)
+            QTest::mouseClick(button, Qt::LeftButton);
+        else
+            entry(menu, what)->trigger();
         QVERIFY(f.dismissedFirst());
-        QVERIFY(contains(f.requestsSince(before, 1), expected.toStdString()));
+        const auto sent = f.requestsSince(before, 1);
+        QVERIFY(std::find(sent.begin(), sent.end(), request) != sent.end());
+        QCOMPARE(f.terminateCalls(), what == "Quit" ? 1 : 0);
     }
 
-    void pinEntryKeepsThePanelOpenAndRefreshes()
+    void pinAndCategoryEntriesRefreshThePanel_data()
     {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<std::string>("request");
+        QTest::addColumn<std::string>("flag");
+        QTest::newRow("pin") << "Pin App" << request::togglePinApp("app3")
+                             << std::string("pinnedAppsModified");
+        QTest::newRow("category") << "Sound && Video"
+                                  << request::toggleSetAppcat("app3", "Sound & Video")
+                                  << std::string("appcatsModified");
+    }
+
+    void pinAndCategoryEntriesRefreshThePanel()
+    {
+        QFETCH(QString, text);
+        QFETCH(std::string, request);
+        QFETCH(std::string, flag);
         PanelFixture f;
-        standardMenus(f);
-        QVERIFY(openOnAllApps(f));
-        MenuListView& all = f.menuView(kAllApps);
-        QMenu* menu = f.openContextMenu(all, f.rowOf(all, "app3"));
+        QVERIFY(open(f));
+        MenuListView& mine = f.menuView(0);
+        click(mine, f.rowOf(mine, "Games"));
+        auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(mine, f.rowOf(mine, "app3")));
+        QVERIFY(menu && menu->objectName() == "appContextMenu");
+        const QStringList entries = { "Open", "Get Info",       "Pin App",
+                                      "—",    "App Categories", "Organize" };
+        QCOMPARE(texts(menu), entries);
+        QMenu* categories = menu->actions().at(4)->menu();
+        QCOMPARE(categories, menu->appCategoriesMenu());
+        // "&" escaped, so the menu shows it instead of taking it for a mnemonic marker.
+        QCOMPARE(texts(categories),
+                 QStringList({ "Games", "Work", "Sound && Video", "Add to New Category…" }));
+        for (int i = 0; i < 3; ++i)
+            QCOMPARE(categories->actions().at(i)->property("isMember").toBool(), i == 0);
+        // What the server holds after the change.
+        f.menus().pin("app3");
+        f.menus().install(f.server());
+        f.server().queueReply("get-menu-data-modified-status",
+                              FakeRuntimeServer::Reply::json(FakeMenus::modified(flag)));
+        f.server().queueReply("toggle-set-appcat",
+                              FakeRuntimeServer::Reply::json({ { "isset", true } }));
+        // Recent Apps fails to load, so the build ends before the expansion is recomputed: the
+        // view opens the refreshed categories as their rows arrive.
+        f.server().queueReply("get-recentapps-menu-data", FakeRuntimeServer::Reply::text("-"));
         const std::size_t before = f.server().requests().size();
         QVERIFY(!UserDefaults::expandedAppCats());
-        actionNamed(menu, QStringLiteral("Pin App"))->trigger();
+        entry(menu, text)->trigger();
         QVERIFY(f.panel().isVisible());
         const auto sent = f.requestsSince(before, 2);
-        QCOMPARE(sent.at(0), request::togglePinApp("app3"));
+        QCOMPARE(sent.at(0), request);
         // The expansion map is saved before the menus refresh.
         QVERIFY(UserDefaults::expandedAppCats().has_value());
-        QCOMPARE(FakeRuntimeServer::requestId(sent.at(1)),
-                 std::string("get-menu-data-modified-status"));
+        QCOMPARE(FakeRuntimeServer::requestId(sent.at(1)), "get-menu-data-modified-status");
+        // The refreshed My Apps shows the new pin and keeps Games open.
+        QTRY_VERIFY(f.rowOf(mine, "app3").isValid() && !f.rowOf(mine, "app3").parent().isValid());
+        QVERIFY(mine.isExpanded(f.rowOf(mine, "Games")));
+        menu->close();
+        menu = qobject_cast<AppContextMenu*>(f.openContextMenu(mine, f.rowOf(mine, "app3")));
+        QCOMPARE(texts(menu), QStringList(entries).replaceInStrings("Pin App", "Unpin App"));
     }
 
-    void categoriesSubmenuTicksAndToggles()
+    void controlMenuShowsTheUpdate_data()
     {
+        QTest::addColumn<bool>("available");
+        QTest::addColumn<QString>("asset");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("none") << false << "ctrlMenu"
+                              << "Check For Updates";
+        QTest::newRow("available") << true << "ctrlMenuBadge"
+                                   << "Install Pomvar Update";
+    }
+
+    void controlMenuShowsTheUpdate()
+    {
+        QFETCH(bool, available);
+        QFETCH(QString, asset);
+        QFETCH(QString, text);
         PanelFixture f;
-        standardMenus(f);
-        QVERIFY(openOnAllApps(f));
-        MenuListView& all = f.menuView(kAllApps);
-        auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(all, f.rowOf(all, "app2")));
-        QVERIFY(menu);
-        QMenu* categories = menu->appCategoriesMenu();
-        QCOMPARE(menu->actions().at(4)->menu(), categories);
-        QCOMPARE(texts(categories),
-                 QStringList({ "Games", "Work", "Media", "Add to New Category…" }));
-        QCOMPARE(categories->actions().at(0)->property("isMember").toBool(), true);
-        QCOMPARE(categories->actions().at(1)->property("isMember").toBool(), true);
-        QCOMPARE(categories->actions().at(2)->property("isMember").toBool(), false);
-
-        f.server().queueReply("toggle-set-appcat",
-                              FakeRuntimeServer::Reply::json({ { "isset", false } }));
-        const std::size_t before = f.server().requests().size();
-        categories->actions().at(1)->trigger();
-        QVERIFY(f.panel().isVisible());
-        const auto sent = f.requestsSince(before, 2);
-        QCOMPARE(sent.at(0), request::toggleSetAppcat("app2", "Work"));
-        QCOMPARE(FakeRuntimeServer::requestId(sent.at(1)),
-                 std::string("get-menu-data-modified-status"));
-        QVERIFY(UserDefaults::expandedAppCats().has_value());
-    }
-
-    void categoryNamesWithAnAmpersandShowIt()
-    {
-        PanelFixture f;
-        const std::string icon = f.icons().square().toStdString();
-        f.menus().addApp({ "player", "Player", icon, icon, false });
-        f.menus().addCategory("Sound & Video", { "player" });
-        QVERIFY(openOnAllApps(f));
-        MenuListView& all = f.menuView(kAllApps);
-        auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(all, f.rowOf(all, "player")));
-        QVERIFY(menu);
-        QAction* entry = menu->appCategoriesMenu()->actions().at(0);
-        // Escaped, so the menu shows the "&" instead of taking it for a mnemonic marker.
-        QCOMPARE(entry->text(), QStringLiteral("Sound && Video"));
-        QCOMPARE(entry->iconText(), QStringLiteral("Sound & Video"));
-        const std::size_t before = f.server().requests().size();
-        f.server().queueReply("toggle-set-appcat",
-                              FakeRuntimeServer::Reply::json({ { "isset", false } }));
-        entry->trigger();
-        QCOMPARE(f.requestsSince(before, 1).at(0),
-                 request::toggleSetAppcat("player", "Sound & Video"));
-    }
-
-    void noCategoriesLeavesOnlyAddToNew()
-    {
-        PanelFixture f;
-        const std::string icon = f.icons().square().toStdString();
-        f.menus().addApp({ "solo", "Solo", icon, icon, false });
-        QVERIFY(openOnAllApps(f));
-        MenuListView& all = f.menuView(kAllApps);
-        auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(all, f.rowOf(all, "solo")));
-        QCOMPARE(texts(menu->appCategoriesMenu()), QStringList({ "Add to New Category…" }));
-    }
-
-    void categoryContextMenu_data()
-    {
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("Get Info") << "Get Info"
-                                  << QString::fromStdString(request::getInfoAppcat("Games"));
-        QTest::newRow("Organize") << "Organize"
-                                  << QString::fromStdString(
-                                         request::organizer(OrganizerDlgMode::organize, "Games"));
-    }
-
-    void categoryContextMenu()
-    {
-        QFETCH(QString, entry);
-        QFETCH(QString, expected);
-        PanelFixture f;
-        standardMenus(f);
-        f.start();
-        QVERIFY(f.clickTray());
-        MenuListView& mine = f.menuView(kMyApps);
-        QMenu* menu = f.openContextMenu(mine, f.rowOf(mine, "Games"));
-        QCOMPARE(texts(menu), QStringList({ "Get Info", "Organize" }));
-        const std::size_t before = f.server().requests().size();
-        f.expectDismissFirst();
-        actionNamed(menu, entry)->trigger();
-        QVERIFY(f.dismissedFirst());
-        QVERIFY(contains(f.requestsSince(before, 1), expected.toStdString()));
-    }
-
-    void controlBarButtons_data()
-    {
-        QTest::addColumn<QString>("button");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("Search") << "searchButton"
-                                << QString::fromStdString(request::plain(request::appSearch));
-        QTest::newRow("Organize") << "organizeButton"
-                                  << QString::fromStdString(
-                                         request::organizer(OrganizerDlgMode::organize, ""));
-    }
-
-    void controlBarButtons()
-    {
-        QFETCH(QString, button);
-        QFETCH(QString, expected);
-        PanelFixture f;
-        standardMenus(f);
-        f.start();
-        QVERIFY(f.clickTray());
-        auto* widget = f.view().findChild<QAbstractButton*>(button);
-        QVERIFY(widget);
-        const std::size_t before = f.server().requests().size();
-        f.expectDismissFirst();
-        QTest::mouseClick(widget, Qt::LeftButton);
-        QVERIFY(f.dismissedFirst());
-        QVERIFY(contains(f.requestsSince(before, 1), expected.toStdString()));
-    }
-
-    void controlMenuEntries_data()
-    {
-        QTest::addColumn<QString>("entry");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("Settings…")
-            << "Settings…"
-            << QString::fromStdString(request::organizer(OrganizerDlgMode::settings, ""));
-        QTest::newRow("About…") << "About…"
-                                << QString::fromStdString(request::plain(request::about));
-        QTest::newRow("Check For Updates")
-            << "Check For Updates" << QString::fromStdString(request::plain(request::checkUpdates));
-        QTest::newRow("Quit") << "Quit" << QString::fromStdString(request::plain(request::quit));
-    }
-
-    void controlMenuEntries()
-    {
-        QFETCH(QString, entry);
-        QFETCH(QString, expected);
-        PanelFixture f;
-        standardMenus(f);
-        f.start();
-        QVERIFY(f.clickTray());
-        auto* control = f.view().findChild<ControlMenu*>(QStringLiteral("controlMenu"));
-        QVERIFY(control);
-        QCOMPARE(control->imageAsset(), QStringLiteral("ctrlMenu"));
-        QCOMPARE(texts(control->entries()),
-                 QStringList({ "Settings…", "About…", "Check For Updates", "—", "Quit" }));
-        const std::size_t before = f.server().requests().size();
-        f.expectDismissFirst();
-        actionNamed(control->entries(), entry)->trigger();
-        QVERIFY(f.dismissedFirst());
-        QVERIFY(contains(f.requestsSince(before, 1), expected.toStdString()));
-        QCOMPARE(f.terminateCalls(), entry == QStringLiteral("Quit") ? 1 : 0);
-    }
-
-    void controlMenuShowsTheUpdateBadge()
-    {
-        PanelFixture f;
-        standardMenus(f);
         f.server().setDefaultReply(
             "check-update-available",
-            FakeRuntimeServer::Reply::json({ { "isUpdateAvailable", true } }));
-        f.start();
-        QVERIFY(f.clickTray());
-        auto* control = f.view().findChild<ControlMenu*>(QStringLiteral("controlMenu"));
-        QCOMPARE(control->imageAsset(), QStringLiteral("ctrlMenuBadge"));
-        QAction* update = control->entries()->actions().at(2);
-        QCOMPARE(update->text(), QStringLiteral("Install Pomvar Update"));
-        QVERIFY(!update->icon().isNull());
+            FakeRuntimeServer::Reply::json({ { "isUpdateAvailable", available } }));
+        QVERIFY(open(f));
+        auto* control = f.view().findChild<ControlMenu*>("controlMenu");
+        QCOMPARE(control->imageAsset(), asset);
+        QCOMPARE(texts(control->entries()),
+                 QStringList({ "Settings…", "About…", text, "—", "Quit" }));
+        // A badge of 16 points, with pixels for 1x and 2x displays.
+        const QIcon badge = control->entries()->actions().at(2)->icon();
+        QCOMPARE(badge.availableSizes(),
+                 available ? QList<QSize>({ { 16, 16 }, { 32, 32 } }) : QList<QSize>());
+        // The button's background is drawn from the control menu's own corner.
+        const QImage image = control->grab().toImage();
+        const int right = std::min(control->width(), ControlMenuButtonStyle::maxWidth) - 1;
+        const int middle = image.height() / 2;
+        QCOMPARE(image.pixelColor(0, middle), image.pixelColor(right, middle));
+        QCOMPARE(image.pixelColor(right / 2, 0), image.pixelColor(right / 2, image.height() - 1));
     }
 
-    void selectorWritesLastMenuWithoutThePreference()
+    void selectorRemembersTheMenu_data()
     {
+        QTest::addColumn<bool>("saveLastMenu");
+        QTest::newRow("saved") << true;
+        QTest::newRow("not saved") << false;
+    }
+
+    void selectorRemembersTheMenu()
+    {
+        QFETCH(bool, saveLastMenu);
         PanelFixture f;
-        standardMenus(f);
-        f.setPrefs(FakeMenus::prefs(0, false, false));
-        UserDefaults::setLastMenu(2);
-        f.start();
-        QVERIFY(f.clickTray());
-        // Without the preference the panel opens on My Apps whatever was stored.
-        QCOMPARE(f.view().selectedMenu(), Pomvar::MyApps);
-        QCOMPARE(f.view().findChild<QStackedWidget*>(QStringLiteral("menuStack"))->currentWidget(),
-                 f.view().menuPage(Pomvar::MyApps));
-        auto* recent =
-            f.view().findChild<MenuSelectorButton*>(QStringLiteral("menuSelectorButton1"));
+        f.setPrefs(FakeMenus::prefs(0, saveLastMenu, false));
+        QVERIFY(open(f, 2));
+        QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::AllApps : Pomvar::MyApps);
+        auto* recent = f.view().findChild<MenuSelectorButton*>("menuSelectorButton1");
+        // The label fills the button inside its padding.
+        const int pad = CheckedButtonStyle::padding;
+        QCOMPARE(CheckedButtonStyle::labelRect(recent->rect()),
+                 recent->rect().adjusted(pad, pad, -pad, -pad));
+        // A click on the selected menu's button keeps it selected.
         QTest::mouseClick(recent, Qt::LeftButton);
-        QCOMPARE(f.view().selectedMenu(), Pomvar::Recent);
+        QTest::mouseClick(recent, Qt::LeftButton);
         QCOMPARE(UserDefaults::lastMenu(), 1);
-        QVERIFY(recent->isChecked());
+        for (auto* button : f.view().findChildren<MenuSelectorButton*>())
+            QCOMPARE(button->isChecked(), button == recent);
+        QVERIFY(f.view().menuPage(Pomvar::Recent)->isVisible());
         f.panel().dismiss();
         QVERIFY(f.clickTray());
-        QCOMPARE(f.view().selectedMenu(), Pomvar::MyApps);
-    }
-
-    void selectorWithThePreference()
-    {
-        PanelFixture f;
-        standardMenus(f);
-        f.start();
-        // Never written: My Apps.
-        QVERIFY(f.clickTray());
-        QCOMPARE(f.view().selectedMenu(), Pomvar::MyApps);
-        auto* all = f.view().findChild<MenuSelectorButton*>(QStringLiteral("menuSelectorButton2"));
-        QTest::mouseClick(all, Qt::LeftButton);
-        QCOMPARE(UserDefaults::lastMenu(), 2);
-        f.panel().dismiss();
-        QVERIFY(f.clickTray());
-        QCOMPARE(f.view().selectedMenu(), Pomvar::AllApps);
+        QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::Recent : Pomvar::MyApps);
     }
 
     void switchingMenusKeepsScrollPositions()
     {
         PanelFixture f;
-        const std::string icon = f.icons().square().toStdString();
-        f.menus().addApps(300, icon, icon);
-        QVERIFY(openOnAllApps(f));
-        MenuListView& all = f.menuView(kAllApps);
-        all.verticalScrollBar()->setValue(1500);
-        QTest::mouseClick(
-            f.view().findChild<MenuSelectorButton*>(QStringLiteral("menuSelectorButton0")),
-            Qt::LeftButton);
-        QTest::mouseClick(
-            f.view().findChild<MenuSelectorButton*>(QStringLiteral("menuSelectorButton2")),
-            Qt::LeftButton);
-        QCOMPARE(all.verticalScrollBar()->value(), 1500);
+        f.menus().addApps(300, f.icons().square().toStdString(), f.icons().square().toStdString());
+        QVERIFY(open(f, 2, false));
+        f.menuView(2).verticalScrollBar()->setValue(1500);
+        for (const char* name : { "menuSelectorButton0", "menuSelectorButton2" })
+            QTest::mouseClick(f.view().findChild<MenuSelectorButton*>(name), Qt::LeftButton);
+        QCOMPARE(f.menuView(2).verticalScrollBar()->value(), 1500);
     }
 
-    void emptyStates()
+    void emptyStatesSitAtTheTop()
     {
         PanelFixture f;
-        f.start();
-        QVERIFY(f.clickTray());
+        QVERIFY(open(f, 0, false));
         MenuPage* mine = f.view().menuPage(Pomvar::MyApps);
         QVERIFY(mine->isShowingEmptyState());
         QStringList labels;
-        for (QLabel* label : mine->currentWidget()->findChildren<QLabel*>())
+        for (QLabel* label : mine->currentWidget()->findChildren<QLabel*>()) {
             labels << label->text();
-        QVERIFY(labels.contains(QStringLiteral("My Apps")));
-        QVERIFY(labels.contains(QStringLiteral(
-            "Click Organize to pin your favorite apps to the Pomvar and organize apps into app "
-            "categories.")));
-        QVERIFY(labels.contains(
-            QStringLiteral("Click All Apps on the left to browse apps on your Mac.")));
-        MenuPage* recent = f.view().menuPage(Pomvar::Recent);
-        QVERIFY(recent->isShowingEmptyState());
-        QCOMPARE(recent->currentWidget()->objectName(), QStringLiteral("recentAppsEmpty"));
+            if (!label->wordWrap()) // Not stretched: the free space stays below.
+                QCOMPARE(label->height(), label->sizeHint().height());
+        }
+        QCOMPARE(labels.mid(1),
+                 QStringList({ "My Apps",
+                               "Click Organize to pin your favorite apps to the Pomvar and "
+                               "organize apps into app categories.",
+                               "Click All Apps on the left to browse apps on your Mac." }));
+        QCOMPARE(f.view().menuPage(Pomvar::Recent)->currentWidget()->objectName(),
+                 "recentAppsEmpty");
         // All Apps has no empty state: an empty list.
         QVERIFY(!f.view().menuPage(Pomvar::AllApps)->isShowingEmptyState());
     }
 
-    void oneExpandedCategoryCollapsesTheOther()
+    void categoryExpansion_data()
     {
-        PanelFixture f;
-        standardMenus(f);
-        f.setPrefs(FakeMenus::prefs(0, true, true));
-        f.start();
-        QVERIFY(f.clickTray());
-        MenuListView& mine = f.menuView(kMyApps);
-        const QModelIndex games = f.rowOf(mine, "Games");
-        const QModelIndex work = f.rowOf(mine, "Work");
-        QVERIFY(!mine.isExpanded(games));
-        QTest::mouseClick(mine.viewport(), Qt::LeftButton, {}, mine.visualRect(games).center());
-        QVERIFY(mine.isExpanded(games));
-        QCOMPARE(f.vm().expandedAppCats().at("Games"), true);
-        QTest::mouseClick(mine.viewport(), Qt::LeftButton, {}, mine.visualRect(work).center());
-        QVERIFY(mine.isExpanded(work));
-        QVERIFY(!mine.isExpanded(games));
-        QCOMPARE(f.vm().expandedAppCats().at("Games"), false);
-        // The pinned app is never touched.
-        QCOMPARE(f.vm().expandedAppCats().count("app1"), 0u);
+        QTest::addColumn<bool>("oneOpen");
+        QTest::newRow("one open at a time") << true;
+        QTest::newRow("each on its own") << false;
     }
 
-    void categoriesStayOpenWithoutTheRule()
+    void categoryExpansion()
     {
+        QFETCH(bool, oneOpen);
         PanelFixture f;
-        standardMenus(f);
-        f.start();
-        QVERIFY(f.clickTray());
-        MenuListView& mine = f.menuView(kMyApps);
-        const QModelIndex games = f.rowOf(mine, "Games");
-        const QModelIndex work = f.rowOf(mine, "Work");
-        QTest::mouseClick(mine.viewport(), Qt::LeftButton, {}, mine.visualRect(games).center());
-        QTest::mouseClick(mine.viewport(), Qt::LeftButton, {}, mine.visualRect(work).center());
-        QVERIFY(mine.isExpanded(games));
-        QVERIFY(mine.isExpanded(work));
+        f.setPrefs(FakeMenus::prefs(0, true, oneOpen));
+        QVERIFY(open(f));
+        MenuListView& mine = f.menuView(0);
+        QVERIFY(!mine.isExpanded(f.rowOf(mine, "Games")));
+        mine.clearFocus();
+        click(mine, f.rowOf(mine, "Games"));
+        QVERIFY(mine.hasFocus());
+        click(mine, f.rowOf(mine, "Work"));
+        QVERIFY(mine.isExpanded(f.rowOf(mine, "Work")));
+        QCOMPARE(mine.isExpanded(f.rowOf(mine, "Games")), !oneOpen);
+        QCOMPARE(f.vm().expandedAppCats().at("Games"), !oneOpen);
+        // The pinned app is never touched.
+        QCOMPARE(f.vm().expandedAppCats().count("app1"), 0u);
         // Closing saves the map; the next opening shows it again.
         f.panel().dismiss();
         QCOMPARE(UserDefaults::expandedAppCats()->at("Work"), true);
         QVERIFY(f.clickTray());
-        MenuListView& again = f.menuView(kMyApps);
-        QVERIFY(again.isExpanded(f.rowOf(again, "Games")));
-        QVERIFY(!again.isExpanded(f.rowOf(again, "Media")));
+        MenuListView& again = f.menuView(0);
+        QCOMPARE(again.isExpanded(f.rowOf(again, "Games")), !oneOpen);
+        QVERIFY(again.isExpanded(f.rowOf(again, "Work")));
+        QVERIFY(!again.isExpanded(f.rowOf(again, "Sound & Video")));
     }
 
-    void refreshOnOpening()
+    void openingRefreshesModifiedMenus()
     {
         PanelFixture f;
-        standardMenus(f);
-        f.start();
-        const std::string icon = f.icons().square().toStdString();
-        f.menus().addApp({ "app5", "Fifth", icon, icon, false });
+        QVERIFY(open(f));
+        f.panel().dismiss();
+        f.menus().addApp({ "app5",
+                           "Fifth",
+                           f.icons().square().toStdString(),
+                           f.icons().square().toStdString() });
         f.menus().install(f.server());
         f.server().queueReply("get-menu-data-modified-status",
                               FakeRuntimeServer::Reply::json(FakeMenus::everythingModified()));
         QVERIFY(f.clickTray());
-        QCOMPARE(f.view().menuView(Pomvar::AllApps)->model()->rowCount(), 5);
+        QCOMPARE(f.menuView(2).model()->rowCount(), 5);
     }
 };
 

@@ -9,9 +9,8 @@ namespace pomvar::test {
 
 // Real full-colour icons of the system's icon theme (Debian's adwaita-icon-theme), at 24 pixels
 // for a 1x display and 48 for a 2x one, as the runtime server hands out app icons.
-class ThemeIcons
+struct ThemeIcons
 {
-public:
     struct Icon
     {
         QString path;

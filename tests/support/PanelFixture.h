@@ -3,23 +3,13 @@
 #include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
 #include "IconFiles.h"
+#include "model/PomvarViewModel.h"
+#include "ui/MenuBarScene.h"
+#include "ui/MenuListView.h"
+#include "ui/PanelWindow.h"
+#include "ui/PomvarView.h"
 
-#include <QPoint>
-
-#include <functional>
-#include <memory>
-#include <string>
-
-class QMenu;
-class QModelIndex;
-
-namespace pomvar {
-class MenuBarScene;
-class MenuListView;
-class PanelWindow;
-class PomvarView;
-class PomvarViewModel;
-} // namespace pomvar
+#include <QMenu>
 
 namespace pomvar::test {
 
@@ -28,23 +18,25 @@ class PanelFixture
 {
 public:
     PanelFixture();
-    ~PanelFixture();
 
     FakeRuntimeServer& server() { return m_server; }
     FakeMenus& menus() { return m_menus; }
     const IconFiles& icons() const { return m_icons; }
-    void setPrefs(const nlohmann::json& prefs);
+    void setPrefs(const nlohmann::json& prefs)
+    {
+        m_server.setDefaultReply("get-user-prefs", FakeRuntimeServer::Reply::json(prefs));
+    }
 
     // Creates the view model and the scene with what the menus and preferences hold now.
     void start();
     PomvarViewModel& vm() { return *m_vm; }
-    PanelWindow& panel();
-    PomvarView& view();
+    PanelWindow& panel() { return *m_scene->panel(); }
+    PomvarView& view() { return *panel().view(); }
+    MenuListView& menuView(int menu) { return *view().menuView(static_cast<Pomvar>(menu)); }
     int terminateCalls() const { return m_terminateCalls; }
 
     // A click on the tray icon; true when the panel is open afterwards.
     bool clickTray();
-    MenuListView& menuView(int menu);
     QModelIndex rowOf(MenuListView& view, const std::string& id);
     // Secondary click on a row, as the window system delivers it; the context menu opened.
     QMenu* openContextMenu(MenuListView& view, const QModelIndex& index);
@@ -53,7 +45,6 @@ public:
     void expectDismissFirst();
     // After the action: true when the panel closed and no request had arrived by then.
     bool dismissedFirst() const { return m_dismissed && !m_requestBeforeDismiss; }
-    bool dismissed() const { return m_dismissed; }
     // The request texts that arrived since `from`, waiting for `count` of them.
     std::vector<std::string> requestsSince(std::size_t from, std::size_t count);
 
@@ -64,7 +55,6 @@ private:
     std::unique_ptr<PomvarViewModel> m_vm;
     std::unique_ptr<MenuBarScene> m_scene;
     int m_terminateCalls = 0;
-    std::size_t m_armedAt = 0;
     bool m_dismissed = false;
     bool m_requestBeforeDismiss = false;
 };

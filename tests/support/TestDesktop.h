@@ -1,18 +1,16 @@
 #pragma once
 
+#include <QColor>
 #include <QProcessEnvironment>
-#include <QString>
 #include <QTemporaryDir>
 
-namespace pomvar::srvtest {
+namespace pomvar::test {
 
 // A throw-away desktop: HOME, the XDG folders and a "system" data folder standing in for
 // /usr/share, all inside one temporary folder, so that nothing touches the real user's files.
 class TestDesktop
 {
 public:
-    TestDesktop();
-
     bool isValid() const { return m_root.isValid(); }
     QString root() const { return m_root.path(); }
     QString home() const { return root() + QStringLiteral("/home"); }
@@ -23,20 +21,22 @@ public:
     QString storePath() const { return configHome() + QStringLiteral("/pomvar/pomvarsrv.json"); }
     QString iconCache() const { return cacheHome() + QStringLiteral("/pomvar/icons"); }
 
-    // Writes a file (folders created); `path` is absolute.
+    // Writes a file, its folders created; `path` is absolute.
     static bool write(const QString& path, const QByteArray& content, bool executable = false);
+    // The whole file; empty when it cannot be read.
+    static QByteArray read(const QString& path);
     // Writes "[Desktop Entry]" plus `lines` as <dataDir>/applications/<relative>.
     static bool writeEntry(const QString& dataDir,
                            const QString& relative,
                            const QByteArray& lines);
     // A PNG of the given size filled with one colour.
-    static bool writePng(const QString& path, int width, int height);
+    static bool writePng(const QString& path, int w, int h, QColor colour = QColor(40, 120, 200));
 
-    // The environment of a server living in this desktop.
+    // The environment of a server living in this desktop; <root>/fake-bin comes first on PATH.
     QProcessEnvironment environment(quint16 port) const;
 
 private:
     QTemporaryDir m_root;
 };
 
-} // namespace pomvar::srvtest
+} // namespace pomvar::test

@@ -23,16 +23,21 @@ public:
         bool pinned = false;
     };
 
-    void addApp(App app);
+    void addApp(const App& app);
     // `count` apps named "App 0001"…, all with the same icon files.
     void addApps(int count, const std::string& icon, const std::string& icon2x);
     void pin(const std::string& key);
     void addCategory(const std::string& name, const std::vector<std::string>& keys);
-    void addRecent(const std::string& key);
+    void addRecent(const std::string& key) { m_recent.push_back(key); }
+    // Reported once in My Apps' list of renamed categories.
+    void rename(const std::string& from, const std::string& to)
+    {
+        m_renamed.push_back({ { "old", from }, { "new", to } });
+    }
 
-    nlohmann::json allApps() const;
+    nlohmann::json allApps() const { return m_all; }
     nlohmann::json myApps() const;
-    nlohmann::json recentApps() const;
+    nlohmann::json recentApps() const { return apps(m_recent, true); }
     // Replies to the three menu-data requests.
     void install(FakeRuntimeServer& server) const;
     // The default preferences with some fields changed.
@@ -41,17 +46,29 @@ public:
                                 bool oneExpAppCat,
                                 bool saveExpAppCats = true,
                                 bool animationFx = false);
+    // A modified-flags reply with only the named flags ("pinnedAppsModified", …) set.
+    template <typename... Flags>
+    static nlohmann::json modified(const Flags&... flag)
+    {
+        nlohmann::json flags = { { "appFolderModified", false },
+                                 { "recentAppsModified", false },
+                                 { "appcatsModified", false },
+                                 { "pinnedAppsModified", false } };
+        ((flags.at(flag) = true), ...);
+        return flags;
+    }
     // A modified-flags reply that makes the next opening refetch every menu.
-    static nlohmann::json everythingModified();
+    static nlohmann::json everythingModified() { return modified("appFolderModified"); }
 
 private:
-    const App& app(const std::string& key) const;
-    nlohmann::json appObject(const App& app, bool withPinned) const;
+    nlohmann::json apps(const std::vector<std::string>& keys, bool withPinned) const;
 
-    std::vector<App> m_apps;
+    nlohmann::json m_all = nlohmann::json::array();
     std::vector<std::string> m_pinned;
-    std::vector<std::pair<std::string, std::vector<std::string>>> m_categories;
+    nlohmann::json m_categories = nlohmann::json::array();
+    nlohmann::json m_members = nlohmann::json::object();
     std::vector<std::string> m_recent;
+    nlohmann::json m_renamed = nlohmann::json::array();
 };
 
 } // namespace pomvar::test

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QProcess>
+
+namespace pomvar::test {
+
+class TestDesktop;
+
+// The real pomvarsrv as a child process on a free port of its own (never the fixed runtime port,
+// which other tests on this machine use), its standard error kept in a file.
+class ServerProcess
+{
+public:
+    explicit ServerProcess(const TestDesktop& desktop);
+    ~ServerProcess() { kill(); }
+
+    // Starts the server and waits until it listens and has loaded the catalogue.
+    bool start(const QStringList& arguments = {});
+    // Runs it on a given port to its end (for servers that must not start): the exit code.
+    int runToExit(quint16 port, const QStringList& arguments = {});
+    quint16 port() const { return m_port; }
+    bool isRunning() const { return m_process.state() == QProcess::Running; }
+    QString log() const;
+    // Sends "quit" and waits: the exit code, or -1 when it did not end normally.
+    int quit();
+    void kill();
+
+    static quint16 freePort();
+
+private:
+    void launch(quint16 port, const QStringList& arguments);
+    int exitCode();
+
+    const TestDesktop& m_desktop;
+    QProcess m_process;
+    QString m_logPath;
+    quint16 m_port = 0;
+};
+
+} // namespace pomvar::test

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <QTcpSocket>
+
+#include <optional>
+#include <string>
+
+// Compares JSON values, showing the actual one on failure.
+#define JCOMPARE(actual, expected)                                                                 \
+    QVERIFY2((actual) == (expected), nlohmann::json(actual).dump().c_str())
+
+namespace pomvar::test {
+
+// A blocking client of the runtime protocol (2-byte-prefixed requests, 4-byte-prefixed replies)
+// that needs no event loop. Every wait is bounded, so a broken server fails a test, never hangs it.
+class SrvClient
+{
+public:
+    bool connectTo(quint16 port, const QString& address = QStringLiteral("127.0.0.1"));
+    void close() { m_socket.abort(); }
+    // Frames and sends one request body.
+    bool send(std::string_view body);
+    bool sendRaw(std::string_view bytes);
+    // The next reply body; nothing when the connection closed or nothing came in time.
+    std::optional<std::string> readReply();
+    std::optional<std::string> request(std::string_view body)
+    {
+        return send(body) ? readReply() : std::nullopt;
+    }
+    // The reply parsed; null when there was none or it is not JSON.
+    nlohmann::json json(std::string_view body);
+
+private:
+    bool readExactly(char* into, qint64 size);
+
+    QTcpSocket m_socket;
+};
+
+} // namespace pomvar::test

@@ -12,16 +12,6 @@ namespace {
 
 constexpr const char* kVersion = POMVAR_VERSION;
 
-std::string showCmdUsage(const FlagParser& flags, bool bold)
-{
-    const FlagParser::Style usageStyle = [bold](std::string_view word) {
-        return bold ? concat("\x1b[1m", word, "\x1b[0m") : std::string(word);
-    };
-    const FlagParser::Style plain = [](std::string_view word) { return std::string(word); };
-    return flags.usageDescription("usage:", "[options]", usageStyle, "options:", plain, "  ") +
-           "\n";
-}
-
 } // namespace
 
 CmdLine readCmdLine(const std::vector<std::string>& arguments, bool bold)
@@ -35,14 +25,13 @@ CmdLine readCmdLine(const std::vector<std::string>& arguments, bool bold)
     const auto& version =
         flags.define(std::nullopt, "version", "show version information and exit");
 
-    // A bad flag is not reported: what came before it counts, what follows is not looked at.
-    (void)flags.parsingFailure();
+    flags.parse();
 
     CmdLine cmdLine;
     if (help.wasSet) {
         cmdLine.action = CmdLine::Action::help;
         cmdLine.text = "Pomvar for Mac: the customizable app launcher for macOS\n\n" +
-                       showCmdUsage(flags, bold);
+                       flags.usage(bold) + "\n";
     } else if (version.wasSet) {
         cmdLine.action = CmdLine::Action::version;
         cmdLine.text = concat("Pomvar for Mac version ", kVersion, "\n");

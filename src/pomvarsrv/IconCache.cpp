@@ -11,6 +11,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QSaveFile>
+#include <QStandardPaths>
 
 namespace pomvar::srv {
 
@@ -70,10 +71,8 @@ IconCache::IconCache(QString dir)
 
 QString IconCache::defaultDir()
 {
-    QString cache = qEnvironmentVariable("XDG_CACHE_HOME");
-    if (cache.isEmpty() || !QDir::isAbsolutePath(cache))
-        cache = QDir::homePath() + QStringLiteral("/.cache");
-    return cache + QStringLiteral("/pomvar/icons");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+           QStringLiteral("/pomvar/icons");
 }
 
 IconCache::Files IconCache::namesFor(const QString& source) const

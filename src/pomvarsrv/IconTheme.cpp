@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QMap>
+#include <QStandardPaths>
 
 #include <climits>
 
@@ -18,25 +19,23 @@ namespace {
 
 using Groups = QMap<QString, QHash<QString, QString>>;
 
-// A desktop-style ini file: "[Group]" headers and "key=value" lines.
+// Reads a key file (index.theme, kdeglobals) with GLib's parser; an unreadable file gives no
+// groups.
 Groups readIni(const QString& path)
 {
     Groups groups;
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text))
+    g_autoptr(GKeyFile) file = g_key_file_new();
+    if (!g_key_file_load_from_file(
+            file, QFile::encodeName(path).constData(), G_KEY_FILE_NONE, nullptr))
         return groups;
-    QString group;
-    while (!file.atEnd()) {
-        const QString line = QString::fromUtf8(file.readLine()).trimmed();
-        if (line.isEmpty() || line.startsWith(u'#'))
-            continue;
-        if (line.startsWith(u'[') && line.endsWith(u']')) {
-            group = line.mid(1, line.size() - 2);
-            continue;
+    g_auto(GStrv) names = g_key_file_get_groups(file, nullptr);
+    for (gchar** group = names; *group; ++group) {
+        g_auto(GStrv) keys = g_key_file_get_keys(file, *group, nullptr, nullptr);
+        for (gchar** key = keys; key && *key; ++key) {
+            g_autofree gchar* value = g_key_file_get_value(file, *group, *key, nullptr);
+            groups[QString::fromUtf8(*group)].insert(QString::fromUtf8(*key),
+                                                     QString::fromUtf8(value));
         }
-        const auto equals = line.indexOf(u'=');
-        if (equals > 0)
-            groups[group].insert(line.left(equals).trimmed(), line.mid(equals + 1).trimmed());
     }
     return groups;
 }
@@ -79,10 +78,8 @@ QString gnomeIconTheme()
 
 QString kdeIconTheme()
 {
-    QString config = qEnvironmentVariable("XDG_CONFIG_HOME");
-    if (config.isEmpty())
-        config = QDir::homePath() + QStringLiteral("/.config");
-    const QString path = config + QStringLiteral("/kdeglobals");
+    const QString path =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/kdeglobals";
     if (!QFileInfo::exists(path))
         return {};
     return readIni(path).value(QStringLiteral("Icons")).value(QStringLiteral("Theme"));
@@ -124,15 +121,11 @@ IconTheme::IconTheme(const QString& userTheme,
 
 QStringList IconTheme::defaultIconDirs()
 {
-    QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
-    if (dataHome.isEmpty())
-        dataHome = QDir::homePath() + QStringLiteral("/.local/share");
-    QStringList dirs = { dataHome + QStringLiteral("/icons"), QDir::homePath() + "/.icons" };
-    QString dataDirs = qEnvironmentVariable("XDG_DATA_DIRS");
-    if (dataDirs.isEmpty())
-        dataDirs = QStringLiteral("/usr/local/share:/usr/share");
-    for (const auto& dir : dataDirs.split(u':', Qt::SkipEmptyParts))
-        dirs.append(dir + QStringLiteral("/icons"));
+    // The user's data folder first, then the legacy ~/.icons, then the system's data folders.
+    QStringList dirs = QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
+    for (QString& dir : dirs)
+        dir += QStringLiteral("/icons");
+    dirs.insert(1, QDir::homePath() + QStringLiteral("/.icons"));
     dirs.removeDuplicates();
     return dirs;
 }

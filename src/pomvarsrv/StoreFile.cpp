@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStandardPaths>
 
 namespace pomvar::srv {
 
@@ -22,10 +23,8 @@ StoreFile::StoreFile(QString path)
 
 QString StoreFile::defaultPath()
 {
-    QString config = qEnvironmentVariable("XDG_CONFIG_HOME");
-    if (config.isEmpty() || !QDir::isAbsolutePath(config))
-        config = QDir::homePath() + QStringLiteral("/.config");
-    return config + QStringLiteral("/pomvar/pomvarsrv.json");
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/pomvar/pomvarsrv.json");
 }
 
 Store StoreFile::load()

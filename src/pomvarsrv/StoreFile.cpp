@@ -71,13 +71,17 @@ bool StoreFile::save(const Store& store)
 {
     if (m_keepOff)
         return false;
-    const QFileInfo info(m_path);
-    if (!QDir().mkpath(info.absolutePath())) {
-        qCWarning(lcServer) << "cannot create" << info.absolutePath();
-        return false;
+    // The folder is made private when it is created, not at every save: a change of its mode
+    // makes GIO report the installed apps as changed, and the catalogue would be read again.
+    const QString folder = QFileInfo(m_path).absolutePath();
+    if (!QFileInfo::exists(folder)) {
+        if (!QDir().mkpath(folder)) {
+            qCWarning(lcServer) << "cannot create" << folder;
+            return false;
+        }
+        QFile::setPermissions(
+            folder, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     }
-    QFile::setPermissions(info.absolutePath(),
-                          QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
     // A store whose file could not be read is never replaced by this one's defaults: load()
     // has moved it aside before anything was saved.
     QSaveFile file(m_path);

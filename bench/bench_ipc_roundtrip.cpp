@@ -2,9 +2,9 @@
 // beside a bare blocking-socket ping-pong with the same server, and the time to receive and
 // parse an 8 MiB reply.
 #include "FakeRuntimeServer.h"
-#include "ipc/RequestText.h"
 #include "ipc/RuntimeLink.h"
 #include "wire/Frame.h"
+#include "wire/Protocol.h"
 
 #include <algorithm>
 #include <arpa/inet.h>

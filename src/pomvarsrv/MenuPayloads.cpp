@@ -1,6 +1,7 @@
 #include "MenuPayloads.h"
 
 #include "JsonText.h"
+#include "wire/Protocol.h"
 
 #include <unordered_set>
 #include <utility>
@@ -25,11 +26,11 @@ private:
 void appendApp(std::string& out, const AppEntry& app, const bool* pinned)
 {
     static const std::pair<const char*, std::string AppEntry::*> kFields[] = {
-        { "appkey", &AppEntry::key },
-        { "name", &AppEntry::name },
-        { "bundleid", &AppEntry::bundleId },
-        { "iconpath", &AppEntry::iconPath },
-        { "iconpath2x", &AppEntry::iconPath2x },
+        { field::appkey, &AppEntry::key },
+        { field::name, &AppEntry::name },
+        { field::bundleid, &AppEntry::bundleId },
+        { field::iconpath, &AppEntry::iconPath },
+        { field::iconpath2x, &AppEntry::iconPath2x },
     };
     out += '{';
     for (const auto& [key, field] : kFields) {
@@ -40,7 +41,7 @@ void appendApp(std::string& out, const AppEntry& app, const bool* pinned)
     }
     if (pinned) {
         out += ',';
-        JsonText::appendKey(out, "pinned");
+        JsonText::appendKey(out, field::pinned);
         out += *pinned ? "true" : "false";
     }
     out += '}';
@@ -100,10 +101,10 @@ std::string MenuPayloads::myApps(const InstalledApps& apps,
 {
     const PinSet pins(store);
     std::string out = "{";
-    JsonText::appendKey(out, "pinnedapps");
+    JsonText::appendKey(out, field::pinnedapps);
     appendInstalled(out, apps, store.pins(), nullptr);
     out += ',';
-    JsonText::appendKey(out, "appcats");
+    JsonText::appendKey(out, field::appcats);
     out += '[';
     for (std::size_t i = 0; i < store.categories().size(); ++i) {
         if (i > 0)
@@ -111,7 +112,7 @@ std::string MenuPayloads::myApps(const InstalledApps& apps,
         JsonText::appendString(out, store.categories()[i].name);
     }
     out += "],";
-    JsonText::appendKey(out, "appcatapps");
+    JsonText::appendKey(out, field::appcatapps);
     out += '{';
     for (std::size_t i = 0; i < store.categories().size(); ++i) {
         const AppCategory& category = store.categories()[i];
@@ -121,16 +122,16 @@ std::string MenuPayloads::myApps(const InstalledApps& apps,
         appendInstalled(out, apps, category.apps, &pins);
     }
     out += "},";
-    JsonText::appendKey(out, "renamedAppcats");
+    JsonText::appendKey(out, field::renamedAppcats);
     out += '[';
     for (std::size_t i = 0; i < renames.size(); ++i) {
         if (i > 0)
             out += ',';
         out += '{';
-        JsonText::appendKey(out, "old");
+        JsonText::appendKey(out, field::renamedOld);
         JsonText::appendString(out, renames[i].first);
         out += ',';
-        JsonText::appendKey(out, "new");
+        JsonText::appendKey(out, field::renamedNew);
         JsonText::appendString(out, renames[i].second);
         out += '}';
     }

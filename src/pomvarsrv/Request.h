@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace pomvar::srv {
 
@@ -18,11 +17,6 @@ struct Request
     std::optional<std::string> itemkey = std::nullopt;
 
     bool operator==(const Request&) const = default;
-
-    // Whether the front end reads a reply to this id. Only these ids are ever answered.
-    static bool expectsReply(std::string_view id);
-    // Whether the id is one the front end sends at all.
-    static bool isKnown(std::string_view id);
 };
 
 } // namespace pomvar::srv

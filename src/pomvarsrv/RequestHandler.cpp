@@ -2,6 +2,7 @@
 
 #include "ServerLog.h"
 #include "ServerModel.h"
+#include "wire/Protocol.h"
 
 #include <nlohmann/json.hpp>
 
@@ -25,9 +26,9 @@ RequestHandler::RequestHandler(ServerModel& model, QObject* parent)
 
 std::optional<std::string> RequestHandler::handle(const Request& request)
 {
-    if (Request::expectsReply(request.id))
+    if (request::expectsReply(request.id))
         return reply(request);
-    if (Request::isKnown(request.id))
+    if (request::isKnown(request.id))
         act(request);
     else
         qCWarning(lcServer) << "ignoring a request with the unknown id"
@@ -38,9 +39,9 @@ std::optional<std::string> RequestHandler::handle(const Request& request)
 std::string RequestHandler::reply(const Request& request)
 {
     const std::string& id = request.id;
-    if (id == "get-app-status")
+    if (id == request::getAppStatus)
         return Json{ { "ready", m_model.isReady() }, { "updateFinished", false } }.dump();
-    if (id == "get-user-prefs") {
+    if (id == request::getUserPrefs) {
         const auto& prefs = m_model.store().prefs();
         return Json{
             { "MenuDensity", prefs.menuDensity },
@@ -50,7 +51,7 @@ std::string RequestHandler::reply(const Request& request)
             { "OneExpAppCat", prefs.oneExpAppCat }
         }.dump();
     }
-    if (id == "get-menu-data-modified-status") {
+    if (id == request::getMenuDataModifiedStatus) {
         const ModifiedFlags flags = m_model.takeFlags();
         return Json{
             { "appFolderModified", flags.appFolder },
@@ -59,13 +60,13 @@ std::string RequestHandler::reply(const Request& request)
             { "pinnedAppsModified", flags.pinnedApps }
         }.dump();
     }
-    if (id == "get-allapps-menu-data")
+    if (id == request::getAllAppsMenuData)
         return m_model.allAppsPayload();
-    if (id == "get-myapps-menu-data")
+    if (id == request::getMyAppsMenuData)
         return m_model.takeMyAppsPayload();
-    if (id == "get-recentapps-menu-data")
+    if (id == request::getRecentAppsMenuData)
         return m_model.recentAppsPayload();
-    if (id == "toggle-set-appcat") {
+    if (id == request::toggleSetAppcatId) {
         std::optional<bool> isSet;
         if (request.appkey && request.appcat)
             isSet = m_model.toggleMember(*request.appkey, *request.appcat);
@@ -73,44 +74,44 @@ std::string RequestHandler::reply(const Request& request)
             qCWarning(lcServer) << "toggle-set-appcat: no installed app" << text(request.appkey)
                                 << "or no category" << text(request.appcat);
         }
-        return Json{ { "isset", isSet.value_or(false) } }.dump();
+        return Json{ { field::isset, isSet.value_or(false) } }.dump();
     }
-    if (id == "check-update-available")
-        return Json{ { "isUpdateAvailable", false } }.dump();
+    if (id == request::checkUpdateAvailable)
+        return Json{ { field::isUpdateAvailable, false } }.dump();
     // get-app-update-status: updates are not handled yet.
-    return Json{ { "status", "noUpdate" } }.dump();
+    return Json{ { field::status, "noUpdate" } }.dump();
 }
 
 void RequestHandler::act(const Request& request)
 {
     const std::string& id = request.id;
-    if (id == "quit") {
+    if (id == request::quit) {
         qCInfo(lcServer) << "quit requested";
         Q_EMIT quitRequested();
         return;
     }
-    if (id == "check-updates")
+    if (id == request::checkUpdates)
         return;
-    const bool needsAppkey =
-        id == "launch" || id == "toggle-pin-app" || id == "create-new-appcat-cxtmnu";
+    const bool needsAppkey = id == request::launchId || id == request::togglePinAppId ||
+                             id == request::createNewAppcatCxtmnuId;
     if (needsAppkey && (!request.appkey || !m_model.apps().contains(*request.appkey))) {
         qCWarning(lcServer).noquote()
             << id.c_str() << "ignored: no installed app" << text(request.appkey);
         return;
     }
-    if (id == "launch") {
+    if (id == request::launchId) {
         Q_EMIT launchRequested(QString::fromStdString(*request.appkey));
-    } else if (id == "toggle-pin-app") {
+    } else if (id == request::togglePinAppId) {
         m_model.togglePin(*request.appkey);
-    } else if (id == "create-new-appcat-cxtmnu") {
+    } else if (id == request::createNewAppcatCxtmnuId) {
         Q_EMIT newCategoryRequested(QString::fromStdString(*request.appkey));
-    } else if (id == "organizer") {
+    } else if (id == request::organizerId) {
         qCInfo(lcServer).noquote() << "organizer requested, pane" << request.pane.value_or(-1)
                                    << "item" << text(request.itemkey) << "(no organizer yet)";
-    } else if (id == "get-info-app") {
+    } else if (id == request::getInfoAppId) {
         qCInfo(lcServer).noquote()
             << "get-info-app requested for" << text(request.appkey) << "(no info dialog yet)";
-    } else if (id == "get-info-appcat") {
+    } else if (id == request::getInfoAppcatId) {
         qCInfo(lcServer).noquote()
             << "get-info-appcat requested for" << text(request.appcat) << "(no info dialog yet)";
     } else {

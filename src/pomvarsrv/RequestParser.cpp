@@ -1,5 +1,7 @@
 #include "RequestParser.h"
 
+#include "wire/Protocol.h"
+
 #include <nlohmann/json.hpp>
 
 #include <charconv>
@@ -113,7 +115,7 @@ std::optional<Request> RequestParser::parseLayout(std::string_view body)
     if (quote == std::string_view::npos)
         return std::nullopt;
     const std::string_view id = rest.substr(0, quote);
-    if (!Request::isKnown(id))
+    if (!request::isKnown(id))
         return std::nullopt;
     rest.remove_prefix(quote + 1);
 
@@ -160,7 +162,7 @@ std::optional<Request> RequestParser::recoverId(std::string_view body)
     if (!takePrefix(rest, kHead))
         return std::nullopt;
     const auto quote = rest.find('"');
-    if (quote == std::string_view::npos || !Request::isKnown(rest.substr(0, quote)))
+    if (quote == std::string_view::npos || !request::isKnown(rest.substr(0, quote)))
         return std::nullopt;
     return Request{ .id = std::string(rest.substr(0, quote)) };
 }

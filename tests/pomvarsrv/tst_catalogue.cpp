@@ -5,7 +5,7 @@
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
-#include "ipc/RequestText.h"
+#include "wire/Protocol.h"
 
 #include <QDateTime>
 #include <QFileInfo>

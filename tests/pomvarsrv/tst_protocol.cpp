@@ -5,8 +5,8 @@
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
-#include "ipc/RequestText.h"
 #include "wire/Frame.h"
+#include "wire/Protocol.h"
 
 #include <QDir>
 #include <QTest>

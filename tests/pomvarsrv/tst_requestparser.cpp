@@ -3,7 +3,7 @@
 // JSON and damaged bodies.
 #include "RequestParser.h"
 #include "SrvClient.h"
-#include "ipc/RequestText.h"
+#include "wire/Protocol.h"
 
 #include <QTest>
 

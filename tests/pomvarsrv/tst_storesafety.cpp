@@ -5,7 +5,7 @@
 #include "SrvClient.h"
 #include "Store.h"
 #include "TestDesktop.h"
-#include "ipc/RequestText.h"
+#include "wire/Protocol.h"
 
 #include <nlohmann/json.hpp>
 

@@ -4,6 +4,7 @@
 #include "RequestParser.h"
 #include "wire/Frame.h"
 #include "wire/FrameDecoder.h"
+#include "wire/Protocol.h"
 
 #include <QDeadlineTimer>
 #include <QMetaObject>
@@ -176,7 +177,7 @@ FakeRuntimeServer::Reply FakeRuntimeServer::takeReply(const std::string& id, boo
         return reply;
     }
     const auto fallback = m_defaults.find(id);
-    found = srv::Request::expectsReply(id) && fallback != m_defaults.end();
+    found = request::expectsReply(id) && fallback != m_defaults.end();
     return found ? fallback->second : Reply::noReply();
 }
 

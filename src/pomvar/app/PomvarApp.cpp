@@ -6,8 +6,8 @@
 #include "app/PidFile.h"
 #include "app/SignalSafe.h"
 #include "ipc/Output.h"
-#include "ipc/RequestText.h"
 #include "model/PomvarViewModel.h"
+#include "wire/Protocol.h"
 
 #include <QCoreApplication>
 #include <QThread>

@@ -2,9 +2,9 @@
 
 #include "ipc/JsonParser.h"
 #include "ipc/Output.h"
-#include "ipc/RequestText.h"
 #include "ipc/RuntimeConnection.h"
 #include "wire/Frame.h"
+#include "wire/Protocol.h"
 #include "wire/Utf8.h"
 
 #include <semaphore>

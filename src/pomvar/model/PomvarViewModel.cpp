@@ -1,11 +1,11 @@
 #include "model/PomvarViewModel.h"
 
 #include "ipc/Output.h"
-#include "ipc/RequestText.h"
 #include "model/AppCatExpansion.h"
 #include "model/AppNotifier.h"
 #include "model/LenientJson.h"
 #include "model/MenuPayloadReader.h"
+#include "wire/Protocol.h"
 
 #include <QCoreApplication>
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "ipc/OrganizerDlgMode.h"
 #include "ipc/PomvarRT.h"
 #include "ipc/RuntimeLink.h"
 #include "model/MenuList.h"
 #include "model/UserDefaults.h"
+#include "wire/Protocol.h"
 
 #include <QObject>
 #include <QPointer>

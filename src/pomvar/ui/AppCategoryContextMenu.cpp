@@ -1,7 +1,7 @@
 #include "ui/AppCategoryContextMenu.h"
 
-#include "ipc/RequestText.h"
 #include "model/PomvarViewModel.h"
+#include "wire/Protocol.h"
 
 namespace pomvar {
 

@@ -1,9 +1,9 @@
 #include "ui/AppContextMenu.h"
 
-#include "ipc/RequestText.h"
 #include "model/PomvarViewModel.h"
 #include "model/UserDefaults.h"
 #include "ui/Assets.h"
+#include "wire/Protocol.h"
 
 namespace pomvar {
 

@@ -1,10 +1,10 @@
 #include "ui/ControlMenu.h"
 
-#include "ipc/RequestText.h"
 #include "model/PomvarViewModel.h"
 #include "ui/Assets.h"
 #include "ui/CheckForUpdatesMenuItem.h"
 #include "ui/ControlMenuButtonStyle.h"
+#include "wire/Protocol.h"
 
 #include <QMenu>
 #include <QPainter>

@@ -1,7 +1,6 @@
 #include "ui/PomvarView.h"
 
 #include "ipc/Output.h"
-#include "ipc/RequestText.h"
 #include "model/PomvarViewModel.h"
 #include "model/UserDefaults.h"
 #include "ui/AppCategoryContextMenu.h"
@@ -14,6 +13,7 @@
 #include "ui/MenuSelectorButton.h"
 #include "ui/PanelColors.h"
 #include "ui/PomvarTitle.h"
+#include "wire/Protocol.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

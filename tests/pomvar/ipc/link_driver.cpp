@@ -3,9 +3,9 @@
 //   link_driver <port> app-status | user-prefs | menu-status | await <id> | oversize | send <id>
 //                      | build | toggle <appkey> <category> | poll
 #include "ipc/Output.h"
-#include "ipc/RequestText.h"
 #include "ipc/RuntimeLink.h"
 #include "model/PomvarViewModel.h"
+#include "wire/Protocol.h"
 
 #include <QCoreApplication>
 #include <QThread>

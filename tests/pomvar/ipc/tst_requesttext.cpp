@@ -1,6 +1,6 @@
 // Every request text byte for byte: values are pasted unescaped, toggle-set-appcat keeps its
 // odd ending, and the organizer sends null for an empty key.
-#include "ipc/RequestText.h"
+#include "wire/Protocol.h"
 
 #include <QTest>
 

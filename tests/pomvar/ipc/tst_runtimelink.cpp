@@ -2,9 +2,9 @@
 // replies whole whatever their chunking and size, replies matched by order alone, the typed
 // records, and a connection the server closes.
 #include "FakeRuntimeServer.h"
-#include "ipc/RequestText.h"
 #include "ipc/RuntimeConnection.h"
 #include "ipc/RuntimeLink.h"
+#include "wire/Protocol.h"
 
 #include <QTest>
 

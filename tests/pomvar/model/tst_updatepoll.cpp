@@ -1,6 +1,6 @@
 #include "FakeRuntimeServer.h"
-#include "ipc/RequestText.h"
 #include "model/PomvarViewModel.h"
+#include "wire/Protocol.h"
 
 #include <QSignalSpy>
 #include <QTest>

@@ -2,7 +2,6 @@
 // their request, the ones that keep it open and refresh, the selector, the categories' expansion.
 #include "PanelFixture.h"
 
-#include "ipc/RequestText.h"
 #include "ui/AppContextMenu.h"
 #include "ui/CheckedButtonStyle.h"
 #include "ui/ControlMenu.h"
@@ -10,6 +9,7 @@
 #include "ui/MenuPage.h"
 #include "ui/MenuSelectorButton.h"
 #include "ui/PanelPlacement.h"
+#include "wire/Protocol.h"
 
 #include <QLabel>
 #include <QScrollBar>

@@ -1,6 +1,19 @@
-#include "ipc/RequestText.h"
+#include "wire/Protocol.h"
+
+#include <algorithm>
 
 namespace pomvar::request {
+
+bool expectsReply(std::string_view id)
+{
+    return std::find(awaited.begin(), awaited.end(), id) != awaited.end();
+}
+
+bool isKnown(std::string_view id)
+{
+    return expectsReply(id) ||
+           std::find(fireAndForget.begin(), fireAndForget.end(), id) != fireAndForget.end();
+}
 
 namespace {
 
@@ -22,22 +35,22 @@ std::string plain(std::string_view id)
 
 std::string launch(std::string_view appKey)
 {
-    return withAppKey("launch", appKey);
+    return withAppKey(launchId, appKey);
 }
 
 std::string getInfoApp(std::string_view appKey)
 {
-    return withAppKey("get-info-app", appKey);
+    return withAppKey(getInfoAppId, appKey);
 }
 
 std::string togglePinApp(std::string_view appKey)
 {
-    return withAppKey("toggle-pin-app", appKey);
+    return withAppKey(togglePinAppId, appKey);
 }
 
 std::string createNewAppcatCxtmnu(std::string_view appKey)
 {
-    return withAppKey("create-new-appcat-cxtmnu", appKey);
+    return withAppKey(createNewAppcatCxtmnuId, appKey);
 }
 
 std::string getInfoAppcat(std::string_view appCategory)

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <array>
+#include <string>
+#include <string_view>
+
+// The runtime protocol's vocabulary, shared by the front end, the runtime server and the tests:
+// the request ids and the exact request texts, and the field names of replies and payloads.
+namespace pomvar {
+
+// The organizer pane a request opens; sent as its integer value.
+enum class OrganizerDlgMode
+{
+    organize = 0,
+    organizeApp = 1,
+    settings = 2,
+};
+
+namespace request {
+
+inline constexpr std::string_view getAppStatus = "get-app-status";
+inline constexpr std::string_view getUserPrefs = "get-user-prefs";
+inline constexpr std::string_view getMenuDataModifiedStatus = "get-menu-data-modified-status";
+inline constexpr std::string_view getMyAppsMenuData = "get-myapps-menu-data";
+inline constexpr std::string_view getRecentAppsMenuData = "get-recentapps-menu-data";
+inline constexpr std::string_view getAllAppsMenuData = "get-allapps-menu-data";
+inline constexpr std::string_view toggleSetAppcatId = "toggle-set-appcat";
+inline constexpr std::string_view checkUpdateAvailable = "check-update-available";
+inline constexpr std::string_view getAppUpdateStatus = "get-app-update-status";
+inline constexpr std::string_view checkUpdates = "check-updates";
+inline constexpr std::string_view organizerId = "organizer";
+inline constexpr std::string_view launchId = "launch";
+inline constexpr std::string_view getInfoAppId = "get-info-app";
+inline constexpr std::string_view togglePinAppId = "toggle-pin-app";
+inline constexpr std::string_view createNewAppcatCxtmnuId = "create-new-appcat-cxtmnu";
+inline constexpr std::string_view getInfoAppcatId = "get-info-appcat";
+inline constexpr std::string_view appSearch = "app-search";
+inline constexpr std::string_view about = "about";
+inline constexpr std::string_view quit = "quit";
+
+// The requests whose reply the front end reads; the server answers these and nothing else.
+inline constexpr std::array<std::string_view, 9> awaited = {
+    getAppStatus,      getUserPrefs,          getMenuDataModifiedStatus,
+    getMyAppsMenuData, getRecentAppsMenuData, getAllAppsMenuData,
+    toggleSetAppcatId, checkUpdateAvailable,  getAppUpdateStatus,
+};
+// The requests sent without waiting for anything back.
+inline constexpr std::array<std::string_view, 10> fireAndForget = {
+    checkUpdates,    organizerId, launchId, getInfoAppId, togglePinAppId, createNewAppcatCxtmnuId,
+    getInfoAppcatId, appSearch,   about,    quit,
+};
+
+bool expectsReply(std::string_view id);
+bool isKnown(std::string_view id);
+
+// The request texts, byte for byte. Values are pasted in as given, without any escaping: the
+// server is written against these exact texts.
+// "{\n    \"id\": \"<id>\"\n}" for requests without further fields.
+std::string plain(std::string_view id);
+std::string launch(std::string_view appKey);
+std::string getInfoApp(std::string_view appKey);
+std::string togglePinApp(std::string_view appKey);
+std::string createNewAppcatCxtmnu(std::string_view appKey);
+std::string getInfoAppcat(std::string_view appCategory);
+// Ends in the seven bytes 22 0A 20 7D 20 20 20, unlike every other request.
+std::string toggleSetAppcat(std::string_view appKey, std::string_view appCategory);
+// An empty item key is sent as the bare word null.
+std::string organizer(OrganizerDlgMode pane, std::string_view itemKey);
+
+} // namespace request
+
+// Field names of the replies and menu payloads.
+namespace field {
+inline constexpr const char* appkey = "appkey";
+inline constexpr const char* name = "name";
+inline constexpr const char* bundleid = "bundleid";
+inline constexpr const char* iconpath = "iconpath";
+inline constexpr const char* iconpath2x = "iconpath2x";
+inline constexpr const char* pinned = "pinned";
+inline constexpr const char* pinnedapps = "pinnedapps";
+inline constexpr const char* appcats = "appcats";
+inline constexpr const char* appcatapps = "appcatapps";
+inline constexpr const char* renamedAppcats = "renamedAppcats";
+inline constexpr const char* renamedOld = "old";
+inline constexpr const char* renamedNew = "new";
+inline constexpr const char* isset = "isset";
+inline constexpr const char* isUpdateAvailable = "isUpdateAvailable";
+inline constexpr const char* status = "status";
+} // namespace field
+
+} // namespace pomvar

@@ -12,6 +12,7 @@
 #include <sys/socket.h>
 #include <sys/uio.h>
 #include <unistd.h>
+#include <utility>
 
 namespace pomvar {
 
@@ -20,6 +21,8 @@ namespace {
 // Bytes read ahead of the pending receives before reading pauses.
 constexpr std::size_t kReadAhead = 1 << 20;
 constexpr std::size_t kReadChunk = 64 * 1024;
+// What simdjson may read past the end of a text (SIMDJSON_PADDING).
+constexpr std::size_t kParsePadding = 64;
 
 std::error_code lastError()
 {
@@ -90,6 +93,13 @@ void RuntimeConnection::receive(std::size_t length, ReceiveCompletion completion
     const bool answerable = bufferedLocked() >= length || m_inputEnded || m_readError;
     if (!isQueueThread() && (!m_pollingInput || answerable))
         wakeLocked();
+}
+
+void RuntimeConnection::recycle(std::string buffer)
+{
+    std::lock_guard lock(m_mutex);
+    if (buffer.capacity() > kReadChunk && buffer.capacity() > m_spareIn.capacity())
+        m_spareIn = std::move(buffer);
 }
 
 void RuntimeConnection::post(std::function<void()> task)
@@ -327,22 +337,37 @@ bool RuntimeConnection::wantsInputLocked() const
 void RuntimeConnection::readSome()
 {
     std::lock_guard lock(m_mutex);
-    if (m_inStart > 0 && (m_inStart == m_in.size() || m_inStart >= kReadChunk)) {
+    // A large pending receive is read to its exact end at the start of the buffer, so that its
+    // bytes can be moved out whole rather than copied.
+    const std::size_t wanted = m_receives.empty() ? 0 : m_receives.front().length;
+    const bool large = wanted > kReadChunk;
+    if (m_inStart > 0 && (m_inStart == m_inEnd || m_inStart >= kReadChunk || large)) {
         m_in.erase(0, m_inStart);
+        m_inEnd -= m_inStart;
         m_inStart = 0;
     }
-    // A large pending receive is read to its exact end, so that its bytes can be moved out.
-    const std::size_t wanted = m_receives.empty() ? 0 : m_receives.front().length;
     std::size_t room = kReadChunk;
-    if (wanted > kReadChunk && bufferedLocked() < wanted)
+    if (large && bufferedLocked() < wanted)
         room = wanted - bufferedLocked();
-    const std::size_t oldSize = m_in.size();
-    m_in.resize(oldSize + room);
+    // The room is made once, not on every read: zero-filling what is still to come of a large
+    // body at each partial read would cost more than the reads.
+    if (m_in.size() < m_inEnd + room) {
+        // Spare capacity past the end lets the JSON parser read the body in place.
+        const std::size_t capacity = m_inEnd + room + kParsePadding;
+        if (large && m_in.capacity() < capacity && m_spareIn.capacity() >= capacity) {
+            m_spareIn.assign(m_in, 0, m_inEnd);
+            m_in = std::exchange(m_spareIn, {});
+        } else if (large) {
+            m_in.reserve(capacity);
+        }
+        m_in.resize(m_inEnd + room);
+    }
     ssize_t result;
     do {
-        result = ::recv(m_fd, m_in.data() + oldSize, room, MSG_DONTWAIT);
+        result = ::recv(m_fd, m_in.data() + m_inEnd, room, MSG_DONTWAIT);
     } while (result < 0 && errno == EINTR);
-    m_in.resize(oldSize + (result > 0 ? static_cast<std::size_t>(result) : 0));
+    if (result > 0)
+        m_inEnd += static_cast<std::size_t>(result);
     if (result == 0) {
         m_inputEnded = true;
     } else if (result < 0 && errno != EAGAIN && errno != EWOULDBLOCK) {
@@ -363,9 +388,11 @@ void RuntimeConnection::deliverReceives()
                 return;
             const std::size_t length = m_receives.front().length;
             if (bufferedLocked() >= length) {
-                if (m_inStart == 0 && m_in.size() == length) {
+                if (m_inStart == 0 && m_inEnd == length) {
+                    m_in.resize(length);
                     data = std::move(m_in);
                     m_in.clear();
+                    m_inEnd = 0;
                 } else {
                     data = m_in.substr(m_inStart, length);
                     m_inStart += length;

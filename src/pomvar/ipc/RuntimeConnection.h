@@ -59,6 +59,9 @@ public:
     void receive(std::size_t length, ReceiveCompletion completion);
     // Runs `task` on the queue.
     void post(std::function<void()> task);
+    // Takes back the bytes of a large receive once read, to hold the next large one: memory
+    // already in use is much cheaper to fill than fresh memory. Any thread.
+    void recycle(std::string buffer);
 
     bool isQueueThread() const { return std::this_thread::get_id() == m_thread.get_id(); }
 
@@ -78,7 +81,7 @@ private:
     void failWritesLocked(std::error_code error);
     void readSome();
     void deliverReceives();
-    std::size_t bufferedLocked() const { return m_in.size() - m_inStart; }
+    std::size_t bufferedLocked() const { return m_inEnd - m_inStart; }
     bool wantsInputLocked() const;
 
     const std::string m_host;
@@ -108,8 +111,11 @@ private:
     std::string m_out;
     std::deque<std::pair<std::size_t, SendCompletion>> m_outCompletions; // end offset in m_out
     // Incoming bytes read ahead of the receives that will take them.
+    // Bytes [m_inStart, m_inEnd) of m_in are buffered; the rest is room for the next read.
     std::string m_in;
     std::size_t m_inStart = 0;
+    std::size_t m_inEnd = 0;
+    std::string m_spareIn; // a recycled buffer, the largest given back
     bool m_inputEnded = false;
     std::error_code m_readError;
     std::deque<PendingReceive> m_receives;

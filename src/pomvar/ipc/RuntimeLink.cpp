@@ -1,7 +1,8 @@
 #include "ipc/RuntimeLink.h"
 
-#include "ipc/JsonParser.h"
+#include "ipc/JsonDocument.h"
 #include "ipc/Output.h"
+#include "ipc/RecordReader.h"
 #include "ipc/RuntimeConnection.h"
 #include "wire/Frame.h"
 #include "wire/Protocol.h"
@@ -111,9 +112,10 @@ std::optional<std::string> RuntimeLink::sendMessageAndAwaitResponseData(std::str
                                 });
         });
     exchange->done.acquire();
-    trace("PomvarViewModel.sendMessageAndAwaitResponseData(): Response received: ",
-          wire::utf8Length(exchange->reply),
-          " bytes");
+    if constexpr (kTracing) // not even counted otherwise: a reply can run to megabytes
+        trace("PomvarViewModel.sendMessageAndAwaitResponseData(): Response received: ",
+              wire::utf8Length(exchange->reply),
+              " bytes");
     if (exchange->reply.empty()) {
         trace("No data received");
         return std::nullopt;
@@ -121,13 +123,14 @@ std::optional<std::string> RuntimeLink::sendMessageAndAwaitResponseData(std::str
     return std::move(exchange->reply);
 }
 
-std::optional<nlohmann::json> RuntimeLink::sendMessageAndAwaitResponse(std::string_view message)
+std::optional<JsonDocument> RuntimeLink::sendMessageAndAwaitResponse(std::string_view message)
 {
-    const auto data = sendMessageAndAwaitResponseData(message);
+    auto data = sendMessageAndAwaitResponseData(message);
     if (!data)
         return std::nullopt;
     std::string error;
-    auto value = JsonParser::parse(*data, &error);
+    auto value = JsonDocument::parse(*data, &error);
+    m_connection->recycle(std::move(*data));
     if (!value)
         trace(
             "⚠️ PomvarViewModel.sendMessageAndAwaitResponse(): Error decoding JSON response: ",
@@ -146,17 +149,17 @@ std::string RuntimeLink::awaitRecord(std::string_view operation, std::string_vie
 
 AppStatus RuntimeLink::getAppStatus()
 {
-    return AppStatus::decode(awaitRecord("getAppStatus", request::getAppStatus));
+    return readAppStatus(awaitRecord("getAppStatus", request::getAppStatus));
 }
 
 UserPrefs RuntimeLink::getUserPrefs()
 {
-    return UserPrefs::decode(awaitRecord("getUserPrefs", request::getUserPrefs));
+    return readUserPrefs(awaitRecord("getUserPrefs", request::getUserPrefs));
 }
 
 MenuDataStatus RuntimeLink::getMenuDataModifiedStatus()
 {
-    return MenuDataStatus::decode(
+    return readMenuDataStatus(
         awaitRecord("getMenuDataModifiedStatus", request::getMenuDataModifiedStatus));
 }
 

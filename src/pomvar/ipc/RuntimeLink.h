@@ -5,8 +5,6 @@
 #include "ipc/PomvarRT.h"
 #include "ipc/UserPrefs.h"
 
-#include <nlohmann/json.hpp>
-
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -15,6 +13,7 @@
 
 namespace pomvar {
 
+class JsonDocument;
 class RuntimeConnection;
 
 // The view model's one connection to the runtime server: framed requests out, framed replies
@@ -37,8 +36,8 @@ public:
     void sendMessage(std::string_view message);
     // Writes one request frame and blocks until one reply frame has been read.
     std::optional<std::string> sendMessageAndAwaitResponseData(std::string_view message);
-    // The reply parsed into a JSON value; nothing when absent or not JSON.
-    std::optional<nlohmann::json> sendMessageAndAwaitResponse(std::string_view message);
+    // The reply parsed (include ipc/JsonDocument.h to call it); nothing when absent or not JSON.
+    std::optional<JsonDocument> sendMessageAndAwaitResponse(std::string_view message);
 
     // Strictly decoded records; a missing or malformed reply stops the process.
     AppStatus getAppStatus();

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
-
 #include <cstdint>
-#include <string_view>
 
 namespace pomvar {
 
@@ -15,10 +12,6 @@ struct UserPrefs
     bool saveExpAppCats = true;
     bool saveLastMenu = true;
     bool oneExpAppCat = false;
-
-    // Strict: stops the process unless every key is present with its exact JSON type.
-    static UserPrefs decode(std::string_view json);
-    nlohmann::json toJson() const;
 
     friend bool operator==(const UserPrefs&, const UserPrefs&) = default;
 };

@@ -1,24 +1,23 @@
 #include "model/AppCatExpansion.h"
 
 #include "ipc/Output.h"
-#include "model/LenientJson.h"
 
 #include <algorithm>
 
 namespace pomvar {
 
 AppCatExpansion::ExpansionMap AppCatExpansion::reconcile(ExpansionMap saved,
-                                                         const nlohmann::json& renames,
+                                                         const std::vector<CategoryRename>& renames,
                                                          const std::vector<std::string>& categories,
                                                          const std::optional<UserPrefs>& prefs)
 {
     for (const auto& rename : renames) {
-        if (!rename.is_object() || !rename.contains("old") || !rename.contains("new"))
+        if (rename.malformed)
             fatalStop(concat("PomvarViewModel.buildAppMenu(): a renamed category needs \"old\" "
                              "and \"new\": ",
-                             rename.dump()));
-        const std::string oldName = lenient::text(rename, "old");
-        const std::string newName = lenient::text(rename, "new");
+                             *rename.malformed));
+        const std::string& oldName = rename.oldName;
+        const std::string& newName = rename.newName;
         // Set before removing: a rename to the same name drops the entry.
         if (const auto found = saved.find(oldName); found != saved.end())
             saved[newName] = found->second;

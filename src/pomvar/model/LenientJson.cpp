@@ -6,46 +6,36 @@
 
 namespace pomvar::lenient {
 
-namespace {
+using simdjson::dom::element_type;
 
-const nlohmann::json& member(const nlohmann::json& object, const char* key)
-{
-    static const nlohmann::json null;
-    if (!object.is_object())
-        return null;
-    const auto found = object.find(key);
-    return found == object.end() ? null : *found;
-}
-
-} // namespace
-
-std::string text(const nlohmann::json& value)
+std::string text(Value value)
 {
     switch (value.type()) {
-        case nlohmann::json::value_t::string:
-            return value.get_ref<const std::string&>();
-        case nlohmann::json::value_t::boolean:
-            return value.get<bool>() ? "true" : "false";
-        case nlohmann::json::value_t::number_integer:
-        case nlohmann::json::value_t::number_unsigned:
-        case nlohmann::json::value_t::number_float:
-            return value.dump();
+        case element_type::STRING:
+            return std::string(value.get_string().value_unsafe());
+        case element_type::BOOL:
+            return value.get_bool().value_unsafe() ? "true" : "false";
+        case element_type::INT64:
+        case element_type::UINT64:
+        case element_type::DOUBLE:
+            // simdjson writes numbers as nlohmann does (shortest round trip, "2.0", "1e+20").
+            return simdjson::to_string(value);
         default:
             return {};
     }
 }
 
-bool boolean(const nlohmann::json& value)
+bool boolean(Value value)
 {
     switch (value.type()) {
-        case nlohmann::json::value_t::boolean:
-            return value.get<bool>();
-        case nlohmann::json::value_t::number_integer:
-        case nlohmann::json::value_t::number_unsigned:
-        case nlohmann::json::value_t::number_float:
-            return value.get<double>() != 0.0;
-        case nlohmann::json::value_t::string: {
-            std::string lower = value.get<std::string>();
+        case element_type::BOOL:
+            return value.get_bool().value_unsafe();
+        case element_type::INT64:
+        case element_type::UINT64:
+        case element_type::DOUBLE:
+            return value.get_double().value_unsafe() != 0.0;
+        case element_type::STRING: {
+            std::string lower(value.get_string().value_unsafe());
             std::transform(lower.begin(), lower.end(), lower.begin(), [](unsigned char c) {
                 return static_cast<char>(std::tolower(c));
             });
@@ -57,28 +47,47 @@ bool boolean(const nlohmann::json& value)
     }
 }
 
-std::string text(const nlohmann::json& object, const char* key)
+std::optional<Value> member(Value object, std::string_view key)
 {
-    return text(member(object, key));
+    simdjson::dom::object members;
+    if (object.get(members) != simdjson::SUCCESS)
+        return std::nullopt;
+    std::optional<Value> found;
+    for (const auto field : members) {
+        if (field.key == key)
+            found = field.value; // the last of repeated keys, as nlohmann keeps
+    }
+    return found;
 }
 
-bool boolean(const nlohmann::json& object, const char* key)
+std::string text(Value object, std::string_view key)
 {
-    return boolean(member(object, key));
+    const auto value = member(object, key);
+    return value ? text(*value) : std::string();
 }
 
-const nlohmann::json& array(const nlohmann::json& object, const char* key)
+bool boolean(Value object, std::string_view key)
 {
-    static const nlohmann::json empty = nlohmann::json::array();
-    const auto& value = member(object, key);
-    return value.is_array() ? value : empty;
+    const auto value = member(object, key);
+    return value && boolean(*value);
 }
 
-const nlohmann::json& object(const nlohmann::json& object, const char* key)
+std::optional<simdjson::dom::array> array(Value object, std::string_view key)
 {
-    static const nlohmann::json empty = nlohmann::json::object();
-    const auto& value = member(object, key);
-    return value.is_object() ? value : empty;
+    simdjson::dom::array result;
+    const auto value = member(object, key);
+    if (!value || value->get(result) != simdjson::SUCCESS)
+        return std::nullopt;
+    return result;
+}
+
+std::optional<simdjson::dom::object> object(Value object, std::string_view key)
+{
+    simdjson::dom::object result;
+    const auto value = member(object, key);
+    if (!value || value->get(result) != simdjson::SUCCESS)
+        return std::nullopt;
+    return result;
 }
 
 } // namespace pomvar::lenient

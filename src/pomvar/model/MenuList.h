@@ -34,6 +34,8 @@ public:
     std::size_t size() const { return m_items.size(); }
 
     void append(TreeItem item);
+    // Room for rows about to be appended, so that a long list is not moved while it grows.
+    void reserve(std::size_t rows) { m_items.reserve(m_items.size() + rows); }
     void clear();
 
     // The row behind an index of this model, top level or child.

@@ -1,5 +1,6 @@
 #include "model/PomvarViewModel.h"
 
+#include "ipc/JsonDocument.h"
 #include "ipc/Output.h"
 #include "model/AppCatExpansion.h"
 #include "model/AppNotifier.h"
@@ -51,16 +52,11 @@ void PomvarViewModel::clearAppsAppcats()
     Q_EMIT appsAppcatsChanged();
 }
 
-bool PomvarViewModel::fetchMenu(std::string_view operation,
-                                std::string_view id,
-                                nlohmann::json& reply)
+std::optional<JsonDocument> PomvarViewModel::fetchMenu(std::string_view operation,
+                                                       std::string_view id)
 {
     trace("PomvarViewModel.", operation, "(): Sending message '", id, "'");
-    auto parsed = sendMessageAndAwaitResponse(request::plain(id));
-    if (!parsed)
-        return false;
-    reply = std::move(*parsed);
-    return true;
+    return m_link->sendMessageAndAwaitResponse(request::plain(id));
 }
 
 void PomvarViewModel::buildAppMenu()
@@ -74,24 +70,24 @@ void PomvarViewModel::buildAppMenu()
     // A menu-data request that fails ends this build: the list stays empty and is fetched
     // again at the next opening.
     if (m_allAppsMenuData.isEmpty()) {
-        nlohmann::json payload;
-        if (!fetchMenu("getAllAppsMenuData", request::getAllAppsMenuData, payload))
+        const auto payload = fetchMenu("getAllAppsMenuData", request::getAllAppsMenuData);
+        if (!payload)
             return;
-        MenuPayloadReader::readAllApps(payload, m_allAppsMenuData);
+        MenuPayloadReader::readAllApps(payload->root(), m_allAppsMenuData);
     }
-    nlohmann::json renames = nlohmann::json::array();
+    std::vector<CategoryRename> renames;
     if (m_myAppsTreeData.isEmpty()) {
-        nlohmann::json payload;
-        if (!fetchMenu("getMyAppsMenuData", request::getMyAppsMenuData, payload))
+        const auto payload = fetchMenu("getMyAppsMenuData", request::getMyAppsMenuData);
+        if (!payload)
             return;
-        MenuPayloadReader::readMyApps(payload, m_myAppsTreeData);
-        renames = lenient::array(payload, "renamedAppcats");
+        MenuPayloadReader::readMyApps(payload->root(), m_myAppsTreeData);
+        renames = MenuPayloadReader::readRenames(payload->root());
     }
     if (m_recentAppsMenuData.isEmpty()) {
-        nlohmann::json payload;
-        if (!fetchMenu("getRecentAppsMenuData", request::getRecentAppsMenuData, payload))
+        const auto payload = fetchMenu("getRecentAppsMenuData", request::getRecentAppsMenuData);
+        if (!payload)
             return;
-        MenuPayloadReader::readRecentApps(payload, m_recentAppsMenuData);
+        MenuPayloadReader::readRecentApps(payload->root(), m_recentAppsMenuData);
     }
     if (m_appsAppcats.empty())
         deriveAppsAppcats();
@@ -124,7 +120,7 @@ void PomvarViewModel::deriveAppsAppcats()
     }
 }
 
-void PomvarViewModel::recomputeExpandedAppCats(const nlohmann::json& renames)
+void PomvarViewModel::recomputeExpandedAppCats(const std::vector<CategoryRename>& renames)
 {
     std::vector<std::string> categories;
     for (const auto& row : m_myAppsTreeData.items()) {
@@ -186,23 +182,27 @@ bool PomvarViewModel::toggleSetAppCategory(const std::string& appKey,
                                            const std::string& appCategory)
 {
     trace("PomvarViewModel.toggleSetAppCategory(): Sending message 'toggle-set-appcat'");
-    const auto reply = sendMessageAndAwaitResponse(request::toggleSetAppcat(appKey, appCategory));
+    const auto reply =
+        m_link->sendMessageAndAwaitResponse(request::toggleSetAppcat(appKey, appCategory));
     if (!reply)
         fatalStop("PomvarViewModel.toggleSetAppCategory(): no reply to 'toggle-set-appcat'");
-    if (!reply->is_object() || !reply->contains("isset"))
+    const auto isSet = lenient::member(reply->root(), "isset");
+    if (!isSet)
         fatalStop("PomvarViewModel.toggleSetAppCategory(): the reply has no \"isset\"");
-    return lenient::boolean(*reply, "isset");
+    return lenient::boolean(*isSet);
 }
 
 std::optional<bool> PomvarViewModel::checkUpdateAvailable()
 {
     trace("PomvarViewModel.checkUpdateAvailable(): Sending message 'check-update-available'");
-    const auto reply = sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable));
+    const auto reply =
+        m_link->sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable));
     if (!reply)
         fatalStop("PomvarViewModel.checkUpdateAvailable(): no reply to 'check-update-available'");
-    if (!reply->is_object() || !reply->contains("isUpdateAvailable"))
+    const auto available = lenient::member(reply->root(), "isUpdateAvailable");
+    if (!available)
         return std::nullopt;
-    return lenient::boolean(*reply, "isUpdateAvailable");
+    return lenient::boolean(*available);
 }
 
 void PomvarViewModel::initAppNotifications()
@@ -249,13 +249,15 @@ void PomvarViewModel::startAppUpdateStatusTimer()
 
 void PomvarViewModel::appUpdateStatusTick(QTimer* timer)
 {
-    const auto reply = sendMessageAndAwaitResponse(request::plain(request::getAppUpdateStatus));
+    const auto reply =
+        m_link->sendMessageAndAwaitResponse(request::plain(request::getAppUpdateStatus));
     if (!reply)
         fatalStop("PomvarViewModel.startAppUpdateStatusTimer(): no reply to "
                   "'get-app-update-status'");
-    if (!reply->is_object() || !reply->contains("status"))
+    const auto statusValue = lenient::member(reply->root(), "status");
+    if (!statusValue)
         fatalStop("PomvarViewModel.startAppUpdateStatusTimer(): the reply has no \"status\"");
-    const std::string status = lenient::text(*reply, "status");
+    const std::string status = lenient::text(*statusValue);
     trace("PomvarViewModel.startAppUpdateStatusTimer(): App update status: ", status);
     if (status != "noUpdate" && status != "readyToInstall")
         return;

@@ -18,10 +18,13 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace pomvar {
 
 class AppNotifier;
+class JsonDocument;
+struct CategoryRename;
 
 // The one observable object of the front end. It owns no data: it mirrors what the runtime
 // server reports and forwards what the user asks for. Lives as long as the process.
@@ -89,10 +92,6 @@ public:
     {
         return m_link->sendMessageAndAwaitResponseData(message);
     }
-    std::optional<nlohmann::json> sendMessageAndAwaitResponse(std::string_view message)
-    {
-        return m_link->sendMessageAndAwaitResponse(message);
-    }
     AppStatus getAppStatus() { return m_link->getAppStatus(); }
     UserPrefs getUserPrefs() { return m_link->getUserPrefs(); }
     MenuDataStatus getMenuDataModifiedStatus() { return m_link->getMenuDataModifiedStatus(); }
@@ -116,8 +115,8 @@ private:
     void setPrefs(std::optional<UserPrefs> prefs);
     void clearAppsAppcats();
     void deriveAppsAppcats();
-    bool fetchMenu(std::string_view operation, std::string_view id, nlohmann::json& reply);
-    void recomputeExpandedAppCats(const nlohmann::json& renames);
+    std::optional<JsonDocument> fetchMenu(std::string_view operation, std::string_view id);
+    void recomputeExpandedAppCats(const std::vector<CategoryRename>& renames);
     void startAppUpdateStatusTimer();
     void appUpdateStatusTick(QTimer* timer);
 

@@ -34,11 +34,14 @@ int main(int argc, char** argv)
     }
     RuntimeLink link(server);
     if (command == "app-status") {
-        printLine(link.getAppStatus().toJson().dump());
+        link.getAppStatus();
+        printLine("decoded");
     } else if (command == "user-prefs") {
-        printLine(link.getUserPrefs().toJson().dump());
+        link.getUserPrefs();
+        printLine("decoded");
     } else if (command == "menu-status") {
-        printLine(link.getMenuDataModifiedStatus().toJson().dump());
+        link.getMenuDataModifiedStatus();
+        printLine("decoded");
     } else if (command == "await") {
         const auto reply = link.sendMessageAndAwaitResponseData(request::plain(id));
         printLine(reply ? "reply: " + *reply : std::string("no reply"));

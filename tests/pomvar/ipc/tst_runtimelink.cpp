@@ -2,6 +2,7 @@
 // replies whole whatever their chunking and size, replies matched by order alone, the typed
 // records, and a connection the server closes.
 #include "FakeRuntimeServer.h"
+#include "ipc/JsonDocument.h"
 #include "ipc/RuntimeConnection.h"
 #include "ipc/RuntimeLink.h"
 #include "wire/Protocol.h"
@@ -66,8 +67,14 @@ private Q_SLOTS:
         server.queueReply("get-allapps-menu-data", Reply::text(big).split(1000));
         const auto reply =
             link.sendMessageAndAwaitResponse(request::plain(request::getAllAppsMenuData));
-        QVERIFY(reply && reply->is_array());
-        QCOMPARE((*reply)[0].get<std::string>().size(), big.size() - 4);
+        QVERIFY(reply);
+        QCOMPARE(reply->root().at(0).get_string().value(),
+                 std::string_view(big).substr(2, big.size() - 4));
+        // The next large reply is read into the buffer of the last: none of it may show.
+        const std::string smaller = "[\"" + std::string(100000, 'y') + "\"]";
+        server.queueReply("get-allapps-menu-data", Reply::text(smaller).split(4096));
+        QCOMPARE(link.sendMessageAndAwaitResponseData(request::plain(request::getAllAppsMenuData)),
+                 std::optional<std::string>(smaller));
         const std::string multiByte = "{\"name\": \"Ünïcödé 😀\"}";
         server.queueReply("get-recentapps-menu-data", Reply::text(multiByte).split(1));
         QCOMPARE(
@@ -83,10 +90,13 @@ private Q_SLOTS:
         // and the real answer by the one after.
         server.queueReply("launch", Reply::text("{\"stray\": true}"));
         link.sendMessage(request::launch("k"));
-        QVERIFY(link.sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable))
-                    ->contains("stray"));
-        QVERIFY(link.sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable))
-                    ->contains("isUpdateAvailable"));
+        const auto hasKey = [&](const char* key) {
+            const auto next =
+                link.sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable));
+            return next && next->root().at_key(key).error() == simdjson::SUCCESS;
+        };
+        QVERIFY(hasKey("stray"));
+        QVERIFY(hasKey("isUpdateAvailable"));
     }
 
     void typedRecordsDecodeAndIgnoreExtraKeys()

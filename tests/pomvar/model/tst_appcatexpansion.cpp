@@ -13,19 +13,19 @@ using namespace pomvar;
 using test::FakeRuntimeServer;
 using Reply = FakeRuntimeServer::Reply;
 using Map = AppCatExpansion::ExpansionMap;
-using nlohmann::json;
+using Renames = std::vector<CategoryRename>;
 
-Q_DECLARE_METATYPE(nlohmann::json)
+Q_DECLARE_METATYPE(Renames)
 Q_DECLARE_METATYPE(std::vector<std::string>)
 Q_DECLARE_METATYPE(Map)
 
 namespace {
 
-json renames(std::initializer_list<std::pair<const char*, const char*>> pairs)
+Renames renames(std::initializer_list<std::pair<const char*, const char*>> pairs)
 {
-    json list = json::array();
+    Renames list;
     for (const auto& [from, to] : pairs)
-        list.push_back({ { "old", from }, { "new", to } });
+        list.push_back({ from, to, {} });
     return list;
 }
 
@@ -52,7 +52,7 @@ private Q_SLOTS:
     void reconcileCarriesRenamesAndPrunes_data()
     {
         QTest::addColumn<Map>("saved");
-        QTest::addColumn<json>("renamed");
+        QTest::addColumn<Renames>("renamed");
         QTest::addColumn<std::vector<std::string>>("categories");
         QTest::addColumn<bool>("saveExpAppCats");
         QTest::addColumn<Map>("expected");
@@ -72,13 +72,13 @@ private Q_SLOTS:
             << Map{ { "A", true }, { "New", true } } << renames({ { "A", "A" } }) << abc << true
             << Map{ { "A", false }, { "New", true }, { "C", false } };
         QTest::newRow("deleted categories are pruned")
-            << Map{ { "A", true }, { "Deleted", true } } << json::array()
+            << Map{ { "A", true }, { "Deleted", true } } << Renames()
             << std::vector<std::string>{ "A" } << true << Map{ { "A", true } };
     }
     void reconcileCarriesRenamesAndPrunes()
     {
         QFETCH(Map, saved);
-        QFETCH(json, renamed);
+        QFETCH(Renames, renamed);
         QFETCH(std::vector<std::string>, categories);
         QFETCH(bool, saveExpAppCats);
         QFETCH(Map, expected);

@@ -40,24 +40,26 @@ std::string RequestHandler::reply(const Request& request)
 {
     const std::string& id = request.id;
     if (id == request::getAppStatus)
-        return Json{ { "ready", m_model.isReady() }, { "updateFinished", false } }.dump();
+        return Json{
+            { AppStatus::kReady, m_model.isReady() }, { AppStatus::kUpdateFinished, false }
+        }.dump();
     if (id == request::getUserPrefs) {
         const auto& prefs = m_model.store().prefs();
         return Json{
-            { "MenuDensity", prefs.menuDensity },
-            { "AnimationFx", prefs.animationFx },
-            { "SaveExpAppCats", prefs.saveExpAppCats },
-            { "SaveLastMenu", prefs.saveLastMenu },
-            { "OneExpAppCat", prefs.oneExpAppCat }
+            { UserPrefs::kMenuDensity, prefs.menuDensity },
+            { UserPrefs::kAnimationFx, prefs.animationFx },
+            { UserPrefs::kSaveExpAppCats, prefs.saveExpAppCats },
+            { UserPrefs::kSaveLastMenu, prefs.saveLastMenu },
+            { UserPrefs::kOneExpAppCat, prefs.oneExpAppCat }
         }.dump();
     }
     if (id == request::getMenuDataModifiedStatus) {
-        const ModifiedFlags flags = m_model.takeFlags();
+        const MenuDataStatus flags = m_model.takeFlags();
         return Json{
-            { "appFolderModified", flags.appFolder },
-            { "recentAppsModified", flags.recentApps },
-            { "appcatsModified", flags.appcats },
-            { "pinnedAppsModified", flags.pinnedApps }
+            { MenuDataStatus::kAppFolderModified, flags.appFolderModified },
+            { MenuDataStatus::kRecentAppsModified, flags.recentAppsModified },
+            { MenuDataStatus::kAppcatsModified, flags.appcatsModified },
+            { MenuDataStatus::kPinnedAppsModified, flags.pinnedAppsModified }
         }.dump();
     }
     if (id == request::getAllAppsMenuData)

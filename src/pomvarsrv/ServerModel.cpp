@@ -22,7 +22,7 @@ void ServerModel::setApps(InstalledApps apps)
     m_apps = std::move(apps);
     m_allApps.clear();
     if (m_ready)
-        m_flags.appFolder = true;
+        m_flags.appFolderModified = true;
     m_ready = true;
 }
 
@@ -32,13 +32,13 @@ void ServerModel::setIcons(const std::vector<AppEntry>& apps)
         m_apps.setIcons(app.key, app.iconPath, app.iconPath2x);
     if (!apps.empty()) {
         m_allApps.clear();
-        m_flags.appFolder = true;
+        m_flags.appFolderModified = true;
     }
 }
 
-ModifiedFlags ServerModel::takeFlags()
+MenuDataStatus ServerModel::takeFlags()
 {
-    return std::exchange(m_flags, ModifiedFlags{});
+    return std::exchange(m_flags, MenuDataStatus{});
 }
 
 std::string ServerModel::allAppsPayload() const
@@ -66,7 +66,7 @@ bool ServerModel::togglePin(const std::string& appkey)
         return false;
     m_store.togglePin(appkey);
     m_allApps.clear();
-    m_flags.pinnedApps = true;
+    m_flags.pinnedAppsModified = true;
     save();
     return true;
 }
@@ -78,7 +78,7 @@ std::optional<bool> ServerModel::toggleMember(const std::string& appkey,
         return std::nullopt;
     const auto isSet = m_store.toggleMember(appkey, category);
     if (isSet) {
-        m_flags.appcats = true;
+        m_flags.appcatsModified = true;
         save();
     }
     return isSet;
@@ -90,7 +90,7 @@ bool ServerModel::createCategoryWith(const std::string& name, const std::string&
         return false;
     if (m_apps.contains(appkey))
         m_store.addMember(appkey, name);
-    m_flags.appcats = true;
+    m_flags.appcatsModified = true;
     save();
     return true;
 }
@@ -99,7 +99,7 @@ bool ServerModel::deleteCategory(const std::string& name)
 {
     if (!m_store.deleteCategory(name))
         return false;
-    m_flags.appcats = true;
+    m_flags.appcatsModified = true;
     save();
     return true;
 }
@@ -109,7 +109,7 @@ bool ServerModel::renameCategory(const std::string& from, const std::string& to)
     if (!m_store.renameCategory(from, to))
         return false;
     m_renames.emplace_back(from, to);
-    m_flags.appcats = true;
+    m_flags.appcatsModified = true;
     save();
     return true;
 }
@@ -117,14 +117,14 @@ bool ServerModel::renameCategory(const std::string& from, const std::string& to)
 void ServerModel::noteLaunched(const std::string& appkey)
 {
     m_store.pushRecent(appkey);
-    m_flags.recentApps = true;
+    m_flags.recentAppsModified = true;
     save();
 }
 
 void ServerModel::clearRecent()
 {
     m_store.clearRecent();
-    m_flags.recentApps = true;
+    m_flags.recentAppsModified = true;
     save();
 }
 

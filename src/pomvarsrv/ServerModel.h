@@ -2,8 +2,8 @@
 
 #include "InstalledApps.h"
 #include "MenuPayloads.h"
-#include "ModifiedFlags.h"
 #include "Store.h"
+#include "wire/Records.h"
 
 #include <optional>
 #include <string>
@@ -34,7 +34,7 @@ public:
     void setIcons(const std::vector<AppEntry>& apps);
 
     // Reports the flags and clears them.
-    ModifiedFlags takeFlags();
+    MenuDataStatus takeFlags();
 
     std::string allAppsPayload() const;
     std::string recentAppsPayload() const;
@@ -58,7 +58,7 @@ private:
     Store m_store;
     InstalledApps m_apps;
     bool m_ready = false;
-    ModifiedFlags m_flags;
+    MenuDataStatus m_flags;
     std::vector<MenuPayloads::Rename> m_renames;
     // All Apps changes only with the apps, their icons and the pins: it is kept between requests.
     mutable std::string m_allApps;

@@ -163,11 +163,11 @@ nlohmann::json Store::toJson() const
         { "categories", std::move(categories) },
         { "recent", m_recent },
         { "prefs",
-          { { "MenuDensity", m_prefs.menuDensity },
-            { "AnimationFx", m_prefs.animationFx },
-            { "SaveExpAppCats", m_prefs.saveExpAppCats },
-            { "SaveLastMenu", m_prefs.saveLastMenu },
-            { "OneExpAppCat", m_prefs.oneExpAppCat } } },
+          { { UserPrefs::kMenuDensity, m_prefs.menuDensity },
+            { UserPrefs::kAnimationFx, m_prefs.animationFx },
+            { UserPrefs::kSaveExpAppCats, m_prefs.saveExpAppCats },
+            { UserPrefs::kSaveLastMenu, m_prefs.saveLastMenu },
+            { UserPrefs::kOneExpAppCat, m_prefs.oneExpAppCat } } },
     };
 }
 
@@ -206,11 +206,12 @@ std::optional<Store> Store::fromJson(const nlohmann::json& value)
     }
     if (value.contains("prefs")) {
         const auto& prefs = value["prefs"];
-        if (!prefs.is_object() || !readMember(prefs, "MenuDensity", store.m_prefs.menuDensity) ||
-            !readMember(prefs, "AnimationFx", store.m_prefs.animationFx) ||
-            !readMember(prefs, "SaveExpAppCats", store.m_prefs.saveExpAppCats) ||
-            !readMember(prefs, "SaveLastMenu", store.m_prefs.saveLastMenu) ||
-            !readMember(prefs, "OneExpAppCat", store.m_prefs.oneExpAppCat))
+        if (!prefs.is_object() ||
+            !readMember(prefs, UserPrefs::kMenuDensity, store.m_prefs.menuDensity) ||
+            !readMember(prefs, UserPrefs::kAnimationFx, store.m_prefs.animationFx) ||
+            !readMember(prefs, UserPrefs::kSaveExpAppCats, store.m_prefs.saveExpAppCats) ||
+            !readMember(prefs, UserPrefs::kSaveLastMenu, store.m_prefs.saveLastMenu) ||
+            !readMember(prefs, UserPrefs::kOneExpAppCat, store.m_prefs.oneExpAppCat))
             return std::nullopt;
     }
     return store;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "AppCategory.h"
-#include "UserPrefs.h"
+#include "wire/Records.h"
 
 #include <nlohmann/json_fwd.hpp>
 

@@ -18,9 +18,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+using namespace pomvar;
 using namespace pomvar::srv;
 using Json = nlohmann::json;
-using Flags = ModifiedFlags;
+using Flags = MenuDataStatus;
 
 namespace {
 
@@ -170,29 +171,35 @@ void TestServerModel::changesSetTheirFlagsAndAreSaved()
     model.allAppsPayload();
     // Each change succeeds (or is refused), changes the store or not, and sets these flags.
     const std::tuple<std::function<bool()>, bool, Flags> changes[] = {
-        { [&] { return model.togglePin("a.desktop"); }, true, { .pinnedApps = true } },
+        { [&] { return model.togglePin("a.desktop"); }, true, { .pinnedAppsModified = true } },
         { [&] { return !model.togglePin("gone.desktop"); }, false, {} },
-        { [&] { return model.createCategoryWith("Old", "a.desktop"); }, true, { .appcats = true } },
+        { [&] { return model.createCategoryWith("Old", "a.desktop"); },
+          true,
+          { .appcatsModified = true } },
         { [&] { return !model.createCategoryWith("Old", "b.desktop"); }, false, {} },
-        { [&] { return model.toggleMember("a.desktop", "Old") == false; }, true, { .appcats = 1 } },
+        { [&] { return model.toggleMember("a.desktop", "Old") == false; },
+          true,
+          { .appcatsModified = 1 } },
         { [&] { return !model.toggleMember("a.desktop", "None"); }, false, {} },
-        { [&] { return model.noteLaunched("b.desktop"), true; }, true, { .recentApps = true } },
+        { [&] { return model.noteLaunched("b.desktop"), true; },
+          true,
+          { .recentAppsModified = true } },
         { [&] { return model.setApps(threeApps()), model.clearRecent(), true; },
           true,
-          { .appFolder = true, .recentApps = true } },
+          { .appFolderModified = true, .recentAppsModified = true } },
         { [&] { return model.setPrefs(UserPrefs{ .menuDensity = 1 }), true; }, true, {} },
-        { [&] { return model.renameCategory("Old", "Work"); }, true, { .appcats = true } },
+        { [&] { return model.renameCategory("Old", "Work"); }, true, { .appcatsModified = true } },
         { [&] { return !model.renameCategory("?", "X"); }, false, {} },
         // Icons rendered later replace the generic one, and the menus are to be fetched again.
         { [&] {
              return model.setIcons({ { "c.desktop", {}, {}, "/r/c24.png", "/r/c48.png" } }), true;
          },
           false,
-          { .appFolder = true } },
+          { .appFolderModified = true } },
         { [&] { return model.setIcons({}), true; }, false, {} },
         { [&] { return model.deleteCategory("Work") && !model.deleteCategory("Old"); },
           true,
-          { .appcats = true } },
+          { .appcatsModified = true } },
     };
     for (const auto& [change, changesStore, flags] : changes) {
         const Store before = model.store();
@@ -281,7 +288,7 @@ void TestServerModel::newCategoryPrompt()
         dialog->accept();
         QCOMPARE(answered.size(), 1);
         QCOMPARE(answered[0][0].toBool(), created);
-        QCOMPARE(model.takeFlags().appcats, created);
+        QCOMPARE(model.takeFlags().appcatsModified, created);
         const auto& last = model.store().categories().back();
         QCOMPARE(model.store().categories().size(), std::size_t(created ? 2 : 1));
         QCOMPARE(last.name, created ? "Say \"hi\" \\o/" : "Taken");

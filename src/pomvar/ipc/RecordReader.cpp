@@ -101,28 +101,28 @@ UserPrefs readUserPrefs(const std::string& json)
 {
     const StrictReader reader(json, "UserPrefs");
     UserPrefs prefs;
-    prefs.menuDensity = reader.integer("MenuDensity");
-    prefs.animationFx = reader.boolean("AnimationFx");
-    prefs.saveExpAppCats = reader.boolean("SaveExpAppCats");
-    prefs.saveLastMenu = reader.boolean("SaveLastMenu");
-    prefs.oneExpAppCat = reader.boolean("OneExpAppCat");
+    prefs.menuDensity = reader.integer(UserPrefs::kMenuDensity);
+    prefs.animationFx = reader.boolean(UserPrefs::kAnimationFx);
+    prefs.saveExpAppCats = reader.boolean(UserPrefs::kSaveExpAppCats);
+    prefs.saveLastMenu = reader.boolean(UserPrefs::kSaveLastMenu);
+    prefs.oneExpAppCat = reader.boolean(UserPrefs::kOneExpAppCat);
     return prefs;
 }
 
 AppStatus readAppStatus(const std::string& json)
 {
     const StrictReader reader(json, "AppStatus");
-    return { reader.boolean("ready"), reader.boolean("updateFinished") };
+    return { reader.boolean(AppStatus::kReady), reader.boolean(AppStatus::kUpdateFinished) };
 }
 
 MenuDataStatus readMenuDataStatus(const std::string& json)
 {
     const StrictReader reader(json, "MenuDataStatus");
     MenuDataStatus status;
-    status.appFolderModified = reader.boolean("appFolderModified");
-    status.recentAppsModified = reader.boolean("recentAppsModified");
-    status.appcatsModified = reader.boolean("appcatsModified");
-    status.pinnedAppsModified = reader.boolean("pinnedAppsModified");
+    status.appFolderModified = reader.boolean(MenuDataStatus::kAppFolderModified);
+    status.recentAppsModified = reader.boolean(MenuDataStatus::kRecentAppsModified);
+    status.appcatsModified = reader.boolean(MenuDataStatus::kAppcatsModified);
+    status.pinnedAppsModified = reader.boolean(MenuDataStatus::kPinnedAppsModified);
     return status;
 }
 

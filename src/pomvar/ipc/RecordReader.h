@@ -1,8 +1,6 @@
 #pragma once
 
-#include "ipc/AppStatus.h"
-#include "ipc/MenuDataStatus.h"
-#include "ipc/UserPrefs.h"
+#include "wire/Records.h"
 
 #include <string>
 

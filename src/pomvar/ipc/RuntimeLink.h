@@ -1,9 +1,7 @@
 #pragma once
 
-#include "ipc/AppStatus.h"
-#include "ipc/MenuDataStatus.h"
 #include "ipc/PomvarRT.h"
-#include "ipc/UserPrefs.h"
+#include "wire/Records.h"
 
 #include <cstdint>
 #include <memory>

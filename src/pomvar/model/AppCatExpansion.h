@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ipc/UserPrefs.h"
 #include "model/UserDefaults.h"
+#include "wire/Records.h"
 
 #include <optional>
 #include <string>

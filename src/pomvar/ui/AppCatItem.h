@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ipc/UserPrefs.h"
+#include "wire/Records.h"
 
 #include <QRect>
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ipc/UserPrefs.h"
 #include "ui/Pomvar.h"
+#include "wire/Records.h"
 
 #include <QStyledItemDelegate>
 

@@ -2,8 +2,8 @@
 
 #include <QRect>
 
-#include "ipc/UserPrefs.h"
 #include "ui/Pomvar.h"
+#include "wire/Records.h"
 
 #include <optional>
 

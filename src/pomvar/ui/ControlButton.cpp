@@ -30,13 +30,13 @@ ControlButton::ControlButton(const QString& label, const QString& iconAsset, QWi
 QSize ControlButton::sizeHint() const
 {
     const int textWidth = fontMetrics().horizontalAdvance(text());
-    return { ControlButtonStyle::spacing * 2 + kIconSide + kIconGap + textWidth, kHeight };
+    return { ControlButtonStyle::labelled.spacing * 2 + kIconSide + kIconGap + textWidth, kHeight };
 }
 
 void ControlButton::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    ControlButtonStyle::paintBackground(painter, rect(), isDown(), palette());
+    ControlButtonStyle::labelled.paintBackground(painter, rect(), isDown(), palette());
     const QColor colour = palette().color(QPalette::Active, QPalette::WindowText);
     const int contentWidth = kIconSide + kIconGap + fontMetrics().horizontalAdvance(text());
     const int left = (width() - contentWidth) / 2;

@@ -4,18 +4,26 @@
 
 #include <QPainter>
 
+#include <climits>
+
 namespace pomvar {
 
-void ControlButtonStyle::paintBackground(QPainter& painter,
-                                         const QRect& bounds,
-                                         bool pressed,
-                                         const QPalette& palette)
+const ControlButtonStyle ControlButtonStyle::labelled{ 14, INT_MAX };
+const ControlButtonStyle ControlButtonStyle::image{ 4, 40 };
+
+QRect ControlButtonStyle::paintBackground(QPainter& painter,
+                                          const QRect& bounds,
+                                          bool pressed,
+                                          const QPalette& palette) const
 {
-    const qreal radius = std::min<qreal>(spacing, bounds.height() / 2.0);
+    const QRect filled(bounds.topLeft(),
+                       QSize(std::min(bounds.width(), maxWidth), bounds.height()));
+    const qreal radius = std::min<qreal>(spacing, filled.height() / 2.0);
     PanelColors::fillRoundedRect(painter,
-                                 QRectF(bounds),
+                                 QRectF(filled),
                                  PanelColors::secondary(palette, backgroundOpacity(pressed)),
                                  radius);
+    return filled;
 }
 
 } // namespace pomvar

@@ -7,18 +7,24 @@ class QPalette;
 
 namespace pomvar {
 
-// The look of the Search and Organize buttons: padding v at both sides, a faint fill that
-// darkens while pressed, corners of v. v is 14, as on current desktops.
+// The look of the control bar's buttons: padding v at both sides, a faint fill that darkens
+// while pressed, corners of v (at most half the height). The labelled buttons (Search,
+// Organize) use v = 14, the control menu's image button v = 4 and at most 40 of width.
 class ControlButtonStyle
 {
 public:
-    static constexpr int spacing = 14;
+    static const ControlButtonStyle labelled;
+    static const ControlButtonStyle image;
+
+    int spacing;
+    int maxWidth;
 
     static qreal backgroundOpacity(bool pressed) { return pressed ? 0.4 : 0.15; }
-    static void paintBackground(QPainter& painter,
-                                const QRect& bounds,
-                                bool pressed,
-                                const QPalette& palette);
+    // Fills `bounds`, cut to the style's maximum width, and returns the filled rectangle.
+    QRect paintBackground(QPainter& painter,
+                          const QRect& bounds,
+                          bool pressed,
+                          const QPalette& palette) const;
 };
 
 } // namespace pomvar

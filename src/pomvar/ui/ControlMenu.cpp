@@ -3,7 +3,7 @@
 #include "model/PomvarViewModel.h"
 #include "ui/Assets.h"
 #include "ui/CheckForUpdatesMenuItem.h"
-#include "ui/ControlMenuButtonStyle.h"
+#include "ui/ControlButtonStyle.h"
 #include "wire/Protocol.h"
 
 #include <QMenu>
@@ -64,14 +64,14 @@ void ControlMenu::refresh(bool updateAvailable)
 
 QSize ControlMenu::sizeHint() const
 {
-    return { 20 + 2 * ControlMenuButtonStyle::spacing + 8, 28 };
+    return { 20 + 2 * ControlButtonStyle::image.spacing + 8, 28 };
 }
 
 void ControlMenu::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    const QRect bounds(0, 0, std::min(width(), ControlMenuButtonStyle::maxWidth), height());
-    ControlMenuButtonStyle::paintBackground(painter, bounds, isDown(), palette());
+    const QRect bounds =
+        ControlButtonStyle::image.paintBackground(painter, rect(), isDown(), palette());
     constexpr int side = 20;
     const QColor colour = palette().color(QPalette::Active, QPalette::WindowText);
     painter.drawPixmap(

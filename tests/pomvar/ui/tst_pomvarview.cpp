@@ -4,8 +4,8 @@
 
 #include "ui/AppContextMenu.h"
 #include "ui/CheckedButtonStyle.h"
+#include "ui/ControlButtonStyle.h"
 #include "ui/ControlMenu.h"
-#include "ui/ControlMenuButtonStyle.h"
 #include "ui/MenuPage.h"
 #include "ui/MenuSelectorButton.h"
 #include "ui/PanelPlacement.h"
@@ -272,7 +272,7 @@ private Q_SLOTS:
                  available ? QList<QSize>({ { 16, 16 }, { 32, 32 } }) : QList<QSize>());
         // The button's background is drawn from the control menu's own corner.
         const QImage image = control->grab().toImage();
-        const int right = std::min(control->width(), ControlMenuButtonStyle::maxWidth) - 1;
+        const int right = std::min(control->width(), ControlButtonStyle::image.maxWidth) - 1;
         const int middle = image.height() / 2;
         QCOMPARE(image.pixelColor(0, middle), image.pixelColor(right, middle));
         QCOMPARE(image.pixelColor(right / 2, 0), image.pixelColor(right / 2, image.height() - 1));

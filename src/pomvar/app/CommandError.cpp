@@ -11,8 +11,6 @@ const char* describe(CommandError::Kind kind)
             return "the command failed";
         case CommandError::Kind::invalidData:
             return "the command's output is not UTF-8";
-        case CommandError::Kind::emptyOutput:
-            return "the command gave no output";
     }
     return "the command failed";
 }

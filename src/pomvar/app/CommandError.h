@@ -13,7 +13,6 @@ public:
     {
         commandFailed, // it ran and exited with a status other than 0; output() holds its output
         invalidData,   // its output is not UTF-8
-        emptyOutput,   // not raised at present
     };
 
     static CommandError commandFailed(std::string output)
@@ -21,7 +20,6 @@ public:
         return CommandError(Kind::commandFailed, std::move(output));
     }
     static CommandError invalidData() { return CommandError(Kind::invalidData, {}); }
-    static CommandError emptyOutput() { return CommandError(Kind::emptyOutput, {}); }
 
     Kind kind() const { return m_kind; }
     const std::string& output() const { return m_output; }

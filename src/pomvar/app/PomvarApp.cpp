@@ -36,7 +36,6 @@ void onSignal(int signal)
 PomvarApp::PomvarApp(std::vector<std::string> arguments)
     : m_arguments(std::move(arguments))
     , m_srv{ "localhost", 50818 }
-    , m_useEmbeddedRTApp(true)
 {
     initExecEnv();
     const std::vector<std::string> args = processCmdLineArgs(m_arguments);

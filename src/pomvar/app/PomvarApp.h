@@ -26,8 +26,6 @@ public:
 
     // The one view model, created on first use; this opens the connection to the server.
     PomvarViewModel& vm();
-    const PomvarRT& srv() const { return m_srv; }
-    bool useEmbeddedRTApp() const { return m_useEmbeddedRTApp; }
 
     // Orderly end: runs the will-terminate hook, then leaves the event loop, so the process
     // ends with status 0. Without a running event loop it returns after the hook.
@@ -44,7 +42,6 @@ private:
     const std::vector<std::string> m_arguments;
     AppDelegate m_appDelegate;
     PomvarRT m_srv;
-    bool m_useEmbeddedRTApp = true;
     std::unique_ptr<PomvarViewModel> m_vm;
 };
 

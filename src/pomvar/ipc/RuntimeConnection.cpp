@@ -102,14 +102,6 @@ void RuntimeConnection::recycle(std::string buffer)
         m_spareIn = std::move(buffer);
 }
 
-void RuntimeConnection::post(std::function<void()> task)
-{
-    std::lock_guard lock(m_mutex);
-    m_tasks.push_back(std::move(task));
-    if (!isQueueThread())
-        wakeLocked();
-}
-
 void RuntimeConnection::wakeLocked()
 {
     const std::uint64_t one = 1;

@@ -31,7 +31,6 @@ public:
         waiting, // could not connect; the error says why
         ready,
         failed, // the established connection broke
-        cancelled,
     };
     using StateHandler = std::function<void(State, std::error_code)>;
     using SendCompletion = std::function<void(std::error_code)>;
@@ -57,8 +56,6 @@ public:
     void send(std::vector<Chunk> batch);
     // Reads exactly `length` bytes (length > 0). Any thread; the completion runs on the queue.
     void receive(std::size_t length, ReceiveCompletion completion);
-    // Runs `task` on the queue.
-    void post(std::function<void()> task);
     // Takes back the bytes of a large receive once read, to hold the next large one: memory
     // already in use is much cheaper to fill than fresh memory. Any thread.
     void recycle(std::string buffer);

@@ -20,15 +20,9 @@ class RuntimeConnection;
 class RuntimeLink
 {
 public:
-    static constexpr std::int64_t kMaxRespMsgLen = 8388608;
-
     // Opens the connection at once; sends made before it is up are written once it is.
     explicit RuntimeLink(PomvarRT srv = {});
     ~RuntimeLink();
-
-    const PomvarRT& srv() const { return m_srv; }
-    // The intended ceiling of a reply; the receive path does not consult it.
-    std::int64_t maxRespMsgLen() const { return m_maxRespMsgLen; }
 
     // Writes one request frame and returns without waiting.
     void sendMessage(std::string_view message);
@@ -46,7 +40,6 @@ private:
     std::string awaitRecord(std::string_view operation, std::string_view id);
 
     PomvarRT m_srv;
-    std::int64_t m_maxRespMsgLen = kMaxRespMsgLen;
     std::unique_ptr<RuntimeConnection> m_connection;
 };
 

@@ -61,9 +61,6 @@ public:
     // Plain state.
     bool isLoadedOnStartup() const { return m_isLoadedOnStartup; }
     bool isUpdateFinished() const { return m_isUpdateFinished; }
-    const PomvarRT& srv() const { return m_link->srv(); }
-    std::int64_t maxRespMsgLen() const { return m_link->maxRespMsgLen(); }
-    double appUpdateStatusTimerIntv() const { return m_appUpdateStatusTimerIntv; }
     // The poll started last; earlier ones keep running until they see a final status.
     QTimer* appUpdateStatusTimer() const { return m_appUpdateStatusTimer; }
 

@@ -1,7 +1,7 @@
 #include "app/AppDelegate.h"
 
 #include "app/PidFile.h"
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 namespace pomvar {
 

@@ -1,7 +1,7 @@
 #include "app/CommandLine.h"
 
 #include "app/FlagParser.h"
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 #include <cstdlib>
 #include <unistd.h>

@@ -1,6 +1,6 @@
 #include "app/FlagParser.h"
 
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 namespace pomvar {
 

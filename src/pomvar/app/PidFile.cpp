@@ -1,7 +1,7 @@
 #include "app/PidFile.h"
 
 #include "app/SignalSafe.h"
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 #include <QCoreApplication>
 #include <QSaveFile>

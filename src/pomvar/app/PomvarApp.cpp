@@ -5,7 +5,7 @@
 #include "app/Execute.h"
 #include "app/PidFile.h"
 #include "app/SignalSafe.h"
-#include "ipc/Output.h"
+#include "log/Output.h"
 #include "model/PomvarViewModel.h"
 #include "wire/Protocol.h"
 

@@ -1,7 +1,7 @@
 #include "ipc/RecordReader.h"
 
 #include "ipc/JsonDocument.h"
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 #include <cstdint>
 #include <limits>

@@ -1,9 +1,9 @@
 #include "ipc/RuntimeLink.h"
 
 #include "ipc/JsonDocument.h"
-#include "ipc/Output.h"
 #include "ipc/RecordReader.h"
 #include "ipc/RuntimeConnection.h"
+#include "log/Output.h"
 #include "wire/Frame.h"
 #include "wire/Protocol.h"
 #include "wire/Utf8.h"

@@ -1,6 +1,6 @@
 #include "model/AppCatExpansion.h"
 
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "model/AppNotifier.h"
 
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

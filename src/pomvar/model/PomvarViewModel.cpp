@@ -1,11 +1,11 @@
 #include "model/PomvarViewModel.h"
 
 #include "ipc/JsonDocument.h"
-#include "ipc/Output.h"
+#include "ipc/LenientJson.h"
+#include "ipc/MenuPayloadReader.h"
+#include "log/Output.h"
 #include "model/AppCatExpansion.h"
 #include "model/AppNotifier.h"
-#include "model/LenientJson.h"
-#include "model/MenuPayloadReader.h"
 #include "wire/Protocol.h"
 
 #include <QCoreApplication>

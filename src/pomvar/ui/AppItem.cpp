@@ -1,6 +1,6 @@
 #include "ui/AppItem.h"
 
-#include "ipc/Output.h"
+#include "log/Output.h"
 #include "ui/MenuSelectionColor.h"
 #include "ui/PanelColors.h"
 #include "ui/RowMetrics.h"

@@ -1,6 +1,6 @@
 #include "ui/Assets.h"
 
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 #include <QFile>
 #include <QPainter>

@@ -1,6 +1,6 @@
 #include "ui/PomvarView.h"
 
-#include "ipc/Output.h"
+#include "log/Output.h"
 #include "model/PomvarViewModel.h"
 #include "model/UserDefaults.h"
 #include "ui/AppCategoryContextMenu.h"

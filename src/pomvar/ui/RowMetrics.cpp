@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 namespace pomvar {
 

@@ -2,8 +2,8 @@
 // prints what came back, so that tests can watch from the outside the cases that end the process.
 //   link_driver <port> app-status | user-prefs | menu-status | await <id> | oversize | send <id>
 //                      | build | toggle <appkey> <category> | poll
-#include "ipc/Output.h"
 #include "ipc/RuntimeLink.h"
+#include "log/Output.h"
 #include "model/PomvarViewModel.h"
 #include "wire/Protocol.h"
 

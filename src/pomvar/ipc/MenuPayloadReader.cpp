@@ -1,7 +1,7 @@
-#include "model/MenuPayloadReader.h"
+#include "ipc/MenuPayloadReader.h"
 
-#include "ipc/Output.h"
-#include "model/LenientJson.h"
+#include "ipc/LenientJson.h"
+#include "log/Output.h"
 
 #include <map>
 #include <string_view>

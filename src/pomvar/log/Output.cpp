@@ -1,4 +1,4 @@
-#include "ipc/Output.h"
+#include "log/Output.h"
 
 #include <cerrno>
 #include <cstdlib>

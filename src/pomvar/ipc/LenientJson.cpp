@@ -1,4 +1,4 @@
-#include "model/LenientJson.h"
+#include "ipc/LenientJson.h"
 
 #include <algorithm>
 #include <array>

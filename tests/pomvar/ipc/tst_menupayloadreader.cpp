@@ -1,8 +1,8 @@
 #include "FakeMenus.h"
 #include "ipc/JsonDocument.h"
-#include "model/LenientJson.h"
+#include "ipc/LenientJson.h"
+#include "ipc/MenuPayloadReader.h"
 #include "model/MenuList.h"
-#include "model/MenuPayloadReader.h"
 
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>

@@ -3,9 +3,9 @@
 // 8 MiB All Apps reply and read it into menu rows.
 #include "FakeRuntimeServer.h"
 #include "ipc/JsonDocument.h"
+#include "ipc/MenuPayloadReader.h"
 #include "ipc/RuntimeLink.h"
 #include "model/MenuList.h"
-#include "model/MenuPayloadReader.h"
 #include "wire/Frame.h"
 #include "wire/Protocol.h"
 

@@ -43,16 +43,8 @@ std::string RequestHandler::reply(const Request& request)
         return Json{
             { AppStatus::kReady, m_model.isReady() }, { AppStatus::kUpdateFinished, false }
         }.dump();
-    if (id == request::getUserPrefs) {
-        const auto& prefs = m_model.store().prefs();
-        return Json{
-            { UserPrefs::kMenuDensity, prefs.menuDensity },
-            { UserPrefs::kAnimationFx, prefs.animationFx },
-            { UserPrefs::kSaveExpAppCats, prefs.saveExpAppCats },
-            { UserPrefs::kSaveLastMenu, prefs.saveLastMenu },
-            { UserPrefs::kOneExpAppCat, prefs.oneExpAppCat }
-        }.dump();
-    }
+    if (id == request::getUserPrefs)
+        return Store::prefsJson(m_model.store().prefs()).dump();
     if (id == request::getMenuDataModifiedStatus) {
         const MenuDataStatus flags = m_model.takeFlags();
         return Json{

@@ -158,17 +158,19 @@ nlohmann::json Store::toJson() const
     for (const auto& category : m_categories)
         categories.push_back({ { "name", category.name }, { "apps", category.apps } });
     return {
-        { "version", kFormatVersion },
-        { "pins", m_pins },
-        { "categories", std::move(categories) },
-        { "recent", m_recent },
-        { "prefs",
-          { { UserPrefs::kMenuDensity, m_prefs.menuDensity },
-            { UserPrefs::kAnimationFx, m_prefs.animationFx },
-            { UserPrefs::kSaveExpAppCats, m_prefs.saveExpAppCats },
-            { UserPrefs::kSaveLastMenu, m_prefs.saveLastMenu },
-            { UserPrefs::kOneExpAppCat, m_prefs.oneExpAppCat } } },
+        { "version", kFormatVersion },           { "pins", m_pins },
+        { "categories", std::move(categories) }, { "recent", m_recent },
+        { "prefs", prefsJson(m_prefs) },
     };
+}
+
+nlohmann::json Store::prefsJson(const UserPrefs& prefs)
+{
+    return { { UserPrefs::kMenuDensity, prefs.menuDensity },
+             { UserPrefs::kAnimationFx, prefs.animationFx },
+             { UserPrefs::kSaveExpAppCats, prefs.saveExpAppCats },
+             { UserPrefs::kSaveLastMenu, prefs.saveLastMenu },
+             { UserPrefs::kOneExpAppCat, prefs.oneExpAppCat } };
 }
 
 std::optional<Store> Store::fromJson(const nlohmann::json& value)

@@ -47,6 +47,8 @@ public:
     void setPrefs(const UserPrefs& prefs) { m_prefs = prefs; }
 
     nlohmann::json toJson() const;
+    // The preferences as both the store file and the get-user-prefs reply hold them.
+    static nlohmann::json prefsJson(const UserPrefs& prefs);
     // Nothing when the value is not a store; unknown members are ignored, missing ones default.
     static std::optional<Store> fromJson(const nlohmann::json& value);
 

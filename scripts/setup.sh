@@ -10,8 +10,8 @@ packages=(
     nlohmann-json3-dev libsimdjson-dev libglib2.0-dev
     # run
     lsof fonts-urw-base35 fonts-liberation2 adwaita-icon-theme hicolor-icon-theme
-    # tests, screenshots and the libFuzzer target
-    xvfb xauth trayer xdotool x11-utils imagemagick dbus dbus-x11 clang libclang-rt-14-dev
+    # tests and screenshots
+    xvfb xauth trayer xdotool x11-utils imagemagick dbus dbus-x11
     util-linux procps
 )
 

@@ -1,7 +1,7 @@
 // The installed apps as the real server reads them from desktop entries and renders their
-// icons: filtering, precedence, localised names, subfolder ids, sorting, icon files of the right
-// sizes from the right theme folder, the cache, --refresh, --clear-recent, and a rescan when the
-// entries change.
+// icons: hidden ones left out, Flatpak's folder, sorting, icon files of the right sizes from the
+// right theme folder, the cache, --refresh, --clear-recent, and a rescan when the entries change.
+// Which entry wins and which are shown is GIO's.
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
@@ -11,8 +11,6 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QTest>
-
-#include <set>
 
 using namespace pomvar::test;
 using Json = nlohmann::json;
@@ -27,8 +25,7 @@ class TestCatalogue : public QObject
 private Q_SLOTS:
     void initTestCase();
     void filteredSortedLocalisedWithIconsAtTheirSizes();
-    void warmCacheRendersOnlyChangedSources();
-    void refreshRendersEveryIconAgainAndClearRecentKeepsTheRest();
+    void warmCacheRefreshAndClearRecent();
     void changedEntriesAreRescanned();
 
 private:
@@ -37,17 +34,13 @@ private:
         SrvClient client;
         return client.connectTo(m_server->port()) ? client.json(rq::plain(id)) : Json();
     }
-    // The app's entry in All Apps; null when it is not there.
-    Json app(const char* key)
+    // The app's 48-pixel icon; empty when the app is not in All Apps.
+    QString icon(const char* key)
     {
         for (const auto& app : ask(rq::getAllAppsMenuData))
             if (app["appkey"] == key)
-                return app;
+                return QString::fromStdString(app["iconpath2x"]);
         return {};
-    }
-    QString icon(const char* key)
-    {
-        return QString::fromStdString(app(key).value("iconpath2x", ""));
     }
     // (Re)starts the server and waits until its icons are rendered.
     bool restart(const QStringList& arguments = {});
@@ -65,27 +58,14 @@ void TestCatalogue::initTestCase()
     const std::pair<QString, QByteArray> entries[] = {
         { system + "|zeta.desktop", "Name=zeta\nIcon=pomvar-png" },
         { system + "|alpha.desktop", "Name=Alpha\nIcon=pomvar-svg" },
-        { system + "|ecrire.desktop",
-          "Name=\xc3\x89"
-          "crire\nIcon=" +
-              m_wideIcon.toUtf8() },
+        { system + "|ecrire.desktop", "Name=\u00c9crire\nIcon=" + m_wideIcon.toUtf8() },
         { system + "|delta.desktop", "Name=delta\nIcon=pomvar-missing" },
         { system + "|fox.desktop", "Name=Fox" },
         // Flatpak's per-user export folder is searched although XDG_DATA_DIRS does not name it.
         { user + "/flatpak/exports/share|org.example.Flat.desktop", "Name=Flat Pack" },
         { system + "|hicolor-only.desktop", "Name=Hicolor Only\nIcon=pomvar-hicolor.png" },
         { system + "|greeting.desktop", "Name=Hello\nName[de]=Hallo\nIcon=pomvar-png" },
-        { system + "|vendor/sub.desktop", "Name=Sub App" },
-        { system + "|override.desktop", "Name=System Version" },
-        { user + "|override.desktop", "Name=User Version" },
-        { system + "|userhidden.desktop", "Name=User Hidden" },
-        { user + "|userhidden.desktop", "Name=User Hidden\nHidden=true" },
         { system + "|hidden.desktop", "Name=Hidden\nHidden=true" },
-        { system + "|nodisplay.desktop", "Name=No Display\nNoDisplay=true" },
-        { system + "|gnomeonly.desktop", "Name=Gnome Only\nOnlyShowIn=GNOME;" },
-        { system + "|notkde.desktop", "Name=Not KDE\nNotShowIn=KDE;" },
-        { system + "|kdeonly.desktop", "Name=KDE Only\nOnlyShowIn=KDE;" },
-        { system + "|tryexec.desktop", "Name=Try Exec\nTryExec=/nonexistent/pomvar-program" },
     };
     for (const auto& [where, lines] : entries)
         QVERIFY(TestDesktop::writeEntry(
@@ -94,23 +74,19 @@ void TestCatalogue::initTestCase()
     // The user's theme (named in kdeglobals, as on a KDE desktop), inheriting hicolor. Its
     // 24-pixel folder is the wrong one for the 48-pixel render.
     const QString theme = user + "/icons/PomvarTest", hicolor = system + "/icons/hicolor";
-    QVERIFY(
-        TestDesktop::write(theme + "/index.theme",
-                           "[Icon Theme]\nName=PomvarTest\nInherits=hicolor\n"
-                           "Directories=24x24/apps,48x48/apps,scalable/apps\n\n"
-                           "# comment\n[24x24/apps]\nSize=24\nType=Fixed\n\n"
-                           "[48x48/apps]\nSize=48\nType=Fixed\n\n"
-                           "[scalable/apps]\nSize=48\nMinSize=8\nMaxSize=512\nType=Scalable\n"));
+    QVERIFY(TestDesktop::write(
+        theme + "/index.theme",
+        "[Icon Theme]\nInherits=hicolor\nDirectories=24x24/apps,48x48/apps,scalable/apps\n"
+        "[24x24/apps]\nSize=24\nType=Fixed\n[48x48/apps]\nSize=48\nType=Fixed\n"
+        "[scalable/apps]\nSize=48\nMinSize=8\nMaxSize=512\nType=Scalable\n"));
     QVERIFY(TestDesktop::writePng(theme + "/24x24/apps/pomvar-png.png", 24, 24, Qt::yellow));
     QVERIFY(TestDesktop::writePng(theme + "/48x48/apps/pomvar-png.png", 48, 48));
     QVERIFY(
         TestDesktop::write(theme + "/scalable/apps/pomvar-svg.svg",
                            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">"
-                           "<rect x=\"1\" y=\"1\" width=\"14\" height=\"14\" fill=\"#c03030\"/>"
-                           "</svg>\n"));
+                           "<rect width=\"16\" height=\"16\" fill=\"#c03030\"/></svg>"));
     QVERIFY(TestDesktop::write(hicolor + "/index.theme",
-                               "[Icon Theme]\nName=Hicolor\nDirectories=32x32/apps\n\n"
-                               "[32x32/apps]\nSize=32\nType=Threshold\n"));
+                               "[Icon Theme]\nDirectories=32x32/apps\n[32x32/apps]\nSize=32\n"));
     QVERIFY(TestDesktop::writePng(hicolor + "/32x32/apps/pomvar-hicolor.png", 32, 32));
     QVERIFY(
         TestDesktop::write(m_desktop.configHome() + "/kdeglobals", "[Icons]\nTheme=PomvarTest\n"));
@@ -122,22 +98,17 @@ bool TestCatalogue::restart(const QStringList& arguments)
     if (m_server && m_server->quit() != 0)
         return false;
     m_server = std::make_unique<ServerProcess>(m_desktop);
-    if (!m_server->start(arguments))
-        return false;
     // Missing icons are rendered in the background; then the menus are to be fetched again.
-    for (int attempt = 0; attempt < 3000; ++attempt) {
-        if (m_server->log().contains("; 0 icons to render") ||
-            ask(rq::getMenuDataModifiedStatus).value("appFolderModified", false))
-            return true;
-        QTest::qWait(10);
-    }
-    return false;
+    const auto rendered = [&] {
+        return m_server->log().contains("; 0 icons to render") ||
+               ask(rq::getMenuDataModifiedStatus).value("appFolderModified", false);
+    };
+    return m_server->start(arguments) && QTest::qWaitFor(rendered, 30000);
 }
 
 void TestCatalogue::filteredSortedLocalisedWithIconsAtTheirSizes()
 {
     QStringList names;
-    std::set<QString> distinct;
     for (const auto& app : ask(rq::getAllAppsMenuData)) {
         names << QString::fromStdString(app["name"]);
         JCOMPARE(app["bundleid"].get<std::string>() + ".desktop", app["appkey"]);
@@ -145,15 +116,11 @@ void TestCatalogue::filteredSortedLocalisedWithIconsAtTheirSizes()
         QVERIFY2(path.startsWith(m_desktop.iconCache()), qPrintable(path));
         QCOMPARE(QImage(path).size(), QSize(24, 24));
         QCOMPARE(QImage(QString::fromStdString(app["iconpath2x"])).size(), QSize(48, 48));
-        distinct.insert(QString::fromStdString(app["iconpath2x"]));
     }
     // Case-insensitive, accents sorted with their letter; the German name (LANGUAGE=de).
     QCOMPARE(names.join(u'|'),
-             QStringLiteral("Alpha|delta|\u00c9crire|Flat Pack|Fox|Hallo|Hicolor Only|KDE Only|"
-                            "Sub App|User Version|zeta"));
-    JCOMPARE(app("vendor-sub.desktop")["name"], "Sub App");
-    // Every real source has its own render; no icon and a missing icon share the generic one.
-    QCOMPARE(distinct.size(), std::size_t(5));
+             QStringLiteral("Alpha|delta|\u00c9crire|Flat Pack|Fox|Hallo|Hicolor Only|zeta"));
+    // No icon and a missing icon share the generic one; one source is rendered once.
     QCOMPARE(icon("delta.desktop"), icon("fox.desktop"));
     QCOMPARE(icon("zeta.desktop"), icon("greeting.desktop"));
     // The SVG is drawn in its own colour, centred; the wide image keeps its proportions.
@@ -169,32 +136,17 @@ void TestCatalogue::filteredSortedLocalisedWithIconsAtTheirSizes()
         QCOMPARE(QImage(icon(key)).pixelColor(point).rgba(), colour.rgba());
 }
 
-void TestCatalogue::warmCacheRendersOnlyChangedSources()
+void TestCatalogue::warmCacheRefreshAndClearRecent()
 {
     const QString zeta = icon("zeta.desktop"), wide = icon("ecrire.desktop");
-    const QDateTime rendered = QFileInfo(zeta).lastModified();
-    QVERIFY(restart());
-    QVERIFY2(m_server->log().contains("; 0 icons to render"), qPrintable(m_server->log()));
-    QCOMPARE(icon("zeta.desktop"), zeta);
-    QCOMPARE(QFileInfo(zeta).lastModified(), rendered);
-    // A changed source is a new render under a new name.
-    QFile source(m_wideIcon);
-    QVERIFY(source.open(QIODevice::ReadWrite));
+    // Only a changed source is rendered again, under a new name.
+    QVERIFY(TestDesktop::writePng(m_wideIcon, 100, 60));
     QVERIFY(
-        source.setFileTime(QDateTime::currentDateTime().addSecs(5), QFile::FileModificationTime));
-    source.close();
+        TestDesktop::write(m_desktop.storePath(), R"({"version": 1, "recent": ["fox.desktop"]})"));
     QVERIFY(restart());
-    QVERIFY(m_server->log().contains("; 1 icons to render"));
+    QVERIFY2(m_server->log().contains("; 1 icons to render"), qPrintable(m_server->log()));
+    QCOMPARE(icon("zeta.desktop"), zeta);
     QVERIFY(icon("ecrire.desktop") != wide);
-    QCOMPARE(QImage(icon("ecrire.desktop")).pixelColor(24, 24), kFill);
-}
-
-void TestCatalogue::refreshRendersEveryIconAgainAndClearRecentKeepsTheRest()
-{
-    QVERIFY(TestDesktop::write(
-        m_desktop.storePath(),
-        R"({"version": 1, "recent": ["fox.desktop"], "pins": ["fox.desktop"]})"));
-    QVERIFY(restart());
     const Json before = ask(rq::getAllAppsMenuData);
     QCOMPARE(ask(rq::getRecentAppsMenuData).size(), std::size_t(1));
     QVERIFY(restart({ "--refresh", "--welcome", "--clear-recent" }));
@@ -203,19 +155,16 @@ void TestCatalogue::refreshRendersEveryIconAgainAndClearRecentKeepsTheRest()
     QVERIFY2(!log.contains("; 0 icons to render"), qPrintable(log));
     // Same sources, so the same names: rendered again into the emptied cache.
     JCOMPARE(ask(rq::getAllAppsMenuData), before);
-    for (const auto& app : before)
-        QVERIFY(QFile::exists(QString::fromStdString(app["iconpath2x"])));
     JCOMPARE(ask(rq::getRecentAppsMenuData), Json::array());
-    JCOMPARE(ask(rq::getMyAppsMenuData)["pinnedapps"][0]["appkey"], "fox.desktop");
 }
 
 void TestCatalogue::changedEntriesAreRescanned()
 {
     QVERIFY(TestDesktop::writeEntry(m_desktop.dataHome(), "new.desktop", "Name=New\nExec=true\n"));
-    QTRY_VERIFY_WITH_TIMEOUT(!app("new.desktop").is_null(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(!icon("new.desktop").isEmpty(), 30000);
     // The monitor is armed again by the rescan: a second change is seen too.
     QVERIFY(QFile::remove(m_desktop.dataHome() + "/applications/new.desktop"));
-    QTRY_VERIFY_WITH_TIMEOUT(app("new.desktop").is_null(), 30000);
+    QTRY_VERIFY_WITH_TIMEOUT(icon("new.desktop").isEmpty(), 30000);
 }
 
 QTEST_GUILESS_MAIN(TestCatalogue)

@@ -10,17 +10,16 @@ ChildOutcome runChild(const QString& program,
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(program, arguments);
-    ChildOutcome outcome;
-    outcome.finished = process.waitForFinished(timeoutMs);
-    if (!outcome.finished) {
+    const bool finished = process.waitForFinished(timeoutMs);
+    if (!finished) {
         process.kill();
         process.waitForFinished();
     }
-    outcome.exitStatus = process.exitStatus();
-    outcome.exitCode = process.exitCode();
-    outcome.out = process.readAllStandardOutput();
-    outcome.err = process.readAllStandardError();
-    return outcome;
+    return { finished,
+             process.exitStatus(),
+             process.exitCode(),
+             process.readAllStandardOutput(),
+             process.readAllStandardError() };
 }
 
 } // namespace pomvar::test

@@ -15,14 +15,12 @@
 
 namespace pomvar::test {
 
-namespace {
-
-// Replies that let a front end run: ready, default preferences, no changes, no apps.
-std::map<std::string, FakeRuntimeServer::Reply> standardReplies()
+// The default replies let a front end run: ready, default preferences, no changes, no apps.
+FakeRuntimeServer::FakeRuntimeServer(std::uint16_t port)
+    : m_port(port)
 {
-    using Reply = FakeRuntimeServer::Reply;
     const FakeMenus none;
-    return {
+    m_defaults = {
         { "get-app-status", Reply::json({ { "ready", true }, { "updateFinished", false } }) },
         { "get-user-prefs", Reply::json(FakeMenus::prefs(0, true, false, true, true)) },
         { "get-menu-data-modified-status", Reply::json(FakeMenus::modified()) },
@@ -33,32 +31,6 @@ std::map<std::string, FakeRuntimeServer::Reply> standardReplies()
         { "check-update-available", Reply::json({ { "isUpdateAvailable", false } }) },
         { "get-app-update-status", Reply::json({ { "status", "noUpdate" } }) },
     };
-}
-
-} // namespace
-
-FakeRuntimeServer::Reply FakeRuntimeServer::Reply::fromScript(const nlohmann::json& script)
-{
-    Reply reply;
-    if (script.contains("json"))
-        reply = json(script["json"]);
-    else if (script.contains("text"))
-        reply = text(script["text"].get<std::string>());
-    const std::string kind = script.value("kind", "");
-    if (kind == "none")
-        reply = noReply();
-    else if (kind == "empty")
-        reply = empty();
-    else if (kind == "close")
-        reply = close();
-    reply.chunkSize = script.value("chunk", std::size_t{ 0 });
-    return reply;
-}
-
-FakeRuntimeServer::FakeRuntimeServer(std::uint16_t port)
-    : m_port(port)
-    , m_defaults(standardReplies())
-{
     m_thread.start();
 }
 
@@ -69,67 +41,38 @@ FakeRuntimeServer::~FakeRuntimeServer()
             m_server, [this] { delete m_server; }, Qt::BlockingQueuedConnection);
     m_thread.quit();
     m_thread.wait();
-    delete m_placeholder;
 }
 
 bool FakeRuntimeServer::listen()
 {
-    return start(false);
-}
-
-bool FakeRuntimeServer::listenHoldingConnections()
-{
-    if (!start(true))
-        return false;
-    // The one queued connection the backlog admits: every later SYN is dropped and retried.
-    m_placeholder = new QTcpSocket;
-    m_placeholder->connectToHost(QHostAddress::LocalHost, m_port);
-    return m_placeholder->waitForConnected(5000);
-}
-
-void FakeRuntimeServer::release()
-{
-    QMetaObject::invokeMethod(m_server, [this] { m_server->resumeAccepting(); });
-}
-
-bool FakeRuntimeServer::start(bool holding)
-{
-    bool listening = false;
     QObject context;
     context.moveToThread(&m_thread);
     QMetaObject::invokeMethod(
         &context,
-        [&] {
+        [this] {
             auto server = std::make_unique<QTcpServer>();
-            server->setListenBacklogSize(holding ? 0 : 50);
             if (!server->listen(QHostAddress::LocalHost, m_port))
                 return;
-            if (holding)
-                server->pauseAccepting();
             m_port = server->serverPort();
             m_server = server.release();
-            serve(*m_server);
-            listening = true;
+            QObject::connect(m_server, &QTcpServer::newConnection, m_server, [this] {
+                while (QTcpSocket* client = m_server->nextPendingConnection()) {
+                    client->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+                    auto decoder = std::make_shared<wire::RequestDecoder>();
+                    QObject::connect(
+                        client, &QTcpSocket::disconnected, client, &QObject::deleteLater);
+                    QObject::connect(client, &QTcpSocket::readyRead, client, [=, this] {
+                        decoder->feed(client->readAll().toStdString());
+                        std::string body;
+                        while (client->state() == QAbstractSocket::ConnectedState &&
+                               decoder->next(body))
+                            answer(*client, body);
+                    });
+                }
+            });
         },
         Qt::BlockingQueuedConnection);
-    return listening;
-}
-
-void FakeRuntimeServer::serve(QTcpServer& server)
-{
-    QObject::connect(&server, &QTcpServer::newConnection, &server, [this, &server] {
-        while (QTcpSocket* client = server.nextPendingConnection()) {
-            client->setSocketOption(QAbstractSocket::LowDelayOption, 1);
-            auto decoder = std::make_shared<wire::RequestDecoder>();
-            QObject::connect(client, &QTcpSocket::disconnected, client, &QObject::deleteLater);
-            QObject::connect(client, &QTcpSocket::readyRead, client, [this, client, decoder] {
-                decoder->feed(client->readAll().toStdString());
-                std::string body;
-                while (client->state() == QAbstractSocket::ConnectedState && decoder->next(body))
-                    answer(*client, body);
-            });
-        }
-    });
+    return m_server != nullptr;
 }
 
 void FakeRuntimeServer::answer(QTcpSocket& client, const std::string& body)
@@ -143,42 +86,31 @@ void FakeRuntimeServer::answer(QTcpSocket& client, const std::string& body)
     m_requestArrived.wakeAll();
     if (observer)
         observer(body);
-    bool found = false;
-    const Reply reply = takeReply(requestId(body), found);
-    if (!found)
+    const std::optional<Reply> reply = takeReply(requestId(body));
+    if (reply && reply->closeConnection)
+        client.disconnectFromHost();
+    if (!reply || reply->closeConnection)
         return;
-    switch (reply.kind) {
-        case Reply::Kind::none:
-            return;
-        case Reply::Kind::closeConnection:
-            client.disconnectFromHost();
-            return;
-        case Reply::Kind::emptyFrame:
-            client.write(QByteArray(4, '\0'));
-            return;
-        case Reply::Kind::body:
-            break;
-    }
-    const std::string frame = *wire::encodeReplyFrame(reply.body);
-    const std::size_t chunk = reply.chunkSize ? reply.chunkSize : frame.size();
+    const std::string frame = *wire::encodeReplyFrame(reply->body);
+    const std::size_t chunk = reply->chunkSize ? reply->chunkSize : frame.size();
     for (std::size_t at = 0; at < frame.size(); at += chunk) {
         client.write(frame.data() + at, qint64(std::min(chunk, frame.size() - at)));
         client.flush();
     }
 }
 
-FakeRuntimeServer::Reply FakeRuntimeServer::takeReply(const std::string& id, bool& found)
+std::optional<FakeRuntimeServer::Reply> FakeRuntimeServer::takeReply(const std::string& id)
 {
     QMutexLocker lock(&m_mutex);
-    found = true;
     if (auto queued = m_queued.find(id); queued != m_queued.end() && !queued->second.empty()) {
         Reply reply = std::move(queued->second.front());
         queued->second.pop_front();
         return reply;
     }
     const auto fallback = m_defaults.find(id);
-    found = request::expectsReply(id) && fallback != m_defaults.end();
-    return found ? fallback->second : Reply::noReply();
+    if (!request::expectsReply(id) || fallback == m_defaults.end())
+        return std::nullopt;
+    return fallback->second;
 }
 
 void FakeRuntimeServer::setDefaultReply(const std::string& id, Reply reply)
@@ -217,11 +149,9 @@ bool FakeRuntimeServer::waitForRequests(std::size_t count, int timeoutMs) const
 {
     QDeadlineTimer deadline(timeoutMs);
     QMutexLocker lock(&m_mutex);
-    while (m_requests.size() < count) {
-        if (!m_requestArrived.wait(&m_mutex, deadline))
-            return m_requests.size() >= count;
+    while (m_requests.size() < count && m_requestArrived.wait(&m_mutex, deadline)) {
     }
-    return true;
+    return m_requests.size() >= count;
 }
 
 void FakeRuntimeServer::setRequestObserver(std::function<void(const std::string&)> observer)

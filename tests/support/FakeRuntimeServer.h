@@ -10,6 +10,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -21,33 +22,22 @@ namespace pomvar::test {
 
 // A scriptable stand-in for the runtime server over real TCP and the real framing, serving on a
 // thread of its own so that the blocking front end can talk to it from the test's thread. It
-// records the exact bytes of every request and answers the awaited ones with scripted replies:
-// a body (in one write or many small ones), nothing, a zero-length frame, or a closed connection.
+// records the exact text of every request and answers the awaited ones with scripted replies.
 // Replies queued for an id are used once, in order, before the id's default.
 class FakeRuntimeServer
 {
 public:
     struct Reply
     {
-        enum class Kind
-        {
-            body,
-            none,
-            emptyFrame,
-            closeConnection,
-        };
-        Kind kind = Kind::body;
-        std::string body;
-        std::size_t chunkSize = 0; // 0: the frame goes out in one write
+        std::string body;             // "" goes out as a zero-length frame
+        std::size_t chunkSize = 0;    // 0: the frame goes out in one write
+        bool closeConnection = false; // instead of answering
 
-        static Reply json(const nlohmann::json& value) { return { Kind::body, value.dump(), 0 }; }
-        static Reply text(std::string body) { return { Kind::body, std::move(body), 0 }; }
-        static Reply noReply() { return { Kind::none, {}, 0 }; }
-        static Reply empty() { return { Kind::emptyFrame, {}, 0 }; }
-        static Reply close() { return { Kind::closeConnection, {}, 0 }; }
-        Reply split(std::size_t chunk) const { return { kind, body, chunk }; }
-        // {"json": value} | {"text": "..."} | {"kind": "none"|"empty"|"close"}, with "chunk".
-        static Reply fromScript(const nlohmann::json& script);
+        static Reply json(const nlohmann::json& value) { return text(value.dump()); }
+        static Reply text(std::string body) { return { std::move(body), 0, false }; }
+        static Reply empty() { return text({}); }
+        static Reply close() { return { {}, 0, true }; }
+        Reply split(std::size_t chunk) const { return { body, chunk, closeConnection }; }
     };
 
     // Port 0 picks a free port when listening starts.
@@ -58,10 +48,6 @@ public:
 
     // Starts listening on the loopback address and serving; false when the port is taken.
     bool listen();
-    // Listens without accepting, its queue full: clients stay in the middle of connecting until
-    // release() starts serving.
-    bool listenHoldingConnections();
-    void release();
     std::uint16_t port() const { return m_port; }
 
     void setDefaultReply(const std::string& id, Reply reply);
@@ -80,15 +66,12 @@ public:
     static std::string requestId(std::string_view body);
 
 private:
-    bool start(bool holding);
-    void serve(QTcpServer& server);
     void answer(QTcpSocket& client, const std::string& body);
-    Reply takeReply(const std::string& id, bool& found);
+    std::optional<Reply> takeReply(const std::string& id);
 
     std::uint16_t m_port;
     QThread m_thread;
     QTcpServer* m_server = nullptr; // lives on m_thread
-    QTcpSocket* m_placeholder = nullptr;
 
     mutable QMutex m_mutex;
     mutable QWaitCondition m_requestArrived;

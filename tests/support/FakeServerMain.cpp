@@ -2,11 +2,10 @@
 // install layout. Controlled through the environment:
 //   POMVAR_FAKE_DIR       folder for argv.json (its arguments), requests.jsonl (one JSON string
 //                         per request, exact text) and an optional script.json
-//   POMVAR_FAKE_PORT      port to listen on (default 50818)
 //   POMVAR_FAKE_LIFETIME  seconds before it gives up on its own (default 120)
-// script.json: {"listenDelayMs": n, "defaults": {id: reply}, "replies": {id: [reply, ...]}},
-// each reply as FakeRuntimeServer::Reply::fromScript reads it. It exits on "quit".
+// script.json: {"listenDelayMs": n, "defaults": {id: {"json": reply}}}. It exits on "quit".
 #include "FakeRuntimeServer.h"
+#include "wire/RuntimeEndpoint.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -21,8 +20,6 @@ int main(int argc, char** argv)
 {
     QCoreApplication app(argc, argv);
     const std::string dir = qEnvironmentVariable("POMVAR_FAKE_DIR", ".").toStdString();
-    const auto port =
-        static_cast<std::uint16_t>(qEnvironmentVariable("POMVAR_FAKE_PORT", "50818").toUInt());
 
     nlohmann::json args = nlohmann::json::array();
     for (int i = 1; i < argc; ++i)
@@ -34,16 +31,11 @@ int main(int argc, char** argv)
     if (!script.is_object())
         script = nlohmann::json::object();
 
-    FakeRuntimeServer server(port);
+    FakeRuntimeServer server(pomvar::wire::kRuntimePort);
     // value() returns a copy: keep it alive for the whole loop.
     const nlohmann::json defaults = script.value("defaults", nlohmann::json::object());
     for (const auto& [id, reply] : defaults.items())
-        server.setDefaultReply(id, FakeRuntimeServer::Reply::fromScript(reply));
-    const nlohmann::json queued = script.value("replies", nlohmann::json::object());
-    for (const auto& [id, replies] : queued.items()) {
-        for (const auto& reply : replies)
-            server.queueReply(id, FakeRuntimeServer::Reply::fromScript(reply));
-    }
+        server.setDefaultReply(id, FakeRuntimeServer::Reply::json(reply.at("json")));
 
     std::ofstream log(dir + "/requests.jsonl", std::ios::app);
     server.setRequestObserver([&](const std::string& body) {
@@ -55,7 +47,7 @@ int main(int argc, char** argv)
 
     QThread::msleep(script.value("listenDelayMs", 0));
     if (!server.listen()) {
-        std::cerr << "pomvar-fakesrv: port " << port << " is already in use\n";
+        std::cerr << "pomvar-fakesrv: the runtime port is already in use\n";
         return 0;
     }
     const int lifetime = qEnvironmentVariable("POMVAR_FAKE_LIFETIME", "120").toInt();

@@ -6,15 +6,14 @@ namespace pomvar::test {
 
 IconFiles::IconFiles()
 {
-    const auto write = [this](const char* name, int width, QRgb colour) {
+    const std::tuple<QString, int, QRgb> files[] = { { square(), 32, 0xffd94a3d },
+                                                     { wide(), 64, 0xff3d9a4a },
+                                                     { wide3(), 96, 0xff4a3dd9 } };
+    for (const auto& [path, width, colour] : files) {
         QImage image(width, 32, QImage::Format_ARGB32);
         image.fill(colour);
-        image.save(m_dir.filePath(QString::fromLatin1(name)));
-        return m_dir.filePath(QString::fromLatin1(name));
-    };
-    m_square = write("square.png", 32, 0xffd94a3d);
-    m_wide = write("wide.png", 64, 0xff3d9a4a);
-    m_wide3 = write("wide3.png", 96, 0xff4a3dd9);
+        image.save(path);
+    }
 }
 
 } // namespace pomvar::test

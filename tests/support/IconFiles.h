@@ -13,15 +13,12 @@ class IconFiles
 public:
     IconFiles();
 
-    QString square() const { return m_square; }
-    QString wide() const { return m_wide; }
-    QString wide3() const { return m_wide3; }
+    QString square() const { return m_dir.filePath("square.png"); }
+    QString wide() const { return m_dir.filePath("wide.png"); }
+    QString wide3() const { return m_dir.filePath("wide3.png"); }
 
 private:
     QTemporaryDir m_dir;
-    QString m_square;
-    QString m_wide;
-    QString m_wide3;
 };
 
 } // namespace pomvar::test

@@ -8,16 +8,24 @@
 #include "ui/MenuListView.h"
 #include "ui/PanelWindow.h"
 #include "ui/PomvarView.h"
+#include "ui/TrayIcon.h"
 
+#include <QApplication>
 #include <QMenu>
+#include <QTest>
 
 namespace pomvar::test {
 
-// A view model on an in-process fake runtime server, and the tray scene on top of it.
+// A view model on an in-process fake runtime server, and the tray scene on top of it. Header
+// only: its one user links the panel's library, which the support library does not.
 class PanelFixture
 {
 public:
-    PanelFixture();
+    PanelFixture()
+    {
+        if (!m_server.listen())
+            qFatal("PanelFixture: the fake runtime server cannot listen");
+    }
 
     FakeRuntimeServer& server() { return m_server; }
     FakeMenus& menus() { return m_menus; }
@@ -28,7 +36,12 @@ public:
     }
 
     // Creates the view model and the scene with what the menus and preferences hold now.
-    void start();
+    void start()
+    {
+        m_menus.install(m_server);
+        m_vm = std::make_unique<PomvarViewModel>(PomvarRT{ "localhost", m_server.port() });
+        m_scene = std::make_unique<MenuBarScene>(*m_vm, [this] { ++m_terminateCalls; });
+    }
     PomvarViewModel& vm() { return *m_vm; }
     PanelWindow& panel() { return *m_scene->panel(); }
     PomvarView& view() { return *panel().view(); }
@@ -36,17 +49,52 @@ public:
     int terminateCalls() const { return m_terminateCalls; }
 
     // A click on the tray icon; true when the panel is open afterwards.
-    bool clickTray();
-    QModelIndex rowOf(MenuListView& view, const std::string& id);
-    // Secondary click on a row, as the window system delivers it; the context menu opened.
-    QMenu* openContextMenu(MenuListView& view, const QModelIndex& index);
+    bool clickTray()
+    {
+        Q_EMIT m_scene->trayIcon()->icon()->activated(QSystemTrayIcon::Trigger);
+        return panel().isVisible();
+    }
 
-    // Arms a check that the panel closes before any further request reaches the server.
-    void expectDismissFirst();
-    // After the action: true when the panel closed and no request had arrived by then.
-    bool dismissedFirst() const { return m_dismissed && !m_requestBeforeDismiss; }
-    // The request texts that arrived since `from`, waiting for `count` of them.
-    std::vector<std::string> requestsSince(std::size_t from, std::size_t count);
+    static QModelIndex rowOf(MenuListView& view, const std::string& id)
+    {
+        const QAbstractItemModel& model = *view.model();
+        const auto flags = Qt::MatchExactly | Qt::MatchRecursive;
+        return model
+            .match(model.index(0, 0), MenuList::IdRole, QString::fromStdString(id), 1, flags)
+            .value(0);
+    }
+
+    // Secondary click on a row, as the window system delivers it; the context menu opened.
+    static QMenu* openContextMenu(MenuListView& view, const QModelIndex& index)
+    {
+        view.scrollTo(index);
+        const QPoint inWindow =
+            view.viewport()->mapTo(view.window(), view.visualRect(index).center());
+        QTest::mouseClick(view.window()->windowHandle(), Qt::RightButton, {}, inWindow);
+        // The menu opens from the window system's context-menu event, delivered on the event loop.
+        const bool opened =
+            QTest::qWaitFor([] { return QApplication::activePopupWidget() != nullptr; }, 2000);
+        return opened ? qobject_cast<QMenu*>(QApplication::activePopupWidget()) : nullptr;
+    }
+
+    // Runs the action: true when it closed the panel before any request arrived, and `request`
+    // arrived afterwards.
+    bool dismissedBeforeRequest(const std::string& request, const std::function<void()>& action)
+    {
+        const std::size_t armedAt = m_server.requests().size();
+        bool dismissed = false, requestFirst = false;
+        const auto connection = QObject::connect(&panel(), &PanelWindow::dismissed, [&] {
+            // Had the request been sent before the panel closed, it would arrive now.
+            if (!std::exchange(dismissed, true))
+                requestFirst = m_server.waitForRequests(armedAt + 1, 300);
+        });
+        action();
+        QObject::disconnect(connection);
+        m_server.waitForRequests(armedAt + 1);
+        const std::vector<std::string> sent = m_server.requests();
+        return dismissed && !requestFirst &&
+               std::find(sent.begin() + std::ptrdiff_t(armedAt), sent.end(), request) != sent.end();
+    }
 
 private:
     IconFiles m_icons;
@@ -55,8 +103,6 @@ private:
     std::unique_ptr<PomvarViewModel> m_vm;
     std::unique_ptr<MenuBarScene> m_scene;
     int m_terminateCalls = 0;
-    bool m_dismissed = false;
-    bool m_requestBeforeDismiss = false;
 };
 
 } // namespace pomvar::test

@@ -12,11 +12,6 @@ namespace pomvar::test {
 
 static int logCounter = 0;
 
-ServerProcess::ServerProcess(const TestDesktop& desktop)
-    : m_desktop(desktop)
-    , m_logPath(desktop.root() + QStringLiteral("/pomvarsrv-%1.log").arg(++logCounter))
-{}
-
 quint16 ServerProcess::freePort()
 {
     // Free on both loopback addresses, then released for the server to take.
@@ -28,6 +23,11 @@ quint16 ServerProcess::freePort()
     }
     return 0;
 }
+
+ServerProcess::ServerProcess(const TestDesktop& desktop)
+    : m_desktop(desktop)
+    , m_logPath(desktop.root() + QStringLiteral("/pomvarsrv-%1.log").arg(++logCounter))
+{}
 
 void ServerProcess::launch(quint16 port, const QStringList& arguments)
 {
@@ -65,17 +65,6 @@ int ServerProcess::exitCode()
     return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 
-int ServerProcess::runToExit(quint16 port, const QStringList& arguments)
-{
-    launch(port, arguments);
-    return exitCode();
-}
-
-QString ServerProcess::log() const
-{
-    return QString::fromUtf8(TestDesktop::read(m_logPath));
-}
-
 int ServerProcess::quit()
 {
     SrvClient client;
@@ -85,10 +74,8 @@ int ServerProcess::quit()
 
 void ServerProcess::kill()
 {
-    if (isRunning()) {
-        m_process.kill();
-        m_process.waitForFinished(10000);
-    }
+    m_process.kill();
+    m_process.waitForFinished(10000);
 }
 
 } // namespace pomvar::test

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "TestDesktop.h"
+
 #include <QProcess>
 
 namespace pomvar::test {
-
-class TestDesktop;
 
 // The real pomvarsrv as a child process on a free port of its own (never the fixed runtime port,
 // which other tests on this machine use), its standard error kept in a file.
@@ -17,10 +17,14 @@ public:
     // Starts the server and waits until it listens and has loaded the catalogue.
     bool start(const QStringList& arguments = {});
     // Runs it on a given port to its end (for servers that must not start): the exit code.
-    int runToExit(quint16 port, const QStringList& arguments = {});
+    int runToExit(quint16 port, const QStringList& arguments = {})
+    {
+        launch(port, arguments);
+        return exitCode();
+    }
     quint16 port() const { return m_port; }
     bool isRunning() const { return m_process.state() == QProcess::Running; }
-    QString log() const;
+    QString log() const { return QString::fromUtf8(TestDesktop::read(m_logPath)); }
     // Sends "quit" and waits: the exit code, or -1 when it did not end normally.
     int quit();
     void kill();

@@ -7,9 +7,13 @@
 #include <optional>
 #include <string>
 
-// Compares JSON values, showing the actual one on failure.
+// Compares JSON values, showing the actual one on failure; `actual` is evaluated once, as it
+// may be a request.
 #define JCOMPARE(actual, expected)                                                                 \
-    QVERIFY2((actual) == (expected), nlohmann::json(actual).dump().c_str())
+    do {                                                                                           \
+        const nlohmann::json jcompareActual = (actual);                                            \
+        QVERIFY2(jcompareActual == (expected), jcompareActual.dump().c_str());                     \
+    } while (false)
 
 namespace pomvar::test {
 

@@ -11,7 +11,6 @@ namespace pomvar::test {
 class TestDesktop
 {
 public:
-    bool isValid() const { return m_root.isValid(); }
     QString root() const { return m_root.path(); }
     QString home() const { return root() + QStringLiteral("/home"); }
     QString configHome() const { return home() + QStringLiteral("/.config"); }

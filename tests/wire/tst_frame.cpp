@@ -7,8 +7,6 @@
 
 using namespace pomvar::wire;
 
-Q_DECLARE_METATYPE(std::string)
-
 class TestFrame : public QObject
 {
     Q_OBJECT
@@ -16,10 +14,7 @@ class TestFrame : public QObject
 private Q_SLOTS:
     void decoderReassemblesFramesFromAnyChunking()
     {
-        QCOMPARE(*encodeRequestFrame("abc"),
-                 std::string("\x00\x03"
-                             "abc",
-                             5));
+        QCOMPARE(*encodeRequestFrame("abc"), std::string("\0\3abc", 5));
         QVERIFY(!encodeRequestFrame(std::string(0x10000, 'x')));
         QCOMPARE(*replyPrefix(0x01020304), std::string("\x01\x02\x03\x04", 4));
         std::string stream;
@@ -44,27 +39,19 @@ private Q_SLOTS:
         QVERIFY(!limited.next(body) && limited.oversized());
     }
 
-    void utf8ValidationIsStrict_data()
-    {
-        QTest::addColumn<std::string>("text");
-        QTest::addColumn<bool>("valid");
-        QTest::newRow("empty") << std::string() << true;
-        QTest::newRow("long ASCII")
-            << std::string("plain ascii text, longer than eight bytes") << true;
-        QTest::newRow("2, 3 and 4 bytes")
-            << std::string("\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80") << true;
-        QTest::newRow("stray byte") << std::string("\xff") << false;
-        QTest::newRow("overlong") << std::string("\xc0\xaf") << false;
-        QTest::newRow("overlong 3 bytes") << std::string("\xe0\x80\xaf") << false;
-        QTest::newRow("surrogate") << std::string("\xed\xa0\x80") << false;
-        QTest::newRow("above U+10FFFF") << std::string("\xf4\x90\x80\x80") << false;
-        QTest::newRow("cut short after ASCII") << std::string("abcdefgh\xe2\x82") << false;
-    }
     void utf8ValidationIsStrict()
     {
-        QFETCH(std::string, text);
-        QFETCH(bool, valid);
-        QCOMPARE(isValidUtf8(text), valid);
+        const std::pair<std::string, bool> cases[] = {
+            { "plain ascii text, longer than eight bytes", true },
+            { "\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80", true }, // 2, 3 and 4 bytes
+            { "\xff", false },                                // stray byte
+            { "\xc0\xaf", false },                            // overlong
+            { "\xed\xa0\x80", false },                        // surrogate
+            { "\xf4\x90\x80\x80", false },                    // above U+10FFFF
+            { "abcdefgh\xe2\x82", false },                    // cut short after ASCII
+        };
+        for (const auto& [text, valid] : cases)
+            QVERIFY2(isValidUtf8(text) == valid, text.c_str());
     }
 };
 

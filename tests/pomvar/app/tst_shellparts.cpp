@@ -5,7 +5,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -15,8 +14,6 @@
 
 using pomvar::CommandError;
 using pomvar::PidFile;
-
-Q_DECLARE_METATYPE(std::optional<CommandError::Kind>)
 
 namespace {
 
@@ -33,88 +30,54 @@ class TestShellParts : public QObject
     Q_OBJECT
     QTemporaryDir m_dir;
 
-    QString pidPath() const { return m_dir.filePath("cache/Pomvar4Mac/pomvar.pid"); }
-
 private Q_SLOTS:
-    void init()
+    void pidFile()
     {
-        QVERIFY(QDir(m_dir.path()).mkpath("cache"));
-        qputenv("XDG_CACHE_HOME", m_dir.filePath("cache").toUtf8());
-    }
-    void cleanup() { QDir(m_dir.filePath("cache")).removeRecursively(); }
-
-    void pidFileHoldsTheBareNumberAndIsReplaced()
-    {
-        QCOMPARE(QString::fromStdString(PidFile::getPidFilePath()), pidPath());
-        QVERIFY(QDir().mkpath(QFileInfo(pidPath()).path()));
-        QFile old(pidPath());
-        QVERIFY(old.open(QIODevice::WriteOnly) && old.write("1234567890\n") > 0);
-        old.close();
+        qputenv("XDG_CACHE_HOME", m_dir.path().toUtf8());
+        const QString path = m_dir.filePath("Pomvar4Mac/pomvar.pid");
+        QCOMPARE(QString::fromStdString(PidFile::getPidFilePath()), path);
+        // Its folder is made; the bare number is written, nothing left over from the atomic write.
         PidFile::create();
-        QCOMPARE(readFile(pidPath()), QByteArray::number(::getpid()));
-        // Nothing left over from the atomic write.
+        QCOMPARE(readFile(path), QByteArray::number(::getpid()));
         QCOMPARE(
-            QDir(QFileInfo(pidPath()).path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+            QDir(m_dir.filePath("Pomvar4Mac")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
             QStringList{ "pomvar.pid" });
         PidFile::deleteFile();
-        QVERIFY(!QFile::exists(pidPath()));
-        PidFile::deleteFile(); // an absent file is fine
-    }
-
-    void withoutXdgCacheHomeTheHomeCacheIsUsed()
-    {
+        QVERIFY(!QFile::exists(path));
+        // The signal handler deletes the file at the path taken beforehand.
+        PidFile::create();
+        PidFile::prepareSignalHandlerPath();
+        qputenv("XDG_CACHE_HOME", m_dir.filePath("absent").toUtf8());
+        PidFile::deleteFromSignalHandler();
+        QVERIFY(!QFile::exists(path));
+        // A missing cache folder is not created.
+        PidFile::create();
+        QVERIFY(!QFile::exists(m_dir.filePath("absent")));
         qunsetenv("XDG_CACHE_HOME");
         QCOMPARE(PidFile::getPidFilePath(),
                  QDir::homePath().toStdString() + "/.cache/Pomvar4Mac/pomvar.pid");
     }
 
-    void aMissingCacheFolderIsNotCreated()
-    {
-        qputenv("XDG_CACHE_HOME", m_dir.filePath("cache/absent").toUtf8());
-        PidFile::create();
-        QVERIFY(!QFile::exists(m_dir.filePath("cache/absent")));
-    }
-
-    void theSignalPathUsesThePathTakenBeforehand()
-    {
-        PidFile::create();
-        PidFile::prepareSignalHandlerPath();
-        qputenv("XDG_CACHE_HOME", m_dir.filePath("elsewhere").toUtf8());
-        PidFile::deleteFromSignalHandler();
-        QVERIFY(!QFile::exists(pidPath()));
-    }
-
-    void executeGivesStandardOutputOrItsFault_data()
-    {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<std::optional<CommandError::Kind>>("fault");
-        QTest::addColumn<QString>("output");
-        const std::optional<CommandError::Kind> none;
-        QTest::newRow("stdout only") << "printf 'one\\ntwo'; echo noise >&2" << none << "one\ntwo";
-        QTest::newRow("UTF-8") << "printf '\\303\\244'" << none << "\u00e4";
-        QTest::newRow("status 3") << "printf partial; exit 3"
-                                  << std::optional(CommandError::Kind::commandFailed) << "partial";
-        QTest::newRow("not UTF-8")
-            << "printf '\\377'" << std::optional(CommandError::Kind::invalidData) << "";
-        QTest::newRow("not UTF-8 wins over the status")
-            << "printf '\\300\\200'; exit 1" << std::optional(CommandError::Kind::invalidData)
-            << "";
-    }
     void executeGivesStandardOutputOrItsFault()
     {
-        QFETCH(QString, command);
-        QFETCH(std::optional<CommandError::Kind>, fault);
-        QFETCH(QString, output);
-        std::optional<CommandError::Kind> got;
-        std::string out;
-        try {
-            out = pomvar::execute(command.toStdString());
-        } catch (const CommandError& error) {
-            got = error.kind();
-            out = error.output();
+        using K = CommandError::Kind;
+        const std::tuple<std::string, std::optional<K>, std::string> cases[] = {
+            { "printf 'one\\ntwo'; echo noise >&2", std::nullopt, "one\ntwo" },
+            { "printf partial; exit 3", K::commandFailed, "partial" },
+            // Output that is not UTF-8 wins over the status.
+            { "printf '\\300\\200'; exit 1", K::invalidData, "" },
+        };
+        for (const auto& [command, fault, output] : cases) {
+            std::optional<K> got;
+            std::string out;
+            try {
+                out = pomvar::execute(command);
+            } catch (const CommandError& error) {
+                got = error.kind();
+                out = error.output();
+            }
+            QVERIFY2(got == fault && out == output, command.c_str());
         }
-        QCOMPARE(got, fault);
-        QCOMPARE(QString::fromStdString(out), output);
     }
 
     void aDetachedProgramIsNotOurChildAndGetsItsArguments()

@@ -1,16 +1,12 @@
-#include "FakeMenus.h"
 #include "ipc/JsonDocument.h"
 #include "ipc/LenientJson.h"
 #include "ipc/MenuPayloadReader.h"
 #include "model/MenuList.h"
 
-#include <QAbstractItemModelTester>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace pomvar;
-
-Q_DECLARE_METATYPE(std::string)
 
 namespace {
 
@@ -29,72 +25,49 @@ class TestMenuPayloadReader : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void lenientReadsNeverFail_data()
-    {
-        QTest::addColumn<QByteArray>("value");
-        QTest::addColumn<std::string>("text");
-        QTest::addColumn<bool>("boolean");
-        QTest::newRow("number") << QByteArray("42") << std::string("42") << true;
-        QTest::newRow("fraction") << QByteArray("-0.5") << std::string("-0.5") << true;
-        QTest::newRow("zero") << QByteArray("0") << std::string("0") << false;
-        QTest::newRow("2.0") << QByteArray("2.0") << std::string("2.0") << true;
-        QTest::newRow("1e20") << QByteArray("1e20") << std::string("1e+20") << true;
-        QTest::newRow("2^64 - 1") << QByteArray("18446744073709551615")
-                                  << std::string("18446744073709551615") << true;
-        QTest::newRow("true") << QByteArray("true") << std::string("true") << true;
-        QTest::newRow("null") << QByteArray("null") << std::string() << false;
-        QTest::newRow("array") << QByteArray("[1]") << std::string() << false;
-        QTest::newRow("Yes") << QByteArray("\"Yes\"") << std::string("Yes") << true;
-        QTest::newRow("t") << QByteArray("\"t\"") << std::string("t") << true;
-        QTest::newRow("TRUE") << QByteArray("\"TRUE\"") << std::string("TRUE") << true;
-        QTest::newRow("1") << QByteArray("\"1\"") << std::string("1") << true;
-        QTest::newRow("no") << QByteArray("\"no\"") << std::string("no") << false;
-        QTest::newRow("on") << QByteArray("\"on\"") << std::string("on") << false;
-        QTest::newRow("repeated key: the last")
-            << QByteArray("\"no\", \"k\": \"yes\"") << std::string("yes") << true;
-    }
     void lenientReadsNeverFail()
     {
-        QFETCH(QByteArray, value);
-        QFETCH(std::string, text);
-        QFETCH(bool, boolean);
-        const auto document = parsed("{\"k\": " + value.toStdString() + "}");
-        const auto object = document.root();
-        QCOMPARE(lenient::text(object, "k"), text);
-        QCOMPARE(lenient::boolean(object, "k"), boolean);
-        QCOMPARE(lenient::text(object, "missing"), std::string());
-        QCOMPARE(lenient::array(object, "k").has_value(), value.startsWith('['));
-        QVERIFY(!lenient::object(object, "k"));
+        // A value of "k", then what it reads as text and as a boolean.
+        const std::tuple<std::string, std::string, bool> cases[] = {
+            { "42", "42", true },      { "0", "0", false },
+            { "true", "true", true },  { "null", "", false },
+            { "[1]", "", false },      { "\"Yes\"", "Yes", true },
+            { "\"no\"", "no", false }, { "\"no\", \"k\": \"yes\"", "yes", true }, // the last wins
+        };
+        for (const auto& [value, text, boolean] : cases) {
+            const auto document = parsed("{\"k\": " + value + "}");
+            const auto object = document.root();
+            QCOMPARE(lenient::text(object, "k"), text);
+            QCOMPARE(lenient::boolean(object, "k"), boolean);
+            QCOMPARE(lenient::text(object, "missing"), std::string());
+            QCOMPARE(lenient::array(object, "k").has_value(), value.starts_with('['));
+            QVERIFY(!lenient::object(object, "k"));
+        }
     }
 
     void allAppsAndRecentAreAppendedRowByRow()
     {
         MenuList list;
-        QAbstractItemModelTester tester(&list,
-                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
         QSignalSpy inserted(&list, &QAbstractItemModel::rowsInserted);
-        test::FakeMenus menus;
-        menus.addApp({ "a.desktop", "Alpha", "/i/a.png", "/i/a2.png", true });
-        menus.addApp({ "x", "X", "", "" });
-        const std::string x = menus.allApps()[1].dump();
-        const auto payload = parsed("[" + menus.allApps()[0].dump() +
-                                    R"(, {"name": "No key"}, {"appkey": "y", "appkey": "x"}])");
+        const std::string app =
+            R"({"appkey": "a", "name": "A", "bundleid": "b", "iconpath": "i", "iconpath2x": "j")";
+        const auto payload = parsed(
+            "[" + app + R"(, "pinned": 1}, {"name": "No key"}, {"appkey": "y", "appkey": "x"}])");
         MenuPayloadReader::readAllApps(payload.root(), list);
         QCOMPARE(inserted.count(), 3);
-        QCOMPARE(list.size(), std::size_t{ 3 });
         const TreeItem& first = list.items()[0];
-        QCOMPARE(first.id, std::string("a.desktop"));
+        QCOMPARE(first.id + first.name + *first.bundleID + *first.iconPath + *first.iconPath2x,
+                 std::string("aAbij"));
         QVERIFY(first.isPinned && !first.isPinnedAppMenuItem && !first.isCategory());
-        QCOMPARE(first.iconPath2x, std::optional<std::string>("/i/a2.png"));
-        QCOMPARE(list.items()[1].iconPath, std::optional<std::string>(""));
+        QVERIFY(list.items()[1].iconPath == "" && !list.items()[1].isPinned);
         QCOMPARE(list.items()[2].id, std::string("x"));
-        QCOMPARE(list.data(list.index(0, 0)).toString(), QStringLiteral("Alpha"));
 
         MenuList recent;
-        MenuPayloadReader::readRecentApps(parsed("{\"a\": " + x + "}").root(), recent);
+        MenuPayloadReader::readRecentApps(parsed("{\"a\": " + app + "}}").root(), recent);
         QVERIFY(recent.isEmpty()); // an object gives no recent rows
-        MenuPayloadReader::readRecentApps(parsed("[" + x + "]").root(), recent);
+        MenuPayloadReader::readRecentApps(parsed("[" + app + "}]").root(), recent);
         QCOMPARE(recent.size(), std::size_t{ 1 });
+        QVERIFY(!recent.items()[0].isPinned);
 
         // An object's members are read as apps ordered by key, a repeated key once, last value.
         MenuList fromObject;
@@ -102,28 +75,20 @@ private Q_SLOTS:
             parsed(R"({"k2": {"appkey": "b"}, "k1": {"appkey": "a"}, "k2": {"appkey": "c"}})")
                 .root(),
             fromObject);
-        QCOMPARE(fromObject.size(), std::size_t{ 2 });
-        QCOMPARE(fromObject.items()[0].id + fromObject.items()[1].id, std::string("ac"));
         MenuPayloadReader::readAllApps(parsed("\"text\"").root(), fromObject);
         QCOMPARE(fromObject.size(), std::size_t{ 2 });
-
-        list.clear();
-        QVERIFY(list.isEmpty());
-        QCOMPARE(list.rowCount(), 0);
+        QCOMPARE(fromObject.items()[0].id + fromObject.items()[1].id, std::string("ac"));
     }
 
     void myAppsListsThePinnedBlockThenCategories()
     {
         MenuList list;
-        QAbstractItemModelTester tester(&list,
-                                        QAbstractItemModelTester::FailureReportingMode::QtTest);
-        test::FakeMenus menus;
-        menus.addApp({ "p.desktop", "Pinned", "", "" });
-        menus.addApp({ "w.desktop", "Writer", "", "", true });
-        menus.pin("p.desktop");
-        menus.addCategory("Work", { "w.desktop" });
-        menus.addCategory("Empty", {});
-        MenuPayloadReader::readMyApps(parsed(menus.myApps().dump()).root(), list);
+        // Pinned apps come without "pinned", as the server sends them.
+        MenuPayloadReader::readMyApps(
+            parsed(R"({"pinnedapps": [{"appkey": "p"}], "appcats": ["Work", "Empty"],
+                       "appcatapps": {"Work": [{"appkey": "w", "pinned": true}], "Empty": []}})")
+                .root(),
+            list);
         QCOMPARE(list.size(), std::size_t{ 3 });
         const auto& pinned = list.items()[0];
         QVERIFY(pinned.isPinnedAppMenuItem && pinned.isPinned && !pinned.isCategory());
@@ -133,12 +98,6 @@ private Q_SLOTS:
         QCOMPARE(work.children->size(), std::size_t{ 1 });
         QVERIFY(work.children->front().isPinned && !work.children->front().isPinnedAppMenuItem);
         QVERIFY(list.items()[2].isCategory() && list.items()[2].children->empty());
-
-        const QModelIndex workIndex = list.index(1, 0);
-        QCOMPARE(list.rowCount(workIndex), 1);
-        QCOMPARE(list.data(list.index(0, 0, workIndex), MenuList::IdRole).toString(),
-                 QStringLiteral("w.desktop"));
-        QCOMPARE(list.parent(list.index(0, 0, workIndex)), workIndex);
 
         MenuList empty;
         MenuPayloadReader::readMyApps(parsed("{}").root(), empty);

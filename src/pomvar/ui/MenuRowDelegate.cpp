@@ -1,8 +1,7 @@
 #include "ui/MenuRowDelegate.h"
 
 #include "model/MenuList.h"
-#include "ui/AppCatItem.h"
-#include "ui/AppItem.h"
+#include "ui/MenuRowPainter.h"
 #include "ui/RowMetrics.h"
 
 #include <QPainter>
@@ -11,11 +10,6 @@
 namespace pomvar {
 
 namespace {
-
-bool isCategory(const QModelIndex& index)
-{
-    return index.data(MenuList::IsCategoryRole).toBool();
-}
 
 bool isExpanded(const QModelIndex& index, const QWidget* widget)
 {
@@ -58,15 +52,19 @@ QRect MenuRowDelegate::iconRect(const QRect& row,
                                 const QModelIndex& index,
                                 const QWidget* widget) const
 {
-    const QRect label = labelRect(row, index);
-    if (isCategory(index))
-        return AppCatItem(index.data().toString(), false).geometry(label, m_prefs()).icon;
-    return AppItem(index.data().toString(),
-                   index.data(MenuList::IsPinnedRole).toBool(),
-                   iconPath(index, widget),
-                   m_menu)
-        .geometry(label, m_prefs())
-        .icon;
+    return painterFor(index, widget).geometry(labelRect(row, index)).icon;
+}
+
+MenuRowPainter MenuRowDelegate::painterFor(const QModelIndex& index, const QWidget* widget) const
+{
+    if (index.data(MenuList::IsCategoryRole).toBool())
+        return MenuRowPainter::category(
+            index.data().toString(), isExpanded(index, widget), m_prefs());
+    return MenuRowPainter::app(index.data().toString(),
+                               index.data(MenuList::IsPinnedRole).toBool(),
+                               iconPath(index, widget),
+                               m_menu,
+                               m_prefs());
 }
 
 void MenuRowDelegate::paint(QPainter* painter,
@@ -74,18 +72,9 @@ void MenuRowDelegate::paint(QPainter* painter,
                             const QModelIndex& index) const
 {
     const bool hovered = option.state & (QStyle::State_MouseOver | QStyle::State_Selected);
-    const QRect label = labelRect(option.rect, index);
     painter->setFont(option.font);
-    if (isCategory(index)) {
-        AppCatItem(index.data().toString(), isExpanded(index, option.widget))
-            .paint(*painter, label, hovered, option.palette, m_prefs());
-        return;
-    }
-    AppItem(index.data().toString(),
-            index.data(MenuList::IsPinnedRole).toBool(),
-            iconPath(index, option.widget),
-            m_menu)
-        .paint(*painter, label, hovered, option.palette, m_prefs());
+    painterFor(index, option.widget)
+        .paint(*painter, labelRect(option.rect, index), hovered, option.palette);
 }
 
 QSize MenuRowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ui/MenuRowPainter.h"
 #include "ui/Pomvar.h"
 #include "wire/Records.h"
 
@@ -10,9 +11,8 @@
 
 namespace pomvar {
 
-// Paints the rows of one menu from the menu list's roles: app rows as AppItem, category rows as
-// AppCatItem. Every row of a menu has the same height, so the views can lay out only what is
-// visible.
+// Paints the rows of one menu from the menu list's roles with a MenuRowPainter. Every row of a menu
+// has the same height, so the views can lay out only what is visible.
 class MenuRowDelegate : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -39,6 +39,8 @@ public:
     int rowHeight(const QFontMetrics& metrics) const;
 
 private:
+    MenuRowPainter painterFor(const QModelIndex& index, const QWidget* widget) const;
+
     Pomvar m_menu;
     PrefsSource m_prefs;
 };

@@ -22,7 +22,7 @@ std::optional<JsonDocument> JsonDocument::parse(const std::string& text, std::st
 {
     constexpr std::string_view bom = "\xEF\xBB\xBF";
     const std::size_t skip = std::string_view(text).starts_with(bom) ? bom.size() : 0;
-    const bool needsCopy = text.capacity() - text.size() < simdjson::SIMDJSON_PADDING;
+    const bool needsCopy = text.capacity() - text.size() < kPadding;
     JsonDocument document;
     document.m_parser =
         t_spareParser ? std::move(t_spareParser) : std::make_unique<simdjson::dom::parser>();

@@ -22,9 +22,11 @@ class JsonDocument
 public:
     // The deepest nesting of arrays and objects accepted (simdjson counts one level more).
     static constexpr std::size_t kMaxDepth = simdjson::DEFAULT_MAX_DEPTH - 1;
+    // Spare capacity past a text's end that lets it be parsed in place.
+    static constexpr std::size_t kPadding = simdjson::SIMDJSON_PADDING;
 
     // Nothing when the text is not JSON (or not UTF-8); `error` then says why. A text with
-    // SIMDJSON_PADDING bytes of spare capacity is parsed in place, any other is copied first.
+    // kPadding bytes of spare capacity is parsed in place, any other is copied first.
     static std::optional<JsonDocument> parse(const std::string& text, std::string* error = nullptr);
 
     JsonDocument(JsonDocument&&) = default;

@@ -72,22 +72,29 @@ bool boolean(Value object, std::string_view key)
     return value && boolean(*value);
 }
 
-std::optional<simdjson::dom::array> array(Value object, std::string_view key)
+namespace {
+
+// The member as a `T` (an array or an object); nothing when missing or of another type.
+template <typename T>
+std::optional<T> typedMember(Value object, std::string_view key)
 {
-    simdjson::dom::array result;
+    T result;
     const auto value = member(object, key);
     if (!value || value->get(result) != simdjson::SUCCESS)
         return std::nullopt;
     return result;
 }
 
+} // namespace
+
+std::optional<simdjson::dom::array> array(Value object, std::string_view key)
+{
+    return typedMember<simdjson::dom::array>(object, key);
+}
+
 std::optional<simdjson::dom::object> object(Value object, std::string_view key)
 {
-    simdjson::dom::object result;
-    const auto value = member(object, key);
-    if (!value || value->get(result) != simdjson::SUCCESS)
-        return std::nullopt;
-    return result;
+    return typedMember<simdjson::dom::object>(object, key);
 }
 
 } // namespace pomvar::lenient

@@ -1,5 +1,7 @@
 #include "ipc/RuntimeConnection.h"
 
+#include "ipc/JsonDocument.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -21,8 +23,6 @@ namespace {
 // Bytes read ahead of the pending receives before reading pauses.
 constexpr std::size_t kReadAhead = 1 << 20;
 constexpr std::size_t kReadChunk = 64 * 1024;
-// What simdjson may read past the end of a text (SIMDJSON_PADDING).
-constexpr std::size_t kParsePadding = 64;
 
 std::error_code lastError()
 {
@@ -345,7 +345,7 @@ void RuntimeConnection::readSome()
     // body at each partial read would cost more than the reads.
     if (m_in.size() < m_inEnd + room) {
         // Spare capacity past the end lets the JSON parser read the body in place.
-        const std::size_t capacity = m_inEnd + room + kParsePadding;
+        const std::size_t capacity = m_inEnd + room + JsonDocument::kPadding;
         if (large && m_in.capacity() < capacity && m_spareIn.capacity() >= capacity) {
             m_spareIn.assign(m_in, 0, m_inEnd);
             m_in = std::exchange(m_spareIn, {});

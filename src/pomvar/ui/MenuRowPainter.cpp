@@ -132,17 +132,12 @@ void MenuRowPainter::paintChevron(QPainter& painter, const QRect& row, const QCo
     // Pointing right when collapsed, down when expanded.
     const QPointF centre(row.left() + RowMetrics::disclosureWidth / 2.0 + 2,
                          row.center().y() + 0.5);
-    const qreal a = m_expanded ? 3.5 : 1.75, b = m_expanded ? 1.75 : 3.5;
-    QPainterPath path;
-    if (m_expanded) {
-        path.moveTo(centre + QPointF(-a, -b));
-        path.lineTo(centre + QPointF(0, b));
-        path.lineTo(centre + QPointF(a, -b));
-    } else {
-        path.moveTo(centre + QPointF(-a, -b));
-        path.lineTo(centre + QPointF(a, 0));
-        path.lineTo(centre + QPointF(-a, b));
-    }
+    static constexpr QPointF points[2][3] = { { { -1.75, -3.5 }, { 1.75, 0 }, { -1.75, 3.5 } },
+                                              { { -3.5, -1.75 }, { 0, 1.75 }, { 3.5, -1.75 } } };
+    const auto& chevron = points[m_expanded ? 1 : 0];
+    QPainterPath path(centre + chevron[0]);
+    path.lineTo(centre + chevron[1]);
+    path.lineTo(centre + chevron[2]);
     painter.setPen(QPen(colour, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.drawPath(path);

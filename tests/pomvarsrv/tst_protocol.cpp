@@ -76,6 +76,7 @@ void TestProtocol::damagedFramesAndUnansweredRequests()
              Json::parse(R"({"isset": false})"));
     QVERIFY(m_server->log().contains(
         "pomvarsrv: warning: ignoring a request with the unknown id \"make-coffee\""));
+    QVERIFY(m_server->log().contains("warning: toggle-set-appcat: no installed app"));
 }
 
 void TestProtocol::stalledOrFloodingClientsBlockNoOne()

@@ -57,8 +57,6 @@ public:
         ((flags.at(flag) = true), ...);
         return flags;
     }
-    // A modified-flags reply that makes the next opening refetch every menu.
-    static nlohmann::json everythingModified() { return modified("appFolderModified"); }
 
 private:
     nlohmann::json apps(const std::vector<std::string>& keys, bool withPinned) const;

@@ -1,5 +1,7 @@
 #include "InstallLayout.h"
 
+#include "TestDesktop.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QTest>
@@ -80,16 +82,13 @@ bool InstallLayout::isConnectedToServer(const QProcess& process)
 
 QByteArray InstallLayout::read(const QString& path) const
 {
-    QFile file(m_dir.filePath(path));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+    const QString file = m_dir.filePath(path);
+    return QFile::exists(file) ? TestDesktop::read(file) : QByteArray("<missing>");
 }
 
 bool InstallLayout::write(const QString& path, const QByteArray& content, bool executable)
 {
-    QFile file(m_dir.filePath(path));
-    return QDir().mkpath(QFileInfo(file).path()) && file.open(QIODevice::WriteOnly) &&
-           file.write(content) == content.size() &&
-           (!executable || file.setPermissions(file.permissions() | QFile::ExeOwner));
+    return TestDesktop::write(m_dir.filePath(path), content, executable);
 }
 
 } // namespace pomvar::test

@@ -43,6 +43,7 @@ public:
         m_scene = std::make_unique<MenuBarScene>(*m_vm, [this] { ++m_terminateCalls; });
     }
     PomvarViewModel& vm() { return *m_vm; }
+    MenuBarScene& scene() { return *m_scene; }
     PanelWindow& panel() { return *m_scene->panel(); }
     PomvarView& view() { return *panel().view(); }
     MenuListView& menuView(int menu) { return *view().menuView(static_cast<Pomvar>(menu)); }

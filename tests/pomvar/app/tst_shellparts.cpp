@@ -1,7 +1,11 @@
-// The PID file, the shell runner behind the readiness probe, and the detached launch.
+// The command line, the PID file, the shell runner behind the readiness probe, the detached
+// launch, and the lines a signal handler may write.
+#include "TestDesktop.h"
+#include "app/CommandLine.h"
 #include "app/DetachedProcess.h"
 #include "app/Execute.h"
 #include "app/PidFile.h"
+#include "app/SignalSafe.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,21 +13,15 @@
 #include <QTest>
 
 #include <cerrno>
+#include <climits>
+#include <cstdio>
 #include <sys/wait.h>
 #include <unistd.h>
 
+using pomvar::CmdLine;
 using pomvar::CommandError;
 using pomvar::PidFile;
-
-namespace {
-
-QByteArray readFile(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
-
-} // namespace
+using pomvar::test::TestDesktop;
 
 class TestShellParts : public QObject
 {
@@ -31,6 +29,38 @@ class TestShellParts : public QObject
     QTemporaryDir m_dir;
 
 private Q_SLOTS:
+    void argumentsGiveActionAndServerArguments()
+    {
+        using A = CmdLine::Action;
+        using Args = std::vector<std::string>;
+        const struct
+        {
+            Args arguments;
+            A action;
+            Args rtArgs;
+        } cases[] = {
+            { {}, A::run, {} },
+            // In a fixed order, each once; plain words are skipped.
+            { { "--welcome", "--refresh", "word", "-", "--clear-recent", "--refresh" },
+              A::run,
+              { "--clear-recent", "--refresh", "--welcome" } },
+            // Reading stops at an unknown long or short flag, and at "---".
+            { { "--welcome", "--bogus", "--refresh" }, A::run, { "--welcome" } },
+            { { "-v", "--refresh" }, A::run, {} },
+            { { "--welcome", "---", "--refresh", "-h" }, A::run, { "--welcome" } },
+            // Help wins over version; a group of short names is read up to its fault.
+            { { "--version", "-h" }, A::help, {} },
+            { { "-hx" }, A::help, {} },
+            { { "--refresh", "--version" }, A::version, {} },
+        };
+        for (std::size_t row = 0; row < std::size(cases); ++row) {
+            auto [arguments, action, rtArgs] = cases[row];
+            arguments.insert(arguments.begin(), "/usr/bin/pomvar");
+            const CmdLine cmdLine = pomvar::readCmdLine(arguments, false);
+            QVERIFY2(cmdLine.action == action && cmdLine.rtArgs == rtArgs,
+                     ("case " + std::to_string(row)).c_str());
+        }
+    }
     void pidFile()
     {
         qputenv("XDG_CACHE_HOME", m_dir.path().toUtf8());
@@ -38,7 +68,7 @@ private Q_SLOTS:
         QCOMPARE(QString::fromStdString(PidFile::getPidFilePath()), path);
         // Its folder is made; the bare number is written, nothing left over from the atomic write.
         PidFile::create();
-        QCOMPARE(readFile(path), QByteArray::number(::getpid()));
+        QCOMPARE(TestDesktop::read(path), QByteArray::number(::getpid()));
         QCOMPARE(
             QDir(m_dir.filePath("Pomvar4Mac")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
             QStringList{ "pomvar.pid" });
@@ -89,7 +119,7 @@ private Q_SLOTS:
         QCOMPARE(pomvar::startDetached("/bin/sh", { "-c", script, out.toStdString(), "a", "b c" }),
                  std::error_code());
         QTRY_VERIFY(QFile::exists(out));
-        const QList<QByteArray> fields = readFile(out).split('|');
+        const QList<QByteArray> fields = TestDesktop::read(out).split('|');
         QCOMPARE(fields.mid(0, 4),
                  (QList<QByteArray>{ "a", "b c", "inherited", QDir::currentPath().toUtf8() }));
         QVERIFY(fields[4] != QByteArray::number(::getpid()));
@@ -98,6 +128,24 @@ private Q_SLOTS:
         QCOMPARE(errno, ECHILD);
         QCOMPARE(pomvar::startDetached(m_dir.filePath("none").toStdString(), {}),
                  std::make_error_code(std::errc::no_such_file_or_directory));
+    }
+
+    void signalSafeLinesCarryTheWholeNumber()
+    {
+        int ends[2];
+        QCOMPARE(::pipe(ends), 0);
+        std::fflush(stdout);
+        const int saved = ::dup(STDOUT_FILENO);
+        ::dup2(ends[1], STDOUT_FILENO);
+        for (const long number : { 0L, 15L, -42L, LONG_MIN })
+            pomvar::signal_safe::writeLine("n=", number);
+        ::dup2(saved, STDOUT_FILENO);
+        ::close(saved);
+        ::close(ends[1]);
+        QByteArray got(256, '\0');
+        got.truncate(static_cast<int>(std::max<ssize_t>(0, ::read(ends[0], got.data(), 256))));
+        ::close(ends[0]);
+        QCOMPARE(got, "n=0\nn=15\nn=-42\nn=-9223372036854775808\n");
     }
 };
 

@@ -1,6 +1,6 @@
 // A broken server contract stops the front end, naming the fault: records with a missing or
-// mistyped field, menu data that does not hold together, an oversized request. A refused
-// connection ends it with status 1; a zero-length reply leaves it waiting.
+// mistyped field, menu data that does not hold together, an oversized request, a port out of
+// range. A refused connection ends it with status 1; a zero-length reply leaves it waiting.
 #include "ChildProcess.h"
 #include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
@@ -16,7 +16,7 @@ using Reply = FakeRuntimeServer::Reply;
 
 namespace {
 
-ChildOutcome runDriver(quint16 port, const QByteArray& command, int waitMs = 15000)
+ChildOutcome runDriver(int port, const QByteArray& command, int waitMs = 15000)
 {
     return runChild(qEnvironmentVariable("LINK_DRIVER"),
                     { QString::number(port), QString::fromLatin1(command) },
@@ -30,20 +30,17 @@ class TestFatalStops : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void brokenRepliesStopTheProcessNamingTheFault_data()
+    void brokenRepliesStopTheProcessNamingTheFault()
     {
-        QTest::addColumn<QByteArray>("command");
-        QTest::addColumn<QByteArray>("id");
-        QTest::addColumn<QByteArray>("reply"); // empty: the server closes the connection
-        QTest::addColumn<QByteArray>("fault");
         nlohmann::json prefs = FakeMenus::prefs(0, true, false);
         prefs["MenuDensity"] = 1.5;
         const std::string density = prefs.dump();
         prefs["MenuDensity"] = 1;
         prefs["AnimationFx"] = 1;
         const std::string animation = prefs.dump();
-        // Each row is named after the fault the message must name.
-        const std::vector<std::array<std::string, 4>> rows = {
+        // The driver's command, the request answered, its reply (empty: the server closes the
+        // connection), and the fault the message must name.
+        const std::array<std::string, 4> rows[] = {
             { "user-prefs", "get-user-prefs", density, "non-integral number" },
             { "user-prefs", "get-user-prefs", animation, "\"AnimationFx\" must be a boolean" },
             { "user-prefs", "get-user-prefs", "", "no reply to 'get-user-prefs'" },
@@ -62,27 +59,17 @@ private Q_SLOTS:
               "\"x\", which" },
             { "build", "get-myapps-menu-data", R"({"renamedAppcats": [{"old": 1}]})", "\"new\":" },
         };
-        for (const auto& [command, id, reply, fault] : rows)
-            QTest::newRow(fault.c_str())
-                << QByteArray::fromStdString(command) << QByteArray::fromStdString(id)
-                << QByteArray::fromStdString(reply) << QByteArray::fromStdString(fault);
-    }
-    void brokenRepliesStopTheProcessNamingTheFault()
-    {
-        QFETCH(QByteArray, command);
-        QFETCH(QByteArray, id);
-        QFETCH(QByteArray, reply);
-        QFETCH(QByteArray, fault);
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        server.setDefaultReply(id.toStdString(),
-                               reply.isEmpty() ? Reply::close() : Reply::text(reply.toStdString()));
         // A saved expansion map makes the rename list count.
         QSettings(QSettings::IniFormat, QSettings::UserScope, "pomvar", "pomvar")
             .setValue("ExpandedAppCats", QVariantMap{ { "W", true } });
-        const ChildOutcome outcome = runDriver(server.port(), command);
-        QVERIFY(outcome.crashed());
-        QVERIFY2(outcome.err.contains(fault), outcome.err.constData());
+        for (const auto& [command, id, reply, fault] : rows) {
+            FakeRuntimeServer server;
+            QVERIFY(server.listen());
+            server.setDefaultReply(id, reply.empty() ? Reply::close() : Reply::text(reply));
+            const ChildOutcome outcome =
+                runDriver(server.port(), QByteArray::fromStdString(command));
+            QVERIFY2(outcome.crashed() && outcome.err.contains(fault), fault.c_str());
+        }
     }
 
     void aRefusedConnectionExitsWithStatusOne()
@@ -96,6 +83,13 @@ private Q_SLOTS:
         const ChildOutcome outcome = runDriver(port, "app-status");
         QVERIFY(outcome.exitedWith(1));
         QCOMPARE(outcome.out, QByteArray("Pomvar: PomvarViewModel: Error: Connection refused\n"));
+    }
+
+    void aPortOutOfRangeStopsBeforeConnecting()
+    {
+        const ChildOutcome outcome = runDriver(70000, "app-status");
+        QVERIFY(outcome.crashed());
+        QVERIFY2(outcome.err.contains("invalid port 70000"), outcome.err.constData());
     }
 
     void aZeroLengthReplyLeavesTheCallerWaiting()

@@ -98,10 +98,6 @@ private Q_SLOTS:
         QCOMPARE(work.children->size(), std::size_t{ 1 });
         QVERIFY(work.children->front().isPinned && !work.children->front().isPinnedAppMenuItem);
         QVERIFY(list.items()[2].isCategory() && list.items()[2].children->empty());
-
-        MenuList empty;
-        MenuPayloadReader::readMyApps(parsed("{}").root(), empty);
-        QVERIFY(empty.isEmpty());
     }
 
     void renamesKeepTheirOrderAndFlagTheMalformed()

@@ -97,13 +97,6 @@ private Q_SLOTS:
         QCOMPARE(read.menuDensity, 1);
         QVERIFY(!read.animationFx && read.saveExpAppCats && !read.saveLastMenu &&
                 read.oneExpAppCat);
-        nlohmann::json flags =
-            test::FakeMenus::modified("recentAppsModified", "pinnedAppsModified");
-        flags["more"] = { 1, 2 };
-        server.queueReply("get-menu-data-modified-status", Reply::json(flags));
-        const MenuDataStatus status = link.getMenuDataModifiedStatus();
-        QVERIFY(!status.appFolderModified && status.recentAppsModified && !status.appcatsModified &&
-                status.pinnedAppsModified);
         server.queueReply("get-app-status",
                           Reply::json({ { "ready", false }, { "updateFinished", true } }));
         const AppStatus app = link.getAppStatus();

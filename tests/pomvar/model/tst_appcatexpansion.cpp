@@ -59,14 +59,8 @@ private Q_SLOTS:
         QCOMPARE(AppCatExpansion::reconcile(saved, { rename }, { "A", "New", "C" }, prefs),
                  expected);
     }
-    void savedMapRoundTripsAnyCategoryName()
+    void savedMapsOfNonBooleansAreIgnored()
     {
-        const Map expanded = { { "Games & \"Fun\"", true }, { "a/b\\c", false } };
-        UserDefaults::setExpandedAppCats(expanded);
-        QCOMPARE(UserDefaults::expandedAppCats(), std::optional<Map>(expanded));
-        UserDefaults::setLastMenu(2);
-        QCOMPARE(UserDefaults::lastMenu(), 2);
-
         QSettings settings(QSettings::IniFormat, QSettings::UserScope, "pomvar", "pomvar");
         settings.setValue("ExpandedAppCats", QVariantMap{ { "A", QStringLiteral("true") } });
         settings.sync();

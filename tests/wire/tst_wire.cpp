@@ -1,13 +1,16 @@
-// Frames reassembled from any chunking, an oversized prefix flagged, and strict UTF-8.
+// Frames reassembled from any chunking, an oversized prefix flagged, strict UTF-8, and the request
+// texts byte for byte: values are pasted unescaped, toggle-set-appcat keeps its odd ending, and the
+// organizer sends null for an empty key.
 #include "wire/Frame.h"
 #include "wire/FrameDecoder.h"
+#include "wire/Protocol.h"
 #include "wire/Utf8.h"
 
 #include <QTest>
 
 using namespace pomvar::wire;
 
-class TestFrame : public QObject
+class TestWire : public QObject
 {
     Q_OBJECT
 
@@ -53,7 +56,28 @@ private Q_SLOTS:
         for (const auto& [text, valid] : cases)
             QVERIFY2(isValidUtf8(text) == valid, text.c_str());
     }
+
+    void requestTextsAreExact()
+    {
+        namespace rq = pomvar::request;
+        using pomvar::OrganizerDlgMode;
+        const std::pair<std::string, std::string> cases[] = {
+            { rq::plain(rq::getUserPrefs), "{\n    \"id\": \"get-user-prefs\"\n}" },
+            { rq::launch("a\"b\\c"), "{\n    \"id\": \"launch\",\n    \"appkey\": \"a\"b\\c\"\n}" },
+            { rq::getInfoAppcat("G \"F\""),
+              "{\n    \"id\": \"get-info-appcat\",\n    \"appcat\": \"G \"F\"\"\n}" },
+            { rq::toggleSetAppcat("k", "Work"),
+              "{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"k\",\n    \"appcat\": "
+              "\"Work\"\n }   " },
+            { rq::organizer(OrganizerDlgMode::settings, ""),
+              "{\n    \"id\": \"organizer\",\n    \"pane\": 2,\n    \"itemkey\": null\n}" },
+            { rq::organizer(OrganizerDlgMode::organizeApp, "a"),
+              "{\n    \"id\": \"organizer\",\n    \"pane\": 1,\n    \"itemkey\": \"a\"\n}" },
+        };
+        for (const auto& [text, expected] : cases)
+            QCOMPARE(text, expected);
+    }
 };
 
-QTEST_APPLESS_MAIN(TestFrame)
-#include "tst_frame.moc"
+QTEST_APPLESS_MAIN(TestWire)
+#include "tst_wire.moc"

@@ -7,6 +7,8 @@
 
 #include <QTcpSocket>
 
+#include <algorithm>
+
 namespace pomvar::srv {
 
 namespace {
@@ -17,7 +19,25 @@ constexpr qint64 kMaxPendingReplyBytes = 32 * 1024 * 1024;
 constexpr qint64 kReadBufferSize = 256 * 1024;
 constexpr qint64 kChunk = 64 * 1024;
 
+// Every method word is three capital letters or more ("GET", "POST", "PRI * HTTP/2.0"); a
+// request frame starts with its length, then "{".
+constexpr qint64 kOpeningSize = 3;
+
+bool opensLikeHttp(const QByteArray& opening)
+{
+    return std::all_of(opening.begin(), opening.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+}
+
 } // namespace
+
+void ClientConnection::refuse(const QString& why)
+{
+    qCWarning(lcServer).noquote() << "closed the connection from port" << m_socket->peerPort()
+                                  << "unread:" << why;
+    m_refused = true;
+    m_socket->abort();
+    Q_EMIT finished();
+}
 
 ClientConnection::ClientConnection(QTcpSocket* socket, RequestHandler& handler, QObject* parent)
     : QObject(parent)
@@ -45,7 +65,12 @@ void ClientConnection::serve()
         return;
     m_serving = true;
     std::string body;
-    while (m_socket->bytesToWrite() < kMaxPendingReplyBytes) {
+    if (!m_openingChecked && m_socket->bytesAvailable() >= kOpeningSize) {
+        m_openingChecked = true;
+        if (opensLikeHttp(m_socket->peek(kOpeningSize)))
+            refuse(QStringLiteral("it opens like HTTP"));
+    }
+    while (m_openingChecked && !m_refused && m_socket->bytesToWrite() < kMaxPendingReplyBytes) {
         if (m_decoder.next(body)) {
             serveFrame(body);
             continue;
@@ -62,8 +87,7 @@ void ClientConnection::serveFrame(const std::string& body)
 {
     const auto request = RequestParser::parse(body);
     if (!request) {
-        qCWarning(lcServer) << "ignoring a request that names no known id:" << body.size()
-                            << "bytes";
+        refuse(QStringLiteral("a frame of %1 bytes is not a well-formed request").arg(body.size()));
         return;
     }
     const auto reply = m_handler.handle(*request);

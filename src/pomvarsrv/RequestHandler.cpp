@@ -28,7 +28,7 @@ std::optional<std::string> RequestHandler::handle(const Request& request)
 {
     if (request::expectsReply(request.id))
         return reply(request);
-    if (request::isKnown(request.id))
+    if (request::fieldsOf(request.id))
         act(request);
     else
         qCWarning(lcServer) << "ignoring a request with the unknown id"

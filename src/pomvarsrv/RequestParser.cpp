@@ -37,12 +37,6 @@ bool takeSuffix(std::string_view& text, std::string_view suffix)
     return true;
 }
 
-bool isAppkeyRequest(std::string_view id)
-{
-    return id == "launch" || id == "get-info-app" || id == "toggle-pin-app" ||
-           id == "create-new-appcat-cxtmnu";
-}
-
 // ",\n    \"appkey\": \"" value "\"\n}" and the like: everything between the fixed pieces.
 std::optional<std::string> pastedValue(std::string_view rest, std::string_view field)
 {
@@ -87,84 +81,85 @@ std::optional<Request> toggleSetLayout(std::string_view rest)
                     .appcat = std::string(rest.substr(split + kToggleSeparator.size())) };
 }
 
-std::optional<std::string> stringMember(const nlohmann::json& object, const char* key)
-{
-    const auto it = object.find(key);
-    if (it == object.end() || !it->is_string())
-        return std::nullopt;
-    return it->get<std::string>();
-}
-
 } // namespace
 
 std::optional<Request> RequestParser::parse(std::string_view body)
 {
     if (auto request = parseLayout(body))
         return request;
-    if (auto request = parseJson(body))
-        return request;
-    return recoverId(body);
+    return parseJson(body);
 }
 
 std::optional<Request> RequestParser::parseLayout(std::string_view body)
 {
+    using request::Fields;
     std::string_view rest = body;
     if (!takePrefix(rest, kHead))
         return std::nullopt;
     const auto quote = rest.find('"');
     if (quote == std::string_view::npos)
         return std::nullopt;
-    const std::string_view id = rest.substr(0, quote);
-    if (!request::isKnown(id))
+    const std::string id(rest.substr(0, quote));
+    const auto fields = request::fieldsOf(id);
+    if (!fields)
         return std::nullopt;
     rest.remove_prefix(quote + 1);
 
-    if (rest == kEnd)
-        return Request{ .id = std::string(id) };
-    if (isAppkeyRequest(id)) {
+    switch (*fields) {
+    case Fields::none:
+        return rest == kEnd ? std::optional(Request{ .id = id }) : std::nullopt;
+    case Fields::appkey:
         if (auto value = pastedValue(rest, kAppkeyField))
-            return Request{ .id = std::string(id), .appkey = std::move(value) };
+            return Request{ .id = id, .appkey = std::move(value) };
         return std::nullopt;
-    }
-    if (id == "get-info-appcat") {
+    case Fields::appcat:
         if (auto value = pastedValue(rest, kAppcatField))
-            return Request{ .id = std::string(id), .appcat = std::move(value) };
+            return Request{ .id = id, .appcat = std::move(value) };
         return std::nullopt;
-    }
-    if (id == "toggle-set-appcat")
+    case Fields::appkeyAndAppcat:
         return toggleSetLayout(rest);
-    if (id == "organizer")
+    case Fields::paneAndItemkey:
         return organizerLayout(rest);
+    }
     return std::nullopt;
 }
 
 std::optional<Request> RequestParser::parseJson(std::string_view body)
 {
+    using request::Fields;
     const auto value = nlohmann::json::parse(body, nullptr, false);
-    if (!value.is_object())
+    const auto id = value.is_object() ? value.find("id") : value.end();
+    if (id == value.end() || !id->is_string())
         return std::nullopt;
-    auto id = stringMember(value, "id");
-    if (!id)
+    Request request{ .id = id->get<std::string>() };
+    const auto fields = request::fieldsOf(request.id);
+    if (!fields)
         return std::nullopt;
-    Request request{ .id = std::move(*id) };
-    request.appkey = stringMember(value, "appkey");
-    request.appcat = stringMember(value, "appcat");
-    request.itemkey = stringMember(value, "itemkey");
-    const auto pane = value.find("pane");
-    if (pane != value.end() && pane->is_number_integer())
+    // The members the id carries, each of its type; no other member.
+    const bool appkey = *fields == Fields::appkey || *fields == Fields::appkeyAndAppcat;
+    const bool appcat = *fields == Fields::appcat || *fields == Fields::appkeyAndAppcat;
+    const bool organizer = *fields == Fields::paneAndItemkey;
+    const std::size_t expected = 1 + (appkey ? 1 : 0) + (appcat ? 1 : 0) + (organizer ? 2 : 0);
+    if (value.size() != expected)
+        return std::nullopt;
+    const auto string = [&](const char* name) -> std::optional<std::string> {
+        const auto it = value.find(name);
+        return it != value.end() && it->is_string() ? std::optional(it->get<std::string>())
+                                                    : std::nullopt;
+    };
+    if (appkey && !(request.appkey = string("appkey")))
+        return std::nullopt;
+    if (appcat && !(request.appcat = string("appcat")))
+        return std::nullopt;
+    if (organizer) {
+        const auto pane = value.find("pane"), itemkey = value.find("itemkey");
+        if (pane == value.end() || !pane->is_number_integer() || itemkey == value.end() ||
+            !(itemkey->is_string() || itemkey->is_null()))
+            return std::nullopt;
         request.pane = pane->get<std::int64_t>();
+        request.itemkey = string("itemkey");
+    }
     return request;
-}
-
-std::optional<Request> RequestParser::recoverId(std::string_view body)
-{
-    std::string_view rest = body;
-    if (!takePrefix(rest, kHead))
-        return std::nullopt;
-    const auto quote = rest.find('"');
-    if (quote == std::string_view::npos || !request::isKnown(rest.substr(0, quote)))
-        return std::nullopt;
-    return Request{ .id = std::string(rest.substr(0, quote)) };
 }
 
 } // namespace pomvar::srv

@@ -9,10 +9,21 @@ bool expectsReply(std::string_view id)
     return std::find(awaited.begin(), awaited.end(), id) != awaited.end();
 }
 
-bool isKnown(std::string_view id)
+std::optional<Fields> fieldsOf(std::string_view id)
 {
-    return expectsReply(id) ||
-           std::find(fireAndForget.begin(), fireAndForget.end(), id) != fireAndForget.end();
+    if (id == launchId || id == getInfoAppId || id == togglePinAppId ||
+        id == createNewAppcatCxtmnuId)
+        return Fields::appkey;
+    if (id == getInfoAppcatId)
+        return Fields::appcat;
+    if (id == toggleSetAppcatId)
+        return Fields::appkeyAndAppcat;
+    if (id == organizerId)
+        return Fields::paneAndItemkey;
+    if (expectsReply(id) ||
+        std::find(fireAndForget.begin(), fireAndForget.end(), id) != fireAndForget.end())
+        return Fields::none;
+    return std::nullopt;
 }
 
 namespace {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -51,7 +52,18 @@ inline constexpr std::array<std::string_view, 10> fireAndForget = {
 };
 
 bool expectsReply(std::string_view id);
-bool isKnown(std::string_view id);
+
+// What a request carries besides its id; each field is required.
+enum class Fields
+{
+    none,
+    appkey,          // a string
+    appcat,          // a string
+    appkeyAndAppcat, // two strings
+    paneAndItemkey,  // an integer, then a string or null
+};
+// The fields of a request of the catalogue; nothing for an unknown id.
+std::optional<Fields> fieldsOf(std::string_view id);
 
 // The request texts, byte for byte. Values are pasted in as given, without any escaping: the
 // server is written against these exact texts.

@@ -1,4 +1,4 @@
-// The real server over TCP: framing, damaged and truncated frames, clients that stall or flood,
+// The real server over TCP: web pages and malformed frames shut out, clients that stall or flood,
 // only the server's own user served, launching real programs, a second server on the same port.
 // What each request does is tst_servermodel's.
 #include "ServerProcess.h"
@@ -22,7 +22,7 @@ class TestProtocol : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void damagedFramesAndUnansweredRequests();
+    void webPagesAndMalformedFramesAreShutOut();
     void stalledOrFloodingClientsBlockNoOne();
     void otherUsersAreRefused();
     void launch();
@@ -59,24 +59,47 @@ void TestProtocol::initTestCase()
     QVERIFY(QFile::remove(root + "/bin/soon-gone"));
 }
 
-void TestProtocol::damagedFramesAndUnansweredRequests()
+void TestProtocol::webPagesAndMalformedFramesAreShutOut()
 {
-    SrvClient client;
-    QVERIFY(client.connectTo(m_server->port()));
-    // None of these is answered: the first reply read must be the awaited request's.
-    for (const std::string& body :
-         { std::string("garbage"),
-           std::string(65535, '{'),
-           std::string("{\n    \"id\": \"launch\",\n    \"appkey\": \"al"),
-           std::string(R"({"id": "make-coffee"})"),
-           rq::plain(rq::checkUpdates) })
-        QVERIFY(client.send(body));
-    // An awaited request cut short is still answered, so the front end stays in step.
-    JCOMPARE(client.json("{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"alp"),
-             Json::parse(R"({"isset": false})"));
-    QVERIFY(m_server->log().contains(
-        "pomvarsrv: warning: ignoring a request with the unknown id \"make-coffee\""));
-    QVERIFY(m_server->log().contains("warning: toggle-set-appcat: no installed app"));
+    SrvClient bystander, before;
+    QVERIFY(bystander.connectTo(m_server->port()) && before.connectTo(m_server->port()));
+    before.json(rq::plain(rq::getMenuDataModifiedStatus)); // clears the flags
+    const QByteArray store = TestDesktop::read(m_desktop.storePath());
+    // Frames that would pin, launch, answer and quit, had they been read.
+    const auto frame = [](const std::string& body) {
+        return *pomvar::wire::encodeRequestFrame(body);
+    };
+    const std::string frames = frame(rq::togglePinApp("alpha.desktop")) +
+                               frame(rq::launch("marker.desktop")) +
+                               frame(rq::plain(rq::getAppStatus)) + frame(rq::plain(rq::quit));
+    // A browser's POST padded so that the frames start where "PO", read as a length, ends.
+    std::string post = "POST / HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: text/plain\r\n\r\n";
+    post.resize(2 + ('P' << 8 | 'O'), ' ');
+    const std::string openings[] = {
+        post + frames,
+        "PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n" + frames,
+        frame("garbage") + frames,
+        frame(R"({"id": "make-coffee"})") + frames,
+        frame("{\n    \"id\": \"launch\"\n}") + frames,
+        frame("{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"al") + frames,
+    };
+    for (const std::string& opening : openings) {
+        SrvClient client;
+        QVERIFY(client.connectTo(m_server->port()));
+        const quint16 port = client.localPort();
+        client.sendRaw(opening); // may fail midway: the server hangs up
+        QVERIFY(!client.readReply() && !client.isConnected());
+        QCOMPARE(
+            m_server->log().count(QStringLiteral("closed the connection from port %1 ").arg(port)),
+            1);
+    }
+    // Nothing was acted on, and everyone else is still served.
+    JCOMPARE(bystander.json(rq::plain(rq::getAppStatus))["ready"], true);
+    const Json flags = before.json(rq::plain(rq::getMenuDataModifiedStatus));
+    QVERIFY2(!flags["pinnedAppsModified"] && !flags["recentAppsModified"], flags.dump().c_str());
+    JCOMPARE(before.json(rq::plain(rq::getMyAppsMenuData))["pinnedapps"], Json::array());
+    QCOMPARE(TestDesktop::read(m_desktop.storePath()), store);
+    QVERIFY(!m_server->log().contains("launched"));
 }
 
 void TestProtocol::stalledOrFloodingClientsBlockNoOne()

@@ -1,6 +1,6 @@
 // Every request text the front end writes, read back by the server's parser: values with
 // quotes, backslashes, JSON escapes and the request's own closing text pasted in; then plain
-// JSON and damaged bodies.
+// JSON, and the bodies refused for not being well-formed requests.
 #include "RequestParser.h"
 #include "SrvClient.h"
 #include "wire/Protocol.h"
@@ -52,11 +52,23 @@ void TestRequestParser::roundTrip()
         check(rq::organizer(OrganizerDlgMode::organizeApp, v), organizer);
     }
     check(R"({"appkey": "x\"y", "id": "launch"})", { { "id", "launch" }, { "appkey", "x\"y" } });
-    check(R"({"id": "organizer", "pane": "1", "itemkey": null})", { { "id", "organizer" } });
-    // Cut short, a known request still yields its id so that an awaited one is answered.
-    check("{\n    \"id\": \"toggle-set-appcat\",\n    \"app", { { "id", "toggle-set-appcat" } });
-    for (const std::string damaged : { "garbage", "[1,2,3]", "{\"id\": 5}", "{\n    \"id\": \"" })
-        check(damaged, nullptr);
+    check(R"({"id": "organizer", "pane": 0, "itemkey": null})",
+          { { "id", "organizer" }, { "pane", 0 } });
+    // Anything else is refused: a known id needs exactly its fields, of their types.
+    for (const std::string refused : { "garbage",
+                                       "[1,2,3]",
+                                       "{\"id\": 5}",
+                                       "{\n    \"id\": \"",
+                                       "{\"id\": \"make-coffee\"}",
+                                       "{\n    \"id\": \"toggle-set-appcat\",\n    \"app",
+                                       "{\n    \"id\": \"launch\"\n}",
+                                       R"({"id": "launch"})",
+                                       R"({"id": "quit", "appkey": "x"})",
+                                       R"({"id": "launch", "appkey": 1})",
+                                       R"({"id": "organizer", "pane": "1", "itemkey": null})",
+                                       R"({"id": "organizer", "pane": 1})",
+                                       "{\n    \"id\": \"organizer\",\n    \"pane\": x" })
+        check(refused, nullptr);
 }
 
 QTEST_APPLESS_MAIN(TestRequestParser)

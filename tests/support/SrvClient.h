@@ -24,6 +24,9 @@ class SrvClient
 public:
     bool connectTo(quint16 port, const QString& address = QStringLiteral("127.0.0.1"));
     void close() { m_socket.abort(); }
+    // False once either side closed the connection.
+    bool isConnected() { return m_socket.state() == QAbstractSocket::ConnectedState; }
+    quint16 localPort() const { return m_socket.localPort(); }
     // Frames and sends one request body.
     bool send(std::string_view body);
     bool sendRaw(std::string_view bytes);

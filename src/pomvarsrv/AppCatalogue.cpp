@@ -4,7 +4,8 @@
 
 #include "AppCatalogue.h"
 
-#include <QCollator>
+#include "NameOrder.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -74,15 +75,7 @@ std::vector<DesktopApp> AppCatalogue::list()
         m_monitor = g_app_info_monitor_get();
         m_handlerId = g_signal_connect(m_monitor, "changed", G_CALLBACK(monitorChanged), this);
     }
-    struct Sortable
-    {
-        DesktopApp app;
-        QByteArray sortKey;
-    };
-    QCollator collator;
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    collator.setNumericMode(true);
-    std::vector<Sortable> apps;
+    std::vector<DesktopApp> apps;
     GList* all = g_app_info_get_all();
     for (GList* item = all; item; item = item->next) {
         GAppInfo* info = G_APP_INFO(item->data);
@@ -90,28 +83,21 @@ std::vector<DesktopApp> AppCatalogue::list()
             continue;
         const char* id = g_app_info_get_id(info);
         const char* name = g_app_info_get_name(info);
-        if (!id || !name)
-            continue;
-        DesktopApp app{ id, name, iconKey(G_DESKTOP_APP_INFO(info)) };
-        apps.push_back({ std::move(app), QByteArray(name) });
+        if (id && name)
+            apps.push_back(DesktopApp{ id, name, iconKey(G_DESKTOP_APP_INFO(info)) });
     }
     g_list_free_full(all, g_object_unref);
 
-    std::vector<QCollatorSortKey> keys;
-    keys.reserve(apps.size());
-    for (const auto& entry : apps)
-        keys.push_back(collator.sortKey(QString::fromUtf8(entry.sortKey)));
-    std::vector<std::size_t> order(apps.size());
-    for (std::size_t i = 0; i < order.size(); ++i)
-        order[i] = i;
-    std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-        const int byName = keys[a].compare(keys[b]);
-        return byName != 0 ? byName < 0 : apps[a].app.id < apps[b].app.id;
-    });
+    // By id first, so that apps of the same name always come in the same order.
+    std::sort(apps.begin(), apps.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
+    std::vector<QString> names;
+    names.reserve(apps.size());
+    for (const auto& app : apps)
+        names.push_back(QString::fromStdString(app.name));
     std::vector<DesktopApp> sorted;
     sorted.reserve(apps.size());
-    for (const std::size_t i : order)
-        sorted.push_back(std::move(apps[i].app));
+    for (const std::size_t i : NameOrder().sorted(names))
+        sorted.push_back(std::move(apps[i]));
     return sorted;
 }
 

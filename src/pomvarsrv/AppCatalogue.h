@@ -24,7 +24,7 @@ public:
     // Must run before anything asks GIO for apps.
     static void addFlatpakDataDirs();
 
-    // The apps to show, sorted by name (locale-aware, case-insensitive). Arms the monitor.
+    // The apps to show, in the reading order of their names (NameOrder). Arms the monitor.
     std::vector<DesktopApp> list();
 
 Q_SIGNALS:

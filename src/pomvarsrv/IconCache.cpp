@@ -143,4 +143,16 @@ void IconCache::clear() const
     QDir(m_dir).removeRecursively();
 }
 
+int IconCache::prune(const QSet<QString>& inUse) const
+{
+    int removed = 0;
+    const QDir dir(m_dir);
+    for (const QString& name : dir.entryList({ QStringLiteral("*.png") }, QDir::Files)) {
+        const QString path = dir.filePath(name);
+        if (!inUse.contains(path) && QFile::remove(path))
+            ++removed;
+    }
+    return removed;
+}
+
 } // namespace pomvar::srv

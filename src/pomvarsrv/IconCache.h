@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QString>
 
 namespace pomvar::srv {
@@ -35,6 +36,9 @@ public:
     Files generic(const QString& themeFile) const;
     // Removes every render.
     void clear() const;
+    // Removes the renders not named in `inUse` (file paths): those of changed sources and of
+    // apps that are gone, so the cache holds what the menus show and nothing more.
+    int prune(const QSet<QString>& inUse) const;
 
 private:
     Files namesFor(const QString& source) const;

@@ -106,20 +106,20 @@ std::optional<Request> RequestParser::parseLayout(std::string_view body)
     rest.remove_prefix(quote + 1);
 
     switch (*fields) {
-    case Fields::none:
-        return rest == kEnd ? std::optional(Request{ .id = id }) : std::nullopt;
-    case Fields::appkey:
-        if (auto value = pastedValue(rest, kAppkeyField))
-            return Request{ .id = id, .appkey = std::move(value) };
-        return std::nullopt;
-    case Fields::appcat:
-        if (auto value = pastedValue(rest, kAppcatField))
-            return Request{ .id = id, .appcat = std::move(value) };
-        return std::nullopt;
-    case Fields::appkeyAndAppcat:
-        return toggleSetLayout(rest);
-    case Fields::paneAndItemkey:
-        return organizerLayout(rest);
+        case Fields::none:
+            return rest == kEnd ? std::optional(Request{ .id = id }) : std::nullopt;
+        case Fields::appkey:
+            if (auto value = pastedValue(rest, kAppkeyField))
+                return Request{ .id = id, .appkey = std::move(value) };
+            return std::nullopt;
+        case Fields::appcat:
+            if (auto value = pastedValue(rest, kAppcatField))
+                return Request{ .id = id, .appcat = std::move(value) };
+            return std::nullopt;
+        case Fields::appkeyAndAppcat:
+            return toggleSetLayout(rest);
+        case Fields::paneAndItemkey:
+            return organizerLayout(rest);
     }
     return std::nullopt;
 }

@@ -130,7 +130,10 @@ void ServerApp::scan()
                                << "ms for the icon themes);" << missing.size()
                                << "icons to render; themes"
                                << theme.themeNames().join(QStringLiteral(", "));
-    if (!missing.empty())
+    m_genericIcons = generic;
+    if (missing.empty())
+        pruneIcons();
+    else
         renderInBackground(std::move(missing));
     Q_EMIT catalogueLoaded();
 }
@@ -153,14 +156,25 @@ void ServerApp::renderInBackground(std::vector<MissingIcon> missing)
         QMetaObject::invokeMethod(
             this,
             [this, generation, done] {
-                // A newer scan has its own list and its own renders.
-                if (generation == m_scanGeneration)
-                    m_model.setIcons(*done);
                 qCInfo(lcServer) << done->size() << "icons rendered";
+                // A newer scan has its own list and its own renders.
+                if (generation == m_scanGeneration) {
+                    m_model.setIcons(*done);
+                    pruneIcons();
+                }
                 Q_EMIT iconsRendered();
             },
             Qt::QueuedConnection);
     });
+}
+
+void ServerApp::pruneIcons()
+{
+    QSet<QString> inUse = { m_genericIcons.path, m_genericIcons.path2x };
+    for (const AppEntry& app : m_model.apps().all())
+        inUse << QString::fromStdString(app.iconPath) << QString::fromStdString(app.iconPath2x);
+    if (const int removed = m_icons.prune(inUse))
+        qCInfo(lcServer) << removed << "stale icon renders removed";
 }
 
 void ServerApp::launch(const QString& appkey)

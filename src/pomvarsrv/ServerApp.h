@@ -45,6 +45,8 @@ private:
     using MissingIcon = std::pair<std::string, QString>; // app key, source file
     void renderInBackground(std::vector<MissingIcon> missing);
     void launch(const QString& appkey);
+    // Once every app has its renders: removes the ones nothing shows any longer.
+    void pruneIcons();
 
     ServerOptions m_options;
     StoreFile m_storeFile;
@@ -54,6 +56,7 @@ private:
     AppCatalogue m_catalogue;
     IconCache m_icons;
     NewCategoryPrompt m_prompt;
+    IconCache::Files m_genericIcons;
     int m_scanGeneration = 0;
     // Last, so that it is destroyed first: it waits for the renders still running.
     QThreadPool m_renderPool;

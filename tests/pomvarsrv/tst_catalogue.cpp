@@ -8,6 +8,7 @@
 #include "wire/Protocol.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QFileInfo>
 #include <QImage>
 #include <QTest>
@@ -146,7 +147,7 @@ void TestCatalogue::warmCacheRefreshAndClearRecent()
     QVERIFY(restart());
     QVERIFY2(m_server->log().contains("; 1 icons to render"), qPrintable(m_server->log()));
     QCOMPARE(icon("zeta.desktop"), zeta);
-    QVERIFY(icon("ecrire.desktop") != wide);
+    QVERIFY(icon("ecrire.desktop") != wide && !QFile::exists(wide)); // the stale render is gone
     const Json before = ask(rq::getAllAppsMenuData);
     QCOMPARE(ask(rq::getRecentAppsMenuData).size(), std::size_t(1));
     QVERIFY(restart({ "--refresh", "--welcome", "--clear-recent" }));
@@ -160,11 +161,21 @@ void TestCatalogue::warmCacheRefreshAndClearRecent()
 
 void TestCatalogue::changedEntriesAreRescanned()
 {
-    QVERIFY(TestDesktop::writeEntry(m_desktop.dataHome(), "new.desktop", "Name=New\nExec=true\n"));
-    QTRY_VERIFY_WITH_TIMEOUT(!icon("new.desktop").isEmpty(), 30000);
+    const QString art = m_desktop.root() + "/art/new.png";
+    QVERIFY(TestDesktop::writePng(art, 30, 30));
+    QVERIFY(TestDesktop::writeEntry(
+        m_desktop.dataHome(), "new.desktop", "Name=New\nExec=true\nIcon=" + art.toUtf8()));
+    QTRY_VERIFY_WITH_TIMEOUT(icon("new.desktop").startsWith(m_desktop.iconCache()), 30000);
     // The monitor is armed again by the rescan: a second change is seen too.
     QVERIFY(QFile::remove(m_desktop.dataHome() + "/applications/new.desktop"));
     QTRY_VERIFY_WITH_TIMEOUT(icon("new.desktop").isEmpty(), 30000);
+    // The cache holds the renders the menus show, and nothing else.
+    QSet<QString> shown;
+    for (const auto& app : ask(rq::getAllAppsMenuData))
+        shown << QFileInfo(QString::fromStdString(app["iconpath"])).fileName()
+              << QFileInfo(QString::fromStdString(app["iconpath2x"])).fileName();
+    const QStringList cached = QDir(m_desktop.iconCache()).entryList(QDir::Files);
+    QCOMPARE(QSet<QString>(cached.begin(), cached.end()), shown);
 }
 
 QTEST_GUILESS_MAIN(TestCatalogue)

@@ -1,5 +1,6 @@
 // The real server over TCP: web pages and malformed frames shut out, clients that stall or flood,
-// only the server's own user served, launching real programs, a second server on the same port.
+// only the server's own user served, launching real programs (a D-Bus-activatable one over a
+// private session bus), a second server on the same port.
 // What each request does is tst_servermodel's.
 #include "ServerProcess.h"
 #include "SrvClient.h"
@@ -26,6 +27,7 @@ private Q_SLOTS:
     void stalledOrFloodingClientsBlockNoOne();
     void otherUsersAreRefused();
     void launch();
+    void aDBusActivatableAppIsActivatedOverTheBus();
     void secondServerOnTheSamePortLeaves();
 
 private:
@@ -47,6 +49,7 @@ void TestProtocol::initTestCase()
         { "alpha", "Exec=true" },
         { "marker", "Exec=" + m_script + " direct" },
         { "broken", "Exec=" + root + "/bin/soon-gone" },
+        { "org.example.Activated", "DBusActivatable=true\nExec=" + m_script + " exec" },
     };
     for (const auto& [name, lines] : entries)
         QVERIFY(TestDesktop::writeEntry(system,
@@ -158,6 +161,29 @@ void TestProtocol::launch()
     // Its arguments, and not the server's port setting.
     QTRY_VERIFY_WITH_TIMEOUT(TestDesktop::read(m_script + ".direct").contains("direct unset"),
                              20000);
+}
+
+void TestProtocol::aDBusActivatableAppIsActivatedOverTheBus()
+{
+    // A private session bus whose activatable service is ours: it runs the marker script.
+    QVERIFY(TestDesktop::write(
+        m_desktop.dataHome() + "/dbus-1/services/org.example.Activated.service",
+        "[D-BUS Service]\nName=org.example.Activated\nExec=" + m_script.toUtf8() + " dbus\n"));
+    QProcess bus;
+    bus.setProcessEnvironment(m_desktop.environment(0));
+    bus.start("dbus-daemon", { "--session", "--nofork", "--nopidfile", "--print-address=1" });
+    QVERIFY(bus.waitForReadyRead(10000));
+    QProcessEnvironment withBus;
+    withBus.insert("DBUS_SESSION_BUS_ADDRESS", QString::fromUtf8(bus.readLine().trimmed()));
+    ServerProcess server(m_desktop, withBus);
+    QVERIFY(server.start());
+    SrvClient client;
+    QVERIFY(client.connectTo(server.port()) &&
+            client.send(rq::launch("org.example.Activated.desktop")));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_script + ".dbus"), 20000);
+    QVERIFY(!QFile::exists(m_script + ".exec")); // not through its Exec line
+    bus.kill();
+    bus.waitForFinished();
 }
 
 void TestProtocol::secondServerOnTheSamePortLeaves()

@@ -24,15 +24,18 @@ quint16 ServerProcess::freePort()
     return 0;
 }
 
-ServerProcess::ServerProcess(const TestDesktop& desktop)
+ServerProcess::ServerProcess(const TestDesktop& desktop, QProcessEnvironment extra)
     : m_desktop(desktop)
+    , m_extra(std::move(extra))
     , m_logPath(desktop.root() + QStringLiteral("/pomvarsrv-%1.log").arg(++logCounter))
 {}
 
 void ServerProcess::launch(quint16 port, const QStringList& arguments)
 {
     m_port = port;
-    m_process.setProcessEnvironment(m_desktop.environment(port));
+    QProcessEnvironment environment = m_desktop.environment(port);
+    environment.insert(m_extra);
+    m_process.setProcessEnvironment(environment);
     m_process.setStandardErrorFile(m_logPath, QIODevice::Append);
     m_process.setStandardOutputFile(QProcess::nullDevice());
     m_process.start(qEnvironmentVariable("POMVAR_LIBEXEC_DIR") + QStringLiteral("/pomvarsrv"),

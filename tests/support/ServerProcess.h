@@ -11,7 +11,8 @@ namespace pomvar::test {
 class ServerProcess
 {
 public:
-    explicit ServerProcess(const TestDesktop& desktop);
+    // `extra` is added to the desktop's environment.
+    explicit ServerProcess(const TestDesktop& desktop, QProcessEnvironment extra = {});
     ~ServerProcess() { kill(); }
 
     // Starts the server and waits until it listens and has loaded the catalogue.
@@ -36,6 +37,7 @@ private:
     int exitCode();
 
     const TestDesktop& m_desktop;
+    QProcessEnvironment m_extra;
     QProcess m_process;
     QString m_logPath;
     quint16 m_port = 0;

@@ -2,6 +2,7 @@
 // start to listening and to the first answered request with 1,000 installed apps, with a cold
 // icon cache (every icon to render) and a warm one; the time until the background renders are
 // in; the "get-allapps-menu-data" reply time and size for 1,000 and 5,000 apps.
+#include "GeneratedApps.h"
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
@@ -19,6 +20,8 @@
 #include <vector>
 
 using namespace pomvar::test;
+using pomvar::bench::benchEnvironment;
+using pomvar::bench::populate;
 
 namespace {
 
@@ -39,50 +42,6 @@ double median(std::vector<double> values)
 {
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];
-}
-
-// `count` apps; every `shareIconsEvery`-th app has an icon of its own, the others share.
-void populate(const TestDesktop& desktop, int count, int ownIcons)
-{
-    const QString theme = desktop.dataHome() + QStringLiteral("/icons/BenchTheme");
-    TestDesktop::write(theme + QStringLiteral("/index.theme"),
-                       "[Icon Theme]\nName=BenchTheme\nInherits=hicolor\n"
-                       "Directories=64x64/apps,scalable/apps\n\n"
-                       "[64x64/apps]\nSize=64\nType=Fixed\n\n"
-                       "[scalable/apps]\nSize=48\nMinSize=8\nMaxSize=512\nType=Scalable\n");
-    TestDesktop::write(desktop.configHome() + QStringLiteral("/kdeglobals"),
-                       "[Icons]\nTheme=BenchTheme\n");
-    for (int i = 0; i < ownIcons; ++i) {
-        if (i % 4 == 0) {
-            TestDesktop::write(theme + QStringLiteral("/scalable/apps/bench-%1.svg").arg(i),
-                               "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" "
-                               "height=\"16\"><circle cx=\"8\" cy=\"8\" r=\"7\" fill=\"#" +
-                                   QByteArray::number(0x100000 + i * 37, 16).right(6) +
-                                   "\"/></svg>\n");
-        } else {
-            TestDesktop::writePng(
-                theme + QStringLiteral("/64x64/apps/bench-%1.png").arg(i), 64, 64);
-        }
-    }
-    for (int i = 0; i < count; ++i) {
-        const QByteArray icon =
-            i % 10 == 9 ? QByteArray("no-such-icon") : "bench-" + QByteArray::number(i % ownIcons);
-        TestDesktop::writeEntry(desktop.systemData(),
-                                QStringLiteral("org.example.Bench%1.desktop").arg(i),
-                                "Name=Bench Application " + QByteArray::number(count - i) +
-                                    "\nComment=Generated for the benchmark\nExec=true %U\n"
-                                    "Icon=" +
-                                    icon + "\nCategories=Utility;\n");
-    }
-}
-
-QProcessEnvironment benchEnvironment(const TestDesktop& desktop, std::uint16_t port)
-{
-    QProcessEnvironment env = desktop.environment(port);
-    // The real themes too, as on a desktop: their folders are indexed at every scan.
-    env.insert(QStringLiteral("XDG_DATA_DIRS"),
-               desktop.systemData() + QStringLiteral(":/usr/share"));
-    return env;
 }
 
 bool waitForIcons(std::uint16_t port)

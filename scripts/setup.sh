@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
     # build
     cmake ninja-build g++ pkg-config clang-format
-    qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6 libgl-dev
+    qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6 libgl-dev libxcb1-dev
     nlohmann-json3-dev libsimdjson-dev libglib2.0-dev
     # run
     lsof fonts-urw-base35 fonts-liberation2 adwaita-icon-theme hicolor-icon-theme

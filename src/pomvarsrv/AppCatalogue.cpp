@@ -69,12 +69,16 @@ void AppCatalogue::addFlatpakDataDirs()
         qputenv("XDG_DATA_DIRS", list.join(u':').toLocal8Bit());
 }
 
-std::vector<DesktopApp> AppCatalogue::list()
+void AppCatalogue::watch()
 {
-    if (!m_monitor) {
-        m_monitor = g_app_info_monitor_get();
-        m_handlerId = g_signal_connect(m_monitor, "changed", G_CALLBACK(monitorChanged), this);
-    }
+    if (m_monitor)
+        return;
+    m_monitor = g_app_info_monitor_get();
+    m_handlerId = g_signal_connect(m_monitor, "changed", G_CALLBACK(monitorChanged), this);
+}
+
+std::vector<DesktopApp> AppCatalogue::listApps()
+{
     std::vector<DesktopApp> apps;
     GList* all = g_app_info_get_all();
     for (GList* item = all; item; item = item->next) {

@@ -24,8 +24,11 @@ public:
     // Must run before anything asks GIO for apps.
     static void addFlatpakDataDirs();
 
-    // The apps to show, in the reading order of their names (NameOrder). Arms the monitor.
-    std::vector<DesktopApp> list();
+    // Starts watching the desktop entries; on the main thread, where `changed` is reported.
+    void watch();
+    // The apps to show, in the reading order of their names (NameOrder). Safe on any thread;
+    // arms the monitor again.
+    static std::vector<DesktopApp> listApps();
 
 Q_SIGNALS:
     void changed();

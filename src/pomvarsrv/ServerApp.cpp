@@ -8,33 +8,12 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QGuiApplication>
+#include <QSet>
 
-#include <future>
 #include <map>
 #include <memory>
 
 namespace pomvar::srv {
-
-namespace {
-
-QString iconName(const QString& icon)
-{
-    for (const auto* extension : { ".png", ".svg", ".xpm" }) {
-        if (icon.endsWith(QLatin1String(extension)))
-            return icon.left(icon.size() - 4);
-    }
-    return icon;
-}
-
-std::string bundleId(const std::string& desktopId)
-{
-    constexpr std::string_view suffix = ".desktop";
-    if (desktopId.size() > suffix.size() && desktopId.ends_with(suffix))
-        return desktopId.substr(0, desktopId.size() - suffix.size());
-    return desktopId;
-}
-
-} // namespace
 
 ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     : QObject(parent)
@@ -45,6 +24,7 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     , m_prompt(m_model)
 {
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    m_scanPool.setMaxThreadCount(1);
     m_renderPool.setMaxThreadCount(1);
     connect(&m_handler,
             &RequestHandler::quitRequested,
@@ -55,12 +35,13 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     connect(&m_handler, &RequestHandler::newCategoryRequested, &m_prompt, &NewCategoryPrompt::ask);
     connect(&m_catalogue, &AppCatalogue::changed, this, [this] {
         qCInfo(lcServer) << "the installed apps changed";
-        scan();
+        scanInBackground();
     });
 }
 
 ServerApp::~ServerApp()
 {
+    m_scanPool.waitForDone();
     m_renderPool.waitForDone();
 }
 
@@ -85,62 +66,56 @@ RuntimeServer::ListenResult ServerApp::start(quint16 port)
         qCInfo(lcServer) << "--welcome given (no welcome dialog yet)";
     // Clients that connect meanwhile wait in the listen backlog: nothing is answered before
     // the catalogue is in.
-    scan();
+    QElapsedTimer clock;
+    clock.start();
+    m_environment = CatalogueCache::environment();
+    m_catalogue.watch();
+    if (auto cached = m_options.refresh ? std::nullopt : m_catalogueCache.load(m_environment)) {
+        m_model.setApps(InstalledApps(std::move(*cached)));
+        qCInfo(lcServer) << m_model.apps().size() << "apps loaded in" << clock.elapsed()
+                         << "ms from the catalogue cache; checking it in the background";
+        scanInBackground();
+    } else {
+        apply(CatalogueScan::run(IconTheme::userThemeName(), m_icons));
+        qCInfo(lcServer) << m_model.apps().size() << "apps loaded in" << clock.elapsed() << "ms";
+    }
     return result;
 }
 
-void ServerApp::scan()
+void ServerApp::scanInBackground()
 {
-    QElapsedTimer clock;
-    clock.start();
-    // The icon folders are indexed on another thread while GIO lists the apps here.
+    const int generation = ++m_scanGeneration;
     const QString themeName = IconTheme::userThemeName();
-    auto indexing = std::async(std::launch::async, [themeName] {
-        return IconTheme(themeName, IconTheme::defaultIconDirs(), IconTheme::defaultPixmapDirs());
+    m_scanPool.start([this, generation, themeName, icons = m_icons] {
+        auto scan = std::make_shared<CatalogueScan>(CatalogueScan::run(themeName, icons));
+        QMetaObject::invokeMethod(
+            this,
+            [this, generation, scan] {
+                // A newer scan has a newer list.
+                if (generation == m_scanGeneration)
+                    apply(std::move(*scan));
+            },
+            Qt::QueuedConnection);
     });
-    const auto apps = m_catalogue.list();
-    const qint64 listed = clock.elapsed();
-    const IconTheme theme = indexing.get();
-    const qint64 indexed = clock.elapsed();
-    const IconCache::Files generic =
-        m_icons.generic(theme.find(QStringLiteral("application-x-executable"), IconCache::kSize2x));
-
-    std::vector<AppEntry> entries;
-    entries.reserve(apps.size());
-    std::vector<MissingIcon> missing;
-    for (const auto& app : apps) {
-        const QString source = QDir::isAbsolutePath(app.icon)
-                                   ? app.icon
-                                   : theme.find(iconName(app.icon), IconCache::kSize2x);
-        IconCache::Files files = source.isEmpty() ? generic : m_icons.cached(source);
-        if (!files.isValid()) {
-            missing.emplace_back(app.id, source);
-            files = generic;
-        }
-        entries.push_back(AppEntry{ app.id,
-                                    app.name,
-                                    bundleId(app.id),
-                                    files.path.toStdString(),
-                                    files.path2x.toStdString() });
-    }
-    m_model.setApps(InstalledApps(std::move(entries)));
-    ++m_scanGeneration;
-    qCInfo(lcServer).noquote() << apps.size() << "apps loaded in" << clock.elapsed() << "ms (listed"
-                               << listed << "ms, then waited" << indexed - listed
-                               << "ms for the icon themes);" << missing.size()
-                               << "icons to render; themes"
-                               << theme.themeNames().join(QStringLiteral(", "));
-    m_genericIcons = generic;
-    if (missing.empty())
-        pruneIcons();
-    else
-        renderInBackground(std::move(missing));
-    Q_EMIT catalogueLoaded();
 }
 
-void ServerApp::renderInBackground(std::vector<MissingIcon> missing)
+void ServerApp::apply(CatalogueScan scan)
 {
-    const int generation = m_scanGeneration;
+    const int generation = ++m_scanGeneration;
+    qCInfo(lcServer).noquote() << scan.summary;
+    m_genericIcons = scan.generic;
+    // Unchanged apps keep the menus as the front end has them, and the cache as it is.
+    const bool changed = !m_model.isReady() || scan.apps != m_model.apps().all();
+    if (changed)
+        m_model.setApps(InstalledApps(std::move(scan.apps)));
+    if (scan.missing.empty())
+        settle(changed);
+    else
+        renderInBackground(generation, std::move(scan.missing));
+}
+
+void ServerApp::renderInBackground(int generation, std::vector<CatalogueScan::MissingIcon> missing)
+{
     const IconCache cache = m_icons;
     m_renderPool.start([this, cache, generation, missing = std::move(missing)] {
         std::map<QString, IconCache::Files> rendered;
@@ -160,21 +135,22 @@ void ServerApp::renderInBackground(std::vector<MissingIcon> missing)
                 // A newer scan has its own list and its own renders.
                 if (generation == m_scanGeneration) {
                     m_model.setIcons(*done);
-                    pruneIcons();
+                    settle(true);
                 }
-                Q_EMIT iconsRendered();
             },
             Qt::QueuedConnection);
     });
 }
 
-void ServerApp::pruneIcons()
+void ServerApp::settle(bool appsChanged)
 {
     QSet<QString> inUse = { m_genericIcons.path, m_genericIcons.path2x };
     for (const AppEntry& app : m_model.apps().all())
         inUse << QString::fromStdString(app.iconPath) << QString::fromStdString(app.iconPath2x);
     if (const int removed = m_icons.prune(inUse))
         qCInfo(lcServer) << removed << "stale icon renders removed";
+    if (appsChanged && !m_catalogueCache.save(m_environment, m_model.apps().all()))
+        qCWarning(lcServer) << "cannot write the catalogue cache" << m_catalogueCache.path();
 }
 
 void ServerApp::launch(const QString& appkey)

@@ -1,6 +1,8 @@
 #pragma once
 
 #include "AppCatalogue.h"
+#include "CatalogueCache.h"
+#include "CatalogueScan.h"
 #include "IconCache.h"
 #include "NewCategoryPrompt.h"
 #include "RequestHandler.h"
@@ -20,9 +22,11 @@ namespace pomvar::srv {
 
 // The whole server: store, catalogue, icons, request handling and the listening sockets.
 // start() listens first, so that the port is taken at once, then loads the catalogue before
-// anything is served (connections wait in the listen backlog meanwhile). Icons missing from the
-// cache are rendered in the background, the generic icon standing in for them until the front
-// end is told (appFolderModified) to fetch the menus again.
+// anything is served (connections wait in the listen backlog meanwhile): from the catalogue
+// cache when it fits, and then checked by a scan in the background, else by a scan on the spot.
+// Icons missing from the icon cache are rendered in the background, the generic icon standing in
+// for them. Whenever a background scan or render changes the apps, the front end is told
+// (appFolderModified) to fetch the menus again.
 class ServerApp : public QObject
 {
     Q_OBJECT
@@ -34,19 +38,16 @@ public:
     RuntimeServer::ListenResult start(quint16 port);
 
     ServerModel& model() { return m_model; }
-    // Loads the installed apps (start() does it; a change to the desktop entries does it again).
-    void scan();
-
-Q_SIGNALS:
-    void catalogueLoaded();
-    void iconsRendered();
 
 private:
-    using MissingIcon = std::pair<std::string, QString>; // app key, source file
-    void renderInBackground(std::vector<MissingIcon> missing);
+    // Lists the apps on a worker thread; applies the result unless a newer scan started.
+    void scanInBackground();
+    void apply(CatalogueScan scan);
+    void renderInBackground(int generation, std::vector<CatalogueScan::MissingIcon> missing);
+    // Once every app has its renders: removes the ones nothing shows any longer and, when the
+    // apps changed, saves the catalogue for the next start.
+    void settle(bool appsChanged);
     void launch(const QString& appkey);
-    // Once every app has its renders: removes the ones nothing shows any longer.
-    void pruneIcons();
 
     ServerOptions m_options;
     StoreFile m_storeFile;
@@ -55,10 +56,14 @@ private:
     RuntimeServer m_server;
     AppCatalogue m_catalogue;
     IconCache m_icons;
+    CatalogueCache m_catalogueCache;
+    std::string m_environment;
     NewCategoryPrompt m_prompt;
     IconCache::Files m_genericIcons;
+    // Counts scans started and lists applied: only the latest one's results are used.
     int m_scanGeneration = 0;
-    // Last, so that it is destroyed first: it waits for the renders still running.
+    // Last, so that they are destroyed first: they wait for the scans and renders still running.
+    QThreadPool m_scanPool;
     QThreadPool m_renderPool;
 };
 

@@ -11,6 +11,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
+#include <QProcessEnvironment>
 #include <QTest>
 
 using namespace pomvar::test;
@@ -28,6 +29,7 @@ private Q_SLOTS:
     void filteredSortedLocalisedWithIconsAtTheirSizes();
     void warmCacheRefreshAndClearRecent();
     void changedEntriesAreRescanned();
+    void theCatalogueCacheIsNeverStale();
 
 private:
     Json ask(std::string_view id)
@@ -44,7 +46,7 @@ private:
         return {};
     }
     // (Re)starts the server and waits until its icons are rendered.
-    bool restart(const QStringList& arguments = {});
+    bool restart(const QStringList& arguments = {}, const QProcessEnvironment& extra = {});
 
     TestDesktop m_desktop;
     std::unique_ptr<ServerProcess> m_server;
@@ -94,11 +96,11 @@ void TestCatalogue::initTestCase()
     QVERIFY(restart());
 }
 
-bool TestCatalogue::restart(const QStringList& arguments)
+bool TestCatalogue::restart(const QStringList& arguments, const QProcessEnvironment& extra)
 {
     if (m_server && m_server->quit() != 0)
         return false;
-    m_server = std::make_unique<ServerProcess>(m_desktop);
+    m_server = std::make_unique<ServerProcess>(m_desktop, extra);
     // Missing icons are rendered in the background; then the menus are to be fetched again.
     const auto rendered = [&] {
         return m_server->log().contains("; 0 icons to render") ||
@@ -176,6 +178,65 @@ void TestCatalogue::changedEntriesAreRescanned()
               << QFileInfo(QString::fromStdString(app["iconpath2x"])).fileName();
     const QStringList cached = QDir(m_desktop.iconCache()).entryList(QDir::Files);
     QCOMPARE(QSet<QString>(cached.begin(), cached.end()), shown);
+}
+
+void TestCatalogue::theCatalogueCacheIsNeverStale()
+{
+    const QString system = m_desktop.systemData(), extra = m_desktop.root() + "/extra";
+    const QString cache = m_desktop.cacheHome() + "/pomvar/catalogue";
+    QProcessEnvironment withExtra;
+    withExtra.insert("XDG_DATA_DIRS", system + ":" + extra);
+    // Each change is made while the server is stopped; then whether the start may use the cache,
+    // and the name All Apps must show (or, after "!", must not).
+    const std::tuple<std::function<bool()>, bool, QString> changes[] = {
+        { [&] { return TestDesktop::writeEntry(system, "added.desktop", "Name=Added\nExec=true"); },
+          true,
+          "Added" },
+        { [&] { return TestDesktop::writeEntry(system, "fox.desktop", "Name=Fox Two\nExec=true"); },
+          true,
+          "Fox Two" },
+        { [&] {
+             return TestDesktop::writeEntry(
+                 m_desktop.dataHome(), "zeta.desktop", "Name=Zeta Mine\nExec=true");
+         },
+          true,
+          "Zeta Mine" },
+        { [&] { return QFile::remove(system + "/applications/added.desktop"); }, true, "!Added" },
+        { [&] { return TestDesktop::writeEntry(extra, "more.desktop", "Name=More\nExec=true"); },
+          false,
+          "More" },
+        // Damaged, then foreign: rebuilt, never trusted.
+        { [&] {
+             QByteArray bytes = TestDesktop::read(cache);
+             bytes[bytes.size() - 3] = bytes[bytes.size() - 3] ^ 1;
+             return TestDesktop::write(cache, bytes);
+         },
+          false,
+          "More" },
+        { [&] { return TestDesktop::write(cache, "pomvar-catalogue 1\n"); }, false, "More" },
+    };
+    const auto names = [&] {
+        QStringList shown;
+        for (const auto& app : ask(rq::getAllAppsMenuData))
+            shown << QString::fromStdString(app["name"]);
+        return shown;
+    };
+    for (const auto& [change, fromCache, name] : changes) {
+        QVERIFY(m_server->quit() == 0 && change());
+        m_server = std::make_unique<ServerProcess>(m_desktop,
+                                                   fromCache ? QProcessEnvironment() : withExtra);
+        QVERIFY(m_server->start());
+        QCOMPARE(m_server->log().contains("from the catalogue cache"), fromCache);
+        const auto shows = [&] {
+            return names().contains(name.mid(name.startsWith(u'!'))) != name.startsWith(u'!');
+        };
+        // Found only in the background, it is told to the front end, which then fetches it.
+        if (!shows())
+            QTRY_VERIFY_WITH_TIMEOUT(
+                ask(rq::getMenuDataModifiedStatus).value("appFolderModified", false), 30000);
+        QVERIFY2(shows(), qPrintable(name));
+    }
+    QVERIFY(TestDesktop::read(cache).startsWith("pomvar-catalogue 1\n"));
 }
 
 QTEST_GUILESS_MAIN(TestCatalogue)

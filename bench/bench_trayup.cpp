@@ -1,0 +1,342 @@
+// Prints how long Pomvar takes from exec until its tray icon is embedded, with the real runtime
+// server and 1,000 or 5,000 generated apps, warm (medians of several runs), beside the time a
+// bare Qt window takes to be mapped in the same session; then how soon the server answers the
+// first "get-allapps-menu-data" after a connection, and the peak RSS of both programs once the
+// panel was opened. Runs its own Xvfb and tray host (trayer); uses port 50818: run it alone.
+#include "GeneratedApps.h"
+#include "SrvClient.h"
+#include "TestDesktop.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QThread>
+#include <QWidget>
+
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+using pomvar::test::SrvClient;
+using pomvar::test::TestDesktop;
+
+namespace {
+
+constexpr int kRuns = 7;
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.empty() ? 0 : values[values.size() / 2];
+}
+
+// Finds the viewable windows of a process by their _NET_WM_PID.
+class WindowProbe
+{
+public:
+    WindowProbe()
+        : m_connection(xcb_connect(nullptr, nullptr))
+    {
+        m_root = xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data->root;
+        const char name[] = "_NET_WM_PID";
+        auto* reply = xcb_intern_atom_reply(
+            m_connection, xcb_intern_atom(m_connection, 0, sizeof name - 1, name), nullptr);
+        m_pidAtom = reply ? reply->atom : XCB_NONE;
+        free(reply);
+    }
+    ~WindowProbe() { xcb_disconnect(m_connection); }
+
+    struct Found
+    {
+        xcb_window_t window;
+        int x, y, width, height;
+    };
+    // The first viewable window of `pid` whose width passes `fits`.
+    std::optional<Found> find(qint64 pid, const std::function<bool(int)>& fits)
+    {
+        return search(m_root, pid, fits);
+    }
+
+private:
+    std::optional<Found> search(xcb_window_t parent,
+                                qint64 pid,
+                                const std::function<bool(int)>& fits)
+    {
+        auto* tree =
+            xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, parent), nullptr);
+        if (!tree)
+            return std::nullopt;
+        std::optional<Found> found;
+        const xcb_window_t* children = xcb_query_tree_children(tree);
+        for (int i = 0; !found && i < xcb_query_tree_children_length(tree); ++i) {
+            found = match(children[i], pid, fits);
+            if (!found)
+                found = search(children[i], pid, fits);
+        }
+        free(tree);
+        return found;
+    }
+
+    std::optional<Found> match(xcb_window_t window,
+                               qint64 pid,
+                               const std::function<bool(int)>& fits)
+    {
+        auto* property = xcb_get_property_reply(
+            m_connection,
+            xcb_get_property(m_connection, 0, window, m_pidAtom, XCB_ATOM_CARDINAL, 0, 1),
+            nullptr);
+        const bool ours = property && xcb_get_property_value_length(property) == 4 &&
+                          *static_cast<quint32*>(xcb_get_property_value(property)) == pid;
+        free(property);
+        if (!ours)
+            return std::nullopt;
+        auto* attributes = xcb_get_window_attributes_reply(
+            m_connection, xcb_get_window_attributes(m_connection, window), nullptr);
+        const bool viewable = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+        free(attributes);
+        auto* geometry =
+            xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr);
+        auto* origin = xcb_translate_coordinates_reply(
+            m_connection, xcb_translate_coordinates(m_connection, window, m_root, 0, 0), nullptr);
+        std::optional<Found> found;
+        if (viewable && geometry && origin && fits(geometry->width))
+            found =
+                Found{ window, origin->dst_x, origin->dst_y, geometry->width, geometry->height };
+        free(geometry);
+        free(origin);
+        return found;
+    }
+
+    xcb_connection_t* m_connection;
+    xcb_window_t m_root = 0;
+    xcb_atom_t m_pidAtom = XCB_NONE;
+};
+
+// Polls every half millisecond until `found` holds or ten seconds passed: the elapsed ms.
+std::optional<double> timeUntil(const QElapsedTimer& clock, const std::function<bool()>& found)
+{
+    while (clock.elapsed() < 10000) {
+        if (found())
+            return clock.nsecsElapsed() / 1e6;
+        QThread::usleep(500);
+    }
+    return std::nullopt;
+}
+
+qint64 peakRssKiB(qint64 pid)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    if (!status.open(QIODevice::ReadOnly))
+        return 0;
+    for (const QByteArray& line : status.readAll().split('\n'))
+        if (line.startsWith("VmHWM:"))
+            return line.mid(6).trimmed().split(' ').value(0).toLongLong();
+    return 0;
+}
+
+// The process running `program` (the server is started detached, so not our child).
+qint64 pidRunning(const QString& program)
+{
+    for (const QString& pid : QDir("/proc").entryList({ "[0-9]*" }, QDir::Dirs))
+        if (QFileInfo("/proc/" + pid + "/exe").symLinkTarget() == program)
+            return pid.toLongLong();
+    return 0;
+}
+
+// A copy of the install layout and a desktop with `apps` generated entries.
+struct Layout
+{
+    explicit Layout(int apps)
+    {
+        pomvar::bench::populate(desktop, apps, 400);
+        QDir(desktop.root()).mkpath("bin");
+        QDir(desktop.root()).mkpath("libexec/pomvar");
+        pomvar = desktop.root() + "/bin/pomvar";
+        server = desktop.root() + "/libexec/pomvar/pomvarsrv";
+        QFile::copy(POMVAR_BENCH_FRONT_END, pomvar);
+        QFile::copy(POMVAR_BENCH_SERVER, server);
+        env = pomvar::bench::benchEnvironment(desktop, 0);
+        env.remove("POMVARSRV_PORT"); // the fixed port, as installed
+        env.insert("QT_QPA_PLATFORM", "xcb");
+    }
+    TestDesktop desktop;
+    QString pomvar, server;
+    QProcessEnvironment env;
+};
+
+struct TrayRun
+{
+    std::optional<double> embeddedMs;
+    qint64 frontEndKiB = 0, serverKiB = 0;
+};
+
+// One start of pomvar until its icon is embedded; with `measureMemory`, the panel is then opened
+// and the peak RSS of both programs read.
+TrayRun trayRun(WindowProbe& display, const Layout& layout, bool measureMemory)
+{
+    TrayRun run;
+    QProcess pomvar;
+    pomvar.setProcessEnvironment(layout.env);
+    pomvar.setStandardOutputFile(QProcess::nullDevice());
+    pomvar.setStandardErrorFile(layout.desktop.root() + "/pomvar.log", QIODevice::Append);
+    QElapsedTimer clock;
+    clock.start();
+    pomvar.start(layout.pomvar, {});
+    std::optional<WindowProbe::Found> icon;
+    run.embeddedMs = timeUntil(clock, [&] {
+        icon = display.find(pomvar.processId(), [](int width) { return width <= 64; });
+        return icon.has_value();
+    });
+    const qint64 server = pidRunning(layout.server);
+    if (measureMemory && icon) {
+        QProcess::execute("xdotool",
+                          { "mousemove",
+                            QString::number(icon->x + icon->width / 2),
+                            QString::number(icon->y + icon->height / 2),
+                            "click",
+                            "1" });
+        QElapsedTimer panelClock;
+        panelClock.start();
+        timeUntil(panelClock, [&] {
+            return display.find(pomvar.processId(), [](int width) { return width == 360; })
+                .has_value();
+        });
+        QThread::msleep(300); // the rows are painted
+        run.frontEndKiB = peakRssKiB(pomvar.processId());
+        run.serverKiB = peakRssKiB(server);
+    }
+    ::kill(static_cast<pid_t>(pomvar.processId()), SIGTERM);
+    pomvar.waitForFinished(10000);
+    if (server > 0) {
+        ::kill(static_cast<pid_t>(server), SIGTERM);
+        while (QFileInfo::exists(QStringLiteral("/proc/%1").arg(server)))
+            QThread::msleep(5);
+    }
+    return run;
+}
+
+std::optional<double> bareWindowMs(WindowProbe& display, const QString& self)
+{
+    QProcess bare;
+    QElapsedTimer clock;
+    clock.start();
+    bare.start(self, { "--bare-window" });
+    const auto mapped = timeUntil(clock, [&] {
+        return display.find(bare.processId(), [](int) { return true; }).has_value();
+    });
+    bare.kill();
+    bare.waitForFinished();
+    return mapped;
+}
+
+// Starts the server on its own and times, from the moment a connection is made, the first
+// "get-allapps-menu-data" reply.
+std::optional<double> firstAllAppsMs(const Layout& layout)
+{
+    QProcessEnvironment env = layout.env;
+    env.insert("POMVARSRV_PORT", "50818");
+    QProcess server;
+    server.setProcessEnvironment(env);
+    server.setStandardErrorFile(layout.desktop.root() + "/server.log", QIODevice::Append);
+    server.start(layout.server, {});
+    SrvClient client;
+    QElapsedTimer clock;
+    clock.start();
+    while (!client.connectTo(50818) && clock.elapsed() < 10000)
+        QThread::usleep(200);
+    clock.restart();
+    const auto reply = client.request(R"({"id": "get-allapps-menu-data"})");
+    const double ms = clock.nsecsElapsed() / 1e6;
+    client.send(R"({"id": "quit"})");
+    server.waitForFinished(10000);
+    return reply ? std::optional(ms) : std::nullopt;
+}
+
+struct Session
+{
+    std::unique_ptr<QProcess> xvfb, tray;
+};
+
+bool startSession(Session& session)
+{
+    session.xvfb = std::make_unique<QProcess>();
+    session.xvfb->start("Xvfb",
+                        { "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp" });
+    if (!session.xvfb->waitForReadyRead(10000))
+        return false;
+    qputenv("DISPLAY", ":" + session.xvfb->readLine().trimmed());
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS"); // no StatusNotifierItem host: XEmbed, as trayer speaks
+    session.tray = std::make_unique<QProcess>();
+    session.tray->start("trayer",
+                        { "--edge",
+                          "top",
+                          "--align",
+                          "right",
+                          "--widthtype",
+                          "request",
+                          "--height",
+                          "28",
+                          "--SetDockType",
+                          "true",
+                          "--transparent",
+                          "false" });
+    // Running a second later: it owns the tray selection by then.
+    return session.tray->waitForStarted(10000) && !session.tray->waitForFinished(1000);
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    if (argc > 1 && QByteArray(argv[1]) == "--bare-window") {
+        QApplication app(argc, argv);
+        QWidget window;
+        window.resize(200, 100);
+        window.show();
+        return app.exec();
+    }
+    Session session;
+    if (!startSession(session)) {
+        std::fprintf(stderr, "bench_trayup: Xvfb or trayer did not start\n");
+        return 1;
+    }
+    WindowProbe display;
+    std::printf("exec -> tray icon embedded, warm (medians of %d runs after a warm-up run)\n",
+                kRuns);
+    for (const int apps : { 1000, 5000 }) {
+        Layout layout(apps);
+        trayRun(display, layout, false); // fills the icon cache and whatever else is cached
+        std::vector<double> tray, bare;
+        for (int run = 0; run < kRuns; ++run) {
+            if (const auto ms = trayRun(display, layout, false).embeddedMs)
+                tray.push_back(*ms);
+            if (const auto ms = bareWindowMs(display, QString::fromLocal8Bit(argv[0])))
+                bare.push_back(*ms);
+        }
+        std::vector<double> first;
+        for (int run = 0; run < kRuns; ++run)
+            if (const auto ms = firstAllAppsMs(layout))
+                first.push_back(*ms);
+        const TrayRun memory = trayRun(display, layout, true);
+        std::printf("%5d apps: tray icon %6.1f ms (%zu runs), bare Qt window mapped %6.1f ms; "
+                    "first get-allapps-menu-data %6.1f ms after connecting; peak RSS after "
+                    "opening the panel: pomvar %5.1f MiB, pomvarsrv %5.1f MiB\n",
+                    apps,
+                    median(tray),
+                    tray.size(),
+                    median(bare),
+                    median(first),
+                    memory.frontEndKiB / 1024.0,
+                    memory.serverKiB / 1024.0);
+        std::fflush(stdout);
+    }
+    return 0;
+}

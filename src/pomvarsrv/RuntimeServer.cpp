@@ -18,27 +18,18 @@ RuntimeServer::RuntimeServer(RequestHandler& handler, QObject* parent)
 
 RuntimeServer::~RuntimeServer() = default;
 
-RuntimeServer::ListenResult RuntimeServer::listen(quint16 port)
+void RuntimeServer::serve(const std::vector<int>& descriptors)
 {
-    m_port = port;
-    bool any = false;
-    for (const auto& address :
-         { QHostAddress(QHostAddress::LocalHost), QHostAddress(QHostAddress::LocalHostIPv6) }) {
+    for (const int descriptor : descriptors) {
         auto* server = new QTcpServer(this);
-        if (!server->listen(address, port)) {
-            const bool taken = server->serverError() == QAbstractSocket::AddressInUseError;
-            const QString error = server->errorString();
+        if (!server->setSocketDescriptor(descriptor)) {
+            qCWarning(lcServer) << "cannot serve a listening socket:" << server->errorString();
             delete server;
-            if (taken)
-                return ListenResult::portTaken;
-            qCInfo(lcServer).noquote() << "not listening on" << address.toString() << error;
             continue;
         }
         connect(server, &QTcpServer::newConnection, this, [this, server] { acceptFrom(server); });
         m_servers.push_back(server);
-        any = true;
     }
-    return any ? ListenResult::listening : ListenResult::failed;
 }
 
 void RuntimeServer::acceptFrom(QTcpServer* server)

@@ -9,11 +9,28 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QSet>
+#include <QTimer>
 
 #include <map>
 #include <memory>
+#include <sys/resource.h>
+#include <unistd.h>
 
 namespace pomvar::srv {
+
+namespace {
+
+constexpr int kCheckDelayMs = 1500;
+
+// Background work is never urgent: the calling thread gets a nice value of 10, so the front end
+// and the server's own replies go first, yet a busy machine cannot starve it (as SCHED_IDLE,
+// Qt's IdlePriority, would).
+void yieldToOthers()
+{
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), 10);
+}
+
+} // namespace
 
 ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     : QObject(parent)
@@ -45,12 +62,9 @@ ServerApp::~ServerApp()
     m_renderPool.waitForDone();
 }
 
-RuntimeServer::ListenResult ServerApp::start(quint16 port)
+void ServerApp::start(const std::vector<int>& listeningSockets)
 {
-    const auto result = m_server.listen(port);
-    if (result != RuntimeServer::ListenResult::listening)
-        return result;
-    qCInfo(lcServer) << "listening on port" << port;
+    m_server.serve(listeningSockets);
     // Only the server that holds the port owns the store and the icon cache: a second one
     // leaves without touching either.
     m_model.setStore(m_storeFile.load());
@@ -74,12 +88,12 @@ RuntimeServer::ListenResult ServerApp::start(quint16 port)
         m_model.setApps(InstalledApps(std::move(*cached)));
         qCInfo(lcServer) << m_model.apps().size() << "apps loaded in" << clock.elapsed()
                          << "ms from the catalogue cache; checking it in the background";
-        scanInBackground();
+        // Once the front end, starting meanwhile, has had the processor for its first build.
+        QTimer::singleShot(kCheckDelayMs, this, &ServerApp::scanInBackground);
     } else {
         apply(CatalogueScan::run(IconTheme::userThemeName(), m_icons));
         qCInfo(lcServer) << m_model.apps().size() << "apps loaded in" << clock.elapsed() << "ms";
     }
-    return result;
 }
 
 void ServerApp::scanInBackground()
@@ -87,6 +101,7 @@ void ServerApp::scanInBackground()
     const int generation = ++m_scanGeneration;
     const QString themeName = IconTheme::userThemeName();
     m_scanPool.start([this, generation, themeName, icons = m_icons] {
+        yieldToOthers();
         auto scan = std::make_shared<CatalogueScan>(CatalogueScan::run(themeName, icons));
         QMetaObject::invokeMethod(
             this,
@@ -118,6 +133,7 @@ void ServerApp::renderInBackground(int generation, std::vector<CatalogueScan::Mi
 {
     const IconCache cache = m_icons;
     m_renderPool.start([this, cache, generation, missing = std::move(missing)] {
+        yieldToOthers();
         std::map<QString, IconCache::Files> rendered;
         auto done = std::make_shared<std::vector<AppEntry>>();
         for (const auto& [key, source] : missing) {

@@ -21,8 +21,9 @@
 namespace pomvar::srv {
 
 // The whole server: store, catalogue, icons, request handling and the listening sockets.
-// start() listens first, so that the port is taken at once, then loads the catalogue before
-// anything is served (connections wait in the listen backlog meanwhile): from the catalogue
+// start() takes over the listening sockets, opened before Qt started (LoopbackSockets), then
+// loads the catalogue before anything is served (connections wait in the listen backlog
+// meanwhile): from the catalogue
 // cache when it fits, and then checked by a scan in the background, else by a scan on the spot.
 // Icons missing from the icon cache are rendered in the background, the generic icon standing in
 // for them. Whenever a background scan or render changes the apps, the front end is told
@@ -35,7 +36,8 @@ public:
     explicit ServerApp(const ServerOptions& options, QObject* parent = nullptr);
     ~ServerApp() override;
 
-    RuntimeServer::ListenResult start(quint16 port);
+    // Only the server that holds the port may start: it owns the store and the icon cache.
+    void start(const std::vector<int>& listeningSockets);
 
     ServerModel& model() { return m_model; }
 

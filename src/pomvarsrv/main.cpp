@@ -1,4 +1,5 @@
 #include "AppCatalogue.h"
+#include "LoopbackSockets.h"
 #include "ServerApp.h"
 #include "ServerLog.h"
 #include "ServerOptions.h"
@@ -6,31 +7,43 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <string>
+#include <vector>
 
 using namespace pomvar::srv;
 
 int main(int argc, char* argv[])
 {
     installServerLog();
-    AppCatalogue::addFlatpakDataDirs();
-    QApplication app(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("pomvarsrv"));
-
-    ServerApp server(ServerOptions::parse(QApplication::arguments()));
+    // The port first, before Qt and the display: a second server leaves without touching
+    // anything, and the front end's probe finds the port taken at its first look.
     const quint16 port = ServerOptions::port();
-    switch (server.start(port)) {
-        case RuntimeServer::ListenResult::listening:
+    std::vector<int> sockets;
+    std::string notes;
+    switch (LoopbackSockets::open(port, sockets, notes)) {
+        case LoopbackSockets::Result::listening:
             break;
-        case RuntimeServer::ListenResult::portTaken:
+        case LoopbackSockets::Result::portTaken:
             std::fprintf(
                 stderr,
                 "pomvarsrv: port %u is already in use: a runtime server is running already\n",
                 static_cast<unsigned>(port));
             return 0;
-        case RuntimeServer::ListenResult::failed:
-            std::fprintf(
-                stderr, "pomvarsrv: cannot listen on port %u\n", static_cast<unsigned>(port));
+        case LoopbackSockets::Result::failed:
+            std::fprintf(stderr,
+                         "pomvarsrv: cannot listen on port %u\n%s",
+                         static_cast<unsigned>(port),
+                         notes.c_str());
             return 1;
     }
+    AppCatalogue::addFlatpakDataDirs();
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("pomvarsrv"));
+    if (!notes.empty())
+        qCInfo(lcServer).noquote() << QString::fromStdString(notes).trimmed();
+    qCInfo(lcServer) << "listening on port" << port;
+
+    ServerApp server(ServerOptions::parse(QApplication::arguments()));
+    server.start(sockets);
     return QApplication::exec();
 }

@@ -1,8 +1,9 @@
 // Prints how long Pomvar takes from exec until its tray icon is embedded, with the real runtime
-// server and 1,000 or 5,000 generated apps, warm (medians of several runs), beside the time a
-// bare Qt window takes to be mapped in the same session; then how soon the server answers the
-// first "get-allapps-menu-data" after a connection, and the peak RSS of both programs once the
-// panel was opened. Runs its own Xvfb and tray host (trayer); uses port 50818: run it alone.
+// server and 1,000 or 5,000 generated apps, warm (medians of several runs), with the share of
+// the lsof start-up probes, beside the time a bare Qt window takes to be mapped in the same
+// session; then how soon the server answers the first "get-allapps-menu-data" after a
+// connection, and the peak RSS of both programs once the panel was opened. Runs its own Xvfb and
+// tray host (trayer); uses port 50818: run it alone.
 #include "GeneratedApps.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
@@ -23,6 +24,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <tuple>
 #include <vector>
 
 using pomvar::test::SrvClient;
@@ -166,7 +168,29 @@ struct Layout
         env = pomvar::bench::benchEnvironment(desktop, 0);
         env.remove("POMVARSRV_PORT"); // the fixed port, as installed
         env.insert("QT_QPA_PLATFORM", "xcb");
+        // A timing stand-in for lsof first on the PATH: the start-up probes' share is reported.
+        QDir(desktop.root()).mkpath("probe");
+        QFile::copy(POMVAR_BENCH_LSOF_TIMER, desktop.root() + "/probe/lsof");
+        env.insert("PATH", desktop.root() + "/probe:" + env.value("PATH"));
+        env.insert("POMVAR_BENCH_PROBE_LOG", probeLog());
     }
+    QString probeLog() const { return desktop.root() + "/probes.log"; }
+    // The time spent in lsof probes since the log was last read, and how many ran.
+    std::pair<double, int> takeProbes() const
+    {
+        double ms = 0;
+        int count = 0;
+        for (const QByteArray& line : TestDesktop::read(probeLog()).split('\n')) {
+            const QList<QByteArray> fields = line.split(' ');
+            if (fields.size() == 3) {
+                ms += (fields[1].toLongLong() - fields[0].toLongLong()) / 1e6;
+                ++count;
+            }
+        }
+        QFile::remove(probeLog());
+        return { ms, count };
+    }
+
     TestDesktop desktop;
     QString pomvar, server;
     QProcessEnvironment env;
@@ -175,6 +199,8 @@ struct Layout
 struct TrayRun
 {
     std::optional<double> embeddedMs;
+    double probesMs = 0;
+    int probes = 0;
     qint64 frontEndKiB = 0, serverKiB = 0;
 };
 
@@ -196,6 +222,7 @@ TrayRun trayRun(WindowProbe& display, const Layout& layout, bool measureMemory)
         return icon.has_value();
     });
     const qint64 server = pidRunning(layout.server);
+    std::tie(run.probesMs, run.probes) = layout.takeProbes();
     if (measureMemory && icon) {
         QProcess::execute("xdotool",
                           { "mousemove",
@@ -237,27 +264,65 @@ std::optional<double> bareWindowMs(WindowProbe& display, const QString& self)
     return mapped;
 }
 
-// Starts the server on its own and times, from the moment a connection is made, the first
-// "get-allapps-menu-data" reply.
-std::optional<double> firstAllAppsMs(const Layout& layout)
+struct FirstReply
+{
+    std::optional<double> duringStartMs; // connected as soon as the port accepts
+    std::optional<double> whenUpMs;      // connected once the server says it is serving
+};
+
+// Starts the server on its own and times the first "get-allapps-menu-data" reply from the
+// moment a connection is made: once as soon as the port accepts (the sockets are opened before
+// Qt starts, so this includes Qt's start-up), once when the server has logged that it serves.
+FirstReply firstAllApps(const Layout& layout)
+{
+    FirstReply figures;
+    for (const bool early : { true, false }) {
+        QProcessEnvironment env = layout.env;
+        env.insert("POMVARSRV_PORT", "50818");
+        const QString log = layout.desktop.root() + "/first-reply.log";
+        QFile::remove(log);
+        QProcess server;
+        server.setProcessEnvironment(env);
+        server.setStandardErrorFile(log);
+        server.start(layout.server, {});
+        QElapsedTimer clock;
+        clock.start();
+        while (!early && !TestDesktop::read(log).contains("apps loaded in") &&
+               clock.elapsed() < 10000)
+            QThread::usleep(200);
+        SrvClient client;
+        while (!client.connectTo(50818) && clock.elapsed() < 10000)
+            QThread::usleep(200);
+        clock.restart();
+        const auto reply = client.request(R"({"id": "get-allapps-menu-data"})");
+        const double ms = clock.nsecsElapsed() / 1e6;
+        (early ? figures.duringStartMs : figures.whenUpMs) =
+            reply ? std::optional(ms) : std::nullopt;
+        client.send(R"({"id": "quit"})");
+        server.waitForFinished(10000);
+    }
+    return figures;
+}
+
+// A first start of the server alone, left running until its icons are rendered: what a user's
+// earlier session leaves behind.
+void warmUp(const Layout& layout)
 {
     QProcessEnvironment env = layout.env;
     env.insert("POMVARSRV_PORT", "50818");
+    const QString log = layout.desktop.root() + "/warm-up.log";
     QProcess server;
     server.setProcessEnvironment(env);
-    server.setStandardErrorFile(layout.desktop.root() + "/server.log", QIODevice::Append);
+    server.setStandardErrorFile(log);
     server.start(layout.server, {});
-    SrvClient client;
     QElapsedTimer clock;
     clock.start();
-    while (!client.connectTo(50818) && clock.elapsed() < 10000)
-        QThread::usleep(200);
-    clock.restart();
-    const auto reply = client.request(R"({"id": "get-allapps-menu-data"})");
-    const double ms = clock.nsecsElapsed() / 1e6;
-    client.send(R"({"id": "quit"})");
+    while (!TestDesktop::read(log).contains("icons rendered") && clock.elapsed() < 120000)
+        QThread::msleep(50);
+    SrvClient client;
+    if (client.connectTo(50818))
+        client.send(R"({"id": "quit"})");
     server.waitForFinished(10000);
-    return reply ? std::optional(ms) : std::nullopt;
 }
 
 struct Session
@@ -313,27 +378,40 @@ int main(int argc, char* argv[])
                 kRuns);
     for (const int apps : { 1000, 5000 }) {
         Layout layout(apps);
-        trayRun(display, layout, false); // fills the icon cache and whatever else is cached
-        std::vector<double> tray, bare;
+        warmUp(layout);
+        std::vector<double> tray, bare, probesMs, probes;
         for (int run = 0; run < kRuns; ++run) {
-            if (const auto ms = trayRun(display, layout, false).embeddedMs)
-                tray.push_back(*ms);
+            const TrayRun started = trayRun(display, layout, false);
+            if (started.embeddedMs)
+                tray.push_back(*started.embeddedMs);
+            probesMs.push_back(started.probesMs);
+            probes.push_back(started.probes);
             if (const auto ms = bareWindowMs(display, QString::fromLocal8Bit(argv[0])))
                 bare.push_back(*ms);
         }
-        std::vector<double> first;
-        for (int run = 0; run < kRuns; ++run)
-            if (const auto ms = firstAllAppsMs(layout))
-                first.push_back(*ms);
+        std::vector<double> firstDuringStart, firstWhenUp;
+        for (int run = 0; run < kRuns; ++run) {
+            const FirstReply first = firstAllApps(layout);
+            if (first.duringStartMs)
+                firstDuringStart.push_back(*first.duringStartMs);
+            if (first.whenUpMs)
+                firstWhenUp.push_back(*first.whenUpMs);
+        }
         const TrayRun memory = trayRun(display, layout, true);
-        std::printf("%5d apps: tray icon %6.1f ms (%zu runs), bare Qt window mapped %6.1f ms; "
-                    "first get-allapps-menu-data %6.1f ms after connecting; peak RSS after "
-                    "opening the panel: pomvar %5.1f MiB, pomvarsrv %5.1f MiB\n",
+        std::printf("%5d apps: tray icon %6.1f ms (%zu runs; of which %.1f ms in %.0f lsof "
+                    "probes), bare Qt window mapped %6.1f ms\n"
+                    "            first get-allapps-menu-data after connecting: %5.1f ms once the "
+                    "server serves, %5.1f ms when connected during its start-up\n"
+                    "            peak RSS after opening the panel: pomvar %5.1f MiB, pomvarsrv "
+                    "%5.1f MiB\n",
                     apps,
                     median(tray),
                     tray.size(),
+                    median(probesMs),
+                    median(probes),
                     median(bare),
-                    median(first),
+                    median(firstWhenUp),
+                    median(firstDuringStart),
                     memory.frontEndKiB / 1024.0,
                     memory.serverKiB / 1024.0);
         std::fflush(stdout);

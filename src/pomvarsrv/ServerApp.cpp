@@ -121,10 +121,13 @@ void ServerApp::apply(CatalogueScan scan)
     m_genericIcons = scan.generic;
     // Unchanged apps keep the menus as the front end has them, and the cache as it is.
     const bool changed = !m_model.isReady() || scan.apps != m_model.apps().all();
-    if (changed)
+    if (changed) {
         m_model.setApps(InstalledApps(std::move(scan.apps)));
+        // Now, not after the renders: a start cut short still leaves the next one a catalogue.
+        saveCatalogue();
+    }
     if (scan.missing.empty())
-        settle(changed);
+        pruneIcons();
     else
         renderInBackground(generation, std::move(scan.missing));
 }
@@ -151,22 +154,27 @@ void ServerApp::renderInBackground(int generation, std::vector<CatalogueScan::Mi
                 // A newer scan has its own list and its own renders.
                 if (generation == m_scanGeneration) {
                     m_model.setIcons(*done);
-                    settle(true);
+                    saveCatalogue();
+                    pruneIcons();
                 }
             },
             Qt::QueuedConnection);
     });
 }
 
-void ServerApp::settle(bool appsChanged)
+void ServerApp::saveCatalogue()
+{
+    if (!m_catalogueCache.save(m_environment, m_model.apps().all()))
+        qCWarning(lcServer) << "cannot write the catalogue cache" << m_catalogueCache.path();
+}
+
+void ServerApp::pruneIcons()
 {
     QSet<QString> inUse = { m_genericIcons.path, m_genericIcons.path2x };
     for (const AppEntry& app : m_model.apps().all())
         inUse << QString::fromStdString(app.iconPath) << QString::fromStdString(app.iconPath2x);
     if (const int removed = m_icons.prune(inUse))
         qCInfo(lcServer) << removed << "stale icon renders removed";
-    if (appsChanged && !m_catalogueCache.save(m_environment, m_model.apps().all()))
-        qCWarning(lcServer) << "cannot write the catalogue cache" << m_catalogueCache.path();
 }
 
 void ServerApp::launch(const QString& appkey)

@@ -46,9 +46,9 @@ private:
     void scanInBackground();
     void apply(CatalogueScan scan);
     void renderInBackground(int generation, std::vector<CatalogueScan::MissingIcon> missing);
-    // Once every app has its renders: removes the ones nothing shows any longer and, when the
-    // apps changed, saves the catalogue for the next start.
-    void settle(bool appsChanged);
+    void saveCatalogue();
+    // Once every app has its renders: removes the ones nothing shows any longer.
+    void pruneIcons();
     void launch(const QString& appkey);
 
     ServerOptions m_options;

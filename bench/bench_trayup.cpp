@@ -264,6 +264,16 @@ std::optional<double> bareWindowMs(WindowProbe& display, const QString& self)
     return mapped;
 }
 
+// The server on its own, on the fixed port as the front end would start it.
+void startServer(QProcess& server, const Layout& layout, const QString& log)
+{
+    QProcessEnvironment env = layout.env;
+    env.insert("POMVARSRV_PORT", "50818");
+    server.setProcessEnvironment(env);
+    server.setStandardErrorFile(log);
+    server.start(layout.server, {});
+}
+
 struct FirstReply
 {
     std::optional<double> duringStartMs; // connected as soon as the port accepts
@@ -277,14 +287,10 @@ FirstReply firstAllApps(const Layout& layout)
 {
     FirstReply figures;
     for (const bool early : { true, false }) {
-        QProcessEnvironment env = layout.env;
-        env.insert("POMVARSRV_PORT", "50818");
         const QString log = layout.desktop.root() + "/first-reply.log";
         QFile::remove(log);
         QProcess server;
-        server.setProcessEnvironment(env);
-        server.setStandardErrorFile(log);
-        server.start(layout.server, {});
+        startServer(server, layout, log);
         QElapsedTimer clock;
         clock.start();
         while (!early && !TestDesktop::read(log).contains("apps loaded in") &&
@@ -308,13 +314,9 @@ FirstReply firstAllApps(const Layout& layout)
 // earlier session leaves behind.
 void warmUp(const Layout& layout)
 {
-    QProcessEnvironment env = layout.env;
-    env.insert("POMVARSRV_PORT", "50818");
     const QString log = layout.desktop.root() + "/warm-up.log";
     QProcess server;
-    server.setProcessEnvironment(env);
-    server.setStandardErrorFile(log);
-    server.start(layout.server, {});
+    startServer(server, layout, log);
     QElapsedTimer clock;
     clock.start();
     while (!TestDesktop::read(log).contains("icons rendered") && clock.elapsed() < 120000)

@@ -1,5 +1,7 @@
 #include "NameOrder.h"
 
+#include "TextFold.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -24,32 +26,27 @@ NameOrder::NameOrder(const QLocale& locale)
 
 QString NameOrder::foldedKey(const QString& name)
 {
-    const QString decomposed = name.normalized(QString::NormalizationForm_KD);
+    const QString folded = TextFold::fold(name);
     QString key;
-    key.reserve(decomposed.size() + kDigitWidth);
+    key.reserve(folded.size() + kDigitWidth);
     qsizetype digitsFrom = -1;
     const auto padDigits = [&] {
         if (digitsFrom >= 0 && key.size() - digitsFrom < kDigitWidth)
             key.insert(digitsFrom, QString(kDigitWidth - (key.size() - digitsFrom), u'0'));
         digitsFrom = -1;
     };
-    for (const QChar c : decomposed) {
-        if (c.category() == QChar::Mark_NonSpacing)
-            continue;
-        if (c.isDigit()) {
-            if (digitsFrom < 0)
-                digitsFrom = key.size();
-            key.append(QChar(u'0' + c.digitValue()));
+    for (const QChar c : folded) {
+        if (!c.isDigit()) {
+            padDigits();
+            key.append(c);
             continue;
         }
-        padDigits();
-        if (c == u'\u00df') // ß reads as "ss"; folding keeps it a letter of its own
-            key.append(QStringLiteral("ss"));
-        else
-            key.append(c);
+        if (digitsFrom < 0)
+            digitsFrom = key.size();
+        key.append(QChar(u'0' + c.digitValue()));
     }
     padDigits();
-    return key.toCaseFolded();
+    return key;
 }
 
 std::vector<std::size_t> NameOrder::sorted(const std::vector<QString>& names) const

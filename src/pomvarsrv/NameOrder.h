@@ -20,8 +20,8 @@ public:
     // The positions of `names` in reading order; equal names keep their relative order.
     std::vector<std::size_t> sorted(const std::vector<QString>& names) const;
 
-    // Decomposed, without combining marks, case-folded, each run of digits zero-padded to a
-    // fixed width so that a plain comparison orders numbers by value.
+    // Folded (TextFold), each run of digits zero-padded to a fixed width so that a plain
+    // comparison orders numbers by value.
     static QString foldedKey(const QString& name);
 
 private:

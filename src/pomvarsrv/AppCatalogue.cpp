@@ -30,6 +30,30 @@ QString iconKey(GDesktopAppInfo* info)
     return key;
 }
 
+QString text(gchar* owned)
+{
+    QString value = QString::fromUtf8(owned ? owned : "");
+    g_free(owned);
+    return value;
+}
+
+DesktopApp describe(GDesktopAppInfo* info, const char* id, const char* name)
+{
+    DesktopApp app;
+    app.id = id;
+    app.name = name;
+    app.icon = iconKey(info);
+    app.untranslatedName = text(g_desktop_app_info_get_string(info, "Name"));
+    app.genericName = QString::fromUtf8(g_desktop_app_info_get_generic_name(info));
+    if (const char* const* keywords = g_desktop_app_info_get_keywords(info))
+        for (; *keywords; ++keywords)
+            app.keywords.append(QString::fromUtf8(*keywords));
+    app.comment = QString::fromUtf8(g_app_info_get_description(G_APP_INFO(info)));
+    const QString program = QString::fromUtf8(g_app_info_get_executable(G_APP_INFO(info)));
+    app.program = program.mid(program.lastIndexOf(u'/') + 1);
+    return app;
+}
+
 } // namespace
 
 AppCatalogue::AppCatalogue(QObject* parent)
@@ -88,7 +112,7 @@ std::vector<DesktopApp> AppCatalogue::listApps()
         const char* id = g_app_info_get_id(info);
         const char* name = g_app_info_get_name(info);
         if (id && name)
-            apps.push_back(DesktopApp{ id, name, iconKey(G_DESKTOP_APP_INFO(info)) });
+            apps.push_back(describe(G_DESKTOP_APP_INFO(info), id, name));
     }
     g_list_free_full(all, g_object_unref);
 

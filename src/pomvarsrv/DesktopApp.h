@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <string>
 
@@ -13,6 +14,12 @@ struct DesktopApp
     std::string name; // localised Name
     // The Icon key: an icon name of the theme, an absolute file path, or empty.
     QString icon;
+    // What the search reads besides the name.
+    QString untranslatedName;
+    QString genericName;
+    QStringList keywords;
+    QString comment;
+    QString program; // base name of the Exec line's program
 };
 
 } // namespace pomvar::srv

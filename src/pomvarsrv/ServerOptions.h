@@ -4,7 +4,8 @@
 
 namespace pomvar::srv {
 
-// The command line: pomvarsrv [--clear-recent] [--refresh] [--welcome].
+// The command line: pomvarsrv [--clear-recent] [--refresh] [--welcome]; `pomvarsrv --search`
+// only sends a request (SearchShortcut).
 struct ServerOptions
 {
     bool clearRecent = false;

@@ -1,5 +1,6 @@
 #include "AppCatalogue.h"
 #include "LoopbackSockets.h"
+#include "SearchShortcut.h"
 #include "ServerApp.h"
 #include "ServerLog.h"
 #include "ServerOptions.h"
@@ -8,6 +9,7 @@
 
 #include <cstdio>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using namespace pomvar::srv;
@@ -15,9 +17,12 @@ using namespace pomvar::srv;
 int main(int argc, char* argv[])
 {
     installServerLog();
+    const quint16 port = ServerOptions::port();
+    for (int i = 1; i < argc; ++i)
+        if (std::string_view(argv[i]) == "--search")
+            return SearchShortcut::run(port);
     // The port first, before Qt and the display: a second server leaves without touching
     // anything, and the front end's probe finds the port taken at its first look.
-    const quint16 port = ServerOptions::port();
     std::vector<int> sockets;
     std::string notes;
     switch (LoopbackSockets::open(port, sockets, notes)) {

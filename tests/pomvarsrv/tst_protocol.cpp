@@ -28,6 +28,7 @@ private Q_SLOTS:
     void otherUsersAreRefused();
     void launch();
     void aDBusActivatableAppIsActivatedOverTheBus();
+    void theSearchShortcutAsksTheRunningServer();
     void secondServerOnTheSamePortLeaves();
 
 private:
@@ -184,6 +185,21 @@ void TestProtocol::aDBusActivatableAppIsActivatedOverTheBus()
     QVERIFY(!QFile::exists(m_script + ".exec")); // not through its Exec line
     bus.kill();
     bus.waitForFinished();
+}
+
+void TestProtocol::theSearchShortcutAsksTheRunningServer()
+{
+    // Against the running server, then where nothing listens.
+    for (const quint16 port : { m_server->port(), ServerProcess::freePort() }) {
+        QProcess shortcut;
+        shortcut.setProcessEnvironment(m_desktop.environment(port));
+        shortcut.start(qEnvironmentVariable("POMVAR_LIBEXEC_DIR") + "/pomvarsrv", { "--search" });
+        QVERIFY(shortcut.waitForFinished(20000));
+        const bool running = port == m_server->port();
+        QCOMPARE(shortcut.exitCode(), running ? 0 : 1);
+        QCOMPARE(shortcut.readAllStandardError().contains("Pomvar is not running"), !running);
+    }
+    QTRY_VERIFY(m_server->log().contains("app-search requested"));
 }
 
 void TestProtocol::secondServerOnTheSamePortLeaves()

@@ -2,6 +2,7 @@
 
 #include "StoreFile.h"
 
+#include <ctime>
 #include <utility>
 
 namespace pomvar::srv {
@@ -117,6 +118,7 @@ bool ServerModel::renameCategory(const std::string& from, const std::string& to)
 void ServerModel::noteLaunched(const std::string& appkey)
 {
     m_store.pushRecent(appkey);
+    m_store.noteUse(appkey, std::time(nullptr));
     m_flags.recentAppsModified = true;
     save();
 }

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <type_traits>
 #include <utility>
 
@@ -152,14 +153,34 @@ bool Store::clearRecent()
     return true;
 }
 
+void Store::noteUse(const std::string& appkey, std::int64_t now)
+{
+    m_use[appkey] = { use(appkey, now) + 1, now };
+}
+
+double Store::use(const std::string& appkey, std::int64_t now) const
+{
+    const auto found = m_use.find(appkey);
+    if (found == m_use.end())
+        return 0;
+    const double age = double(std::max<std::int64_t>(0, now - found->second.at));
+    return found->second.score * std::exp2(-age / kUseHalfLife);
+}
+
 nlohmann::json Store::toJson() const
 {
     nlohmann::json categories = nlohmann::json::array();
     for (const auto& category : m_categories)
         categories.push_back({ { "name", category.name }, { "apps", category.apps } });
+    nlohmann::json use = nlohmann::json::object();
+    for (const auto& [appkey, entry] : m_use)
+        use[appkey] = { entry.score, entry.at };
     return {
-        { "version", kFormatVersion },           { "pins", m_pins },
-        { "categories", std::move(categories) }, { "recent", m_recent },
+        { "version", kFormatVersion },
+        { "pins", m_pins },
+        { "categories", std::move(categories) },
+        { "recent", m_recent },
+        { "use", std::move(use) },
         { "prefs", prefsJson(m_prefs) },
     };
 }
@@ -204,6 +225,14 @@ std::optional<Store> Store::fromJson(const nlohmann::json& value)
             if (!apps || !store.createCategory(item["name"].get<std::string>()))
                 return std::nullopt;
             store.m_categories.back().apps = std::move(*apps);
+        }
+    }
+    // [score, time] per app; anything else is left out rather than losing the whole store.
+    if (const auto use = value.find("use"); use != value.end() && use->is_object()) {
+        for (const auto& [appkey, entry] : use->items()) {
+            if (entry.is_array() && entry.size() == 2 && entry[0].is_number() &&
+                entry[1].is_number_integer())
+                store.m_use[appkey] = { entry[0].get<double>(), entry[1].get<std::int64_t>() };
         }
     }
     if (value.contains("prefs")) {

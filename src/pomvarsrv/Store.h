@@ -6,13 +6,16 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include <cstddef>
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace pomvar::srv {
 
-// Everything the user owns: pins, categories, the recent list and the preferences. App keys
+// Everything the user owns: pins, categories, the recent list, how much each app is used and the
+// preferences. App keys
 // are kept even when the app is not installed, so an app that comes back finds its place again.
 // Plain C++; reading and writing the file is StoreFile's job.
 class Store
@@ -46,6 +49,13 @@ public:
 
     void setPrefs(const UserPrefs& prefs) { m_prefs = prefs; }
 
+    // Use decays by half every kUseHalfLife seconds: recent launches count more than old ones.
+    static constexpr double kUseHalfLife = 14 * 24 * 3600;
+    // One more launch at `now` (seconds since the epoch).
+    void noteUse(const std::string& appkey, std::int64_t now);
+    // The app's use as of `now`: 0 for an app never launched.
+    double use(const std::string& appkey, std::int64_t now) const;
+
     nlohmann::json toJson() const;
     // The preferences as both the store file and the get-user-prefs reply hold them.
     static nlohmann::json prefsJson(const UserPrefs& prefs);
@@ -61,6 +71,13 @@ private:
     std::vector<AppCategory> m_categories;
     std::vector<std::string> m_recent;
     UserPrefs m_prefs;
+    struct Use
+    {
+        double score = 0;    // as of `at`
+        std::int64_t at = 0; // seconds since the epoch
+        bool operator==(const Use&) const = default;
+    };
+    std::map<std::string, Use> m_use;
 };
 
 } // namespace pomvar::srv

@@ -67,7 +67,13 @@ void TestServerModel::storeAndItsFile()
     for (const auto& app : store.recent())
         recent += app;
     QCOMPARE(recent, QByteArray("dnmlkjihgfec"));
-    // Saved and read back whole, an empty category and prefs unlike the defaults included.
+    // Use halves every half-life; a launch adds one.
+    const std::int64_t now = 1'700'000'000, halfLife = std::int64_t(Store::kUseHalfLife);
+    store.noteUse("a", now - 2 * halfLife);
+    store.noteUse("a", now - halfLife);
+    QCOMPARE(store.use("a", now), 0.75);
+    QCOMPARE(store.use("x", now), 0.0);
+    // Saved and read back whole, an empty category, use and prefs unlike the defaults included.
     store.setPrefs(UserPrefs{ 2, false, false, false, true });
     QTemporaryDir dir;
     StoreFile file(dir.path() + QStringLiteral("/pomvar/pomvarsrv.json"));

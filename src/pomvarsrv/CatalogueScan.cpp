@@ -38,12 +38,13 @@ CatalogueScan CatalogueScan::run(const QString& themeName, const IconCache& icon
     auto indexing = std::async(std::launch::async, [themeName] {
         return IconTheme(themeName, IconTheme::defaultIconDirs(), IconTheme::defaultPixmapDirs());
     });
-    const auto listed = AppCatalogue::listApps();
+    CatalogueScan scan;
+    scan.entries = AppCatalogue::listApps();
+    const auto& listed = scan.entries;
     const qint64 listedMs = clock.elapsed();
     const IconTheme theme = indexing.get();
     const qint64 indexedMs = clock.elapsed();
 
-    CatalogueScan scan;
     scan.generic =
         icons.generic(theme.find(QStringLiteral("application-x-executable"), IconCache::kSize2x));
     scan.apps.reserve(listed.size());

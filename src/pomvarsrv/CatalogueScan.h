@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AppEntry.h"
+#include "DesktopApp.h"
 #include "IconCache.h"
 
 #include <QString>
@@ -17,7 +18,8 @@ struct CatalogueScan
 {
     using MissingIcon = std::pair<std::string, QString>; // app key, source file to render
 
-    std::vector<AppEntry> apps; // in menu order; the generic icon where a render is missing
+    std::vector<AppEntry> apps;      // in menu order; the generic icon where a render is missing
+    std::vector<DesktopApp> entries; // the same apps as their desktop entries describe them
     std::vector<MissingIcon> missing;
     IconCache::Files generic;
     QString summary; // for the log

@@ -29,4 +29,36 @@ bool Launcher::launch(const QString& desktopId, QString* error)
     return started;
 }
 
+std::vector<std::pair<QString, QString>> Launcher::actions(const QString& desktopId)
+{
+    std::vector<std::pair<QString, QString>> found;
+    GDesktopAppInfo* info = g_desktop_app_info_new(desktopId.toUtf8().constData());
+    if (!info)
+        return found;
+    for (const gchar* const* action = g_desktop_app_info_list_actions(info); action && *action;
+         ++action) {
+        gchar* name = g_desktop_app_info_get_action_name(info, *action);
+        found.emplace_back(QString::fromUtf8(*action), QString::fromUtf8(name ? name : *action));
+        g_free(name);
+    }
+    g_object_unref(info);
+    return found;
+}
+
+bool Launcher::launchAction(const QString& desktopId, const QString& action, QString* error)
+{
+    GDesktopAppInfo* info = g_desktop_app_info_new(desktopId.toUtf8().constData());
+    if (!info) {
+        *error = QStringLiteral("no desktop entry named %1").arg(desktopId);
+        return false;
+    }
+    // GIO reports no failure for actions: it spawns them as it spawns the app.
+    GAppLaunchContext* context = g_app_launch_context_new();
+    g_app_launch_context_unsetenv(context, "POMVARSRV_PORT");
+    g_desktop_app_info_launch_action(info, action.toUtf8().constData(), context);
+    g_object_unref(context);
+    g_object_unref(info);
+    return true;
+}
+
 } // namespace pomvar::srv

@@ -86,6 +86,10 @@ void RequestHandler::act(const Request& request)
     }
     if (id == request::checkUpdates)
         return;
+    if (id == request::appSearch) {
+        Q_EMIT searchRequested();
+        return;
+    }
     const bool needsAppkey = id == request::launchId || id == request::togglePinAppId ||
                              id == request::createNewAppcatCxtmnuId;
     if (needsAppkey && (!request.appkey || !m_model.apps().contains(*request.appkey))) {

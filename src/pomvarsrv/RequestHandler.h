@@ -28,6 +28,7 @@ Q_SIGNALS:
     void launchRequested(const QString& appkey);
     void newCategoryRequested(const QString& appkey);
     void quitRequested();
+    void searchRequested();
 
 private:
     std::string reply(const Request& request);

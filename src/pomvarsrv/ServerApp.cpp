@@ -11,6 +11,8 @@
 #include <QSet>
 #include <QTimer>
 
+#include <ctime>
+
 #include <map>
 #include <memory>
 #include <sys/resource.h>
@@ -50,6 +52,7 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
             Qt::QueuedConnection);
     connect(&m_handler, &RequestHandler::launchRequested, this, &ServerApp::launch);
     connect(&m_handler, &RequestHandler::newCategoryRequested, &m_prompt, &NewCategoryPrompt::ask);
+    connect(&m_handler, &RequestHandler::searchRequested, this, &ServerApp::showSearch);
     connect(&m_catalogue, &AppCatalogue::changed, this, [this] {
         qCInfo(lcServer) << "the installed apps changed";
         scanInBackground();
@@ -86,6 +89,14 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
     m_catalogue.watch();
     if (auto cached = m_options.refresh ? std::nullopt : m_catalogueCache.load(m_environment)) {
         m_model.setApps(InstalledApps(std::move(*cached)));
+        // Names only until the check has read the entries: the search finds apps by name at once.
+        for (const AppEntry& app : m_model.apps().all()) {
+            DesktopApp entry;
+            entry.id = app.key;
+            entry.name = app.name;
+            m_entries.push_back(std::move(entry));
+        }
+        m_search.setApps(m_entries);
         qCInfo(lcServer) << m_model.apps().size() << "apps loaded in" << clock.elapsed()
                          << "ms from the catalogue cache; checking it in the background";
         // Once the front end, starting meanwhile, has had the processor for its first build.
@@ -119,6 +130,8 @@ void ServerApp::apply(CatalogueScan scan)
     const int generation = ++m_scanGeneration;
     qCInfo(lcServer).noquote() << scan.summary;
     m_genericIcons = scan.generic;
+    m_entries = std::move(scan.entries);
+    m_search.setApps(m_entries);
     // Unchanged apps keep the menus as the front end has them, and the cache as it is.
     const bool changed = !m_model.isReady() || scan.apps != m_model.apps().all();
     if (changed) {
@@ -175,6 +188,71 @@ void ServerApp::pruneIcons()
         inUse << QString::fromStdString(app.iconPath) << QString::fromStdString(app.iconPath2x);
     if (const int removed = m_icons.prune(inUse))
         qCInfo(lcServer) << removed << "stale icon renders removed";
+}
+
+void ServerApp::showSearch()
+{
+    qCInfo(lcServer) << "app-search requested: showing the search window";
+    if (!m_searchWindow) {
+        m_searchWindow = std::make_unique<SearchWindow>(
+            [this](const QString& query) { return searchRows(query); },
+            [this](const QString& appkey) { return actionRows(appkey); });
+        connect(m_searchWindow.get(), &SearchWindow::launchRequested, this, &ServerApp::launch);
+        connect(
+            m_searchWindow.get(), &SearchWindow::actionRequested, this, &ServerApp::launchAction);
+    }
+    m_searchWindow->present();
+}
+
+SearchRow ServerApp::rowOf(const std::string& appkey) const
+{
+    SearchRow row{ QString::fromStdString(appkey), {}, {}, {}, {} };
+    if (const AppEntry* app = m_model.apps().find(appkey)) {
+        row.name = QString::fromStdString(app->name);
+        row.icon = QString::fromStdString(app->iconPath);
+        row.icon2x = QString::fromStdString(app->iconPath2x);
+    }
+    return row;
+}
+
+std::vector<SearchRow> ServerApp::searchRows(const QString& query) const
+{
+    constexpr std::size_t kShown = 50;
+    std::vector<SearchRow> rows;
+    if (query.trimmed().isEmpty()) {
+        for (const std::string& appkey : m_model.store().recent())
+            if (m_model.apps().contains(appkey))
+                rows.push_back(rowOf(appkey));
+        return rows;
+    }
+    const auto order = m_search.rank(query, m_model.store().uses(std::time(nullptr)));
+    for (std::size_t i = 0; i < order.size() && rows.size() < kShown; ++i) {
+        const DesktopApp& entry = m_entries[order[i]];
+        SearchRow row = rowOf(entry.id);
+        row.detail = entry.genericName.isEmpty() ? entry.comment : entry.genericName;
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+std::vector<SearchRow> ServerApp::actionRows(const QString& appkey) const
+{
+    std::vector<SearchRow> rows;
+    const SearchRow app = rowOf(appkey.toStdString());
+    for (const auto& [action, name] : Launcher::actions(appkey))
+        rows.push_back({ action, name, app.name, app.icon, app.icon2x });
+    return rows;
+}
+
+void ServerApp::launchAction(const QString& appkey, const QString& action)
+{
+    QString error;
+    if (Launcher::launchAction(appkey, action, &error)) {
+        qCInfo(lcServer) << "launched" << appkey << "action" << action;
+        m_model.noteLaunched(appkey.toStdString());
+        return;
+    }
+    qCWarning(lcServer).noquote() << "cannot launch" << appkey + u':' << error;
 }
 
 void ServerApp::launch(const QString& appkey)

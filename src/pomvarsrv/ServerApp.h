@@ -7,6 +7,8 @@
 #include "NewCategoryPrompt.h"
 #include "RequestHandler.h"
 #include "RuntimeServer.h"
+#include "SearchIndex.h"
+#include "SearchWindow.h"
 #include "ServerModel.h"
 #include "ServerOptions.h"
 #include "StoreFile.h"
@@ -14,6 +16,7 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,6 +53,12 @@ private:
     // Once every app has its renders: removes the ones nothing shows any longer.
     void pruneIcons();
     void launch(const QString& appkey);
+    void launchAction(const QString& appkey, const QString& action);
+    // The search window, made at its first request.
+    void showSearch();
+    std::vector<SearchRow> searchRows(const QString& query) const;
+    std::vector<SearchRow> actionRows(const QString& appkey) const;
+    SearchRow rowOf(const std::string& appkey) const;
 
     ServerOptions m_options;
     StoreFile m_storeFile;
@@ -62,6 +71,9 @@ private:
     std::string m_environment;
     NewCategoryPrompt m_prompt;
     IconCache::Files m_genericIcons;
+    SearchIndex m_search;
+    std::vector<DesktopApp> m_entries; // in the search index's order
+    std::unique_ptr<SearchWindow> m_searchWindow;
     // Counts scans started and lists applied: only the latest one's results are used.
     int m_scanGeneration = 0;
     // Last, so that they are destroyed first: they wait for the scans and renders still running.

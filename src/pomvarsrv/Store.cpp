@@ -167,6 +167,14 @@ double Store::use(const std::string& appkey, std::int64_t now) const
     return found->second.score * std::exp2(-age / kUseHalfLife);
 }
 
+std::unordered_map<std::string, double> Store::uses(std::int64_t now) const
+{
+    std::unordered_map<std::string, double> found;
+    for (const auto& entry : m_use)
+        found[entry.first] = use(entry.first, now);
+    return found;
+}
+
 nlohmann::json Store::toJson() const
 {
     nlohmann::json categories = nlohmann::json::array();

@@ -10,6 +10,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace pomvar::srv {
@@ -55,6 +56,8 @@ public:
     void noteUse(const std::string& appkey, std::int64_t now);
     // The app's use as of `now`: 0 for an app never launched.
     double use(const std::string& appkey, std::int64_t now) const;
+    // Every used app's use as of `now`.
+    std::unordered_map<std::string, double> uses(std::int64_t now) const;
 
     nlohmann::json toJson() const;
     // The preferences as both the store file and the get-user-prefs reply hold them.

@@ -1,0 +1,147 @@
+// The search window in a server run in-process against real desktop entries, driven by keys: it
+// opens on "app-search" from the wire, launches through the same path as "launch" (Recent and
+// its flag, read back over the wire), lists and launches an app's desktop actions, and keeps one
+// window for every request.
+#include "LoopbackSockets.h"
+#include "SearchResults.h"
+#include "ServerApp.h"
+#include "ServerProcess.h"
+#include "SrvClient.h"
+#include "TestDesktop.h"
+#include "wire/Protocol.h"
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QListView>
+#include <QtTest>
+
+#include <future>
+
+using namespace pomvar::srv;
+using namespace pomvar::test;
+namespace rq = pomvar::request;
+
+class TestSearchWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_marker = m_desktop.root() + "/bin/marker";
+        // Notes its first argument in a file of that name beside it.
+        QVERIFY(TestDesktop::write(m_marker, "#!/bin/sh\ntouch \"$0.$1\"\n", true));
+        const std::pair<const char*, QByteArray> entries[] = {
+            { "marker", "Name=Marker\nComment=Leaves a mark\nExec=" + m_marker.toUtf8() + " app" },
+            { "browser",
+              "Name=Browser\nGenericName=Web Browser\nExec=" + m_marker.toUtf8() +
+                  " browser\nActions=new-window;\n[Desktop Action new-window]\nName=New Window\n"
+                  "Exec=" +
+                  m_marker.toUtf8() + " window" },
+            { "marble", "Name=Marble\nExec=" + m_marker.toUtf8() + " marble" },
+        };
+        for (const auto& [id, lines] : entries)
+            QVERIFY(TestDesktop::writeEntry(
+                m_desktop.systemData(), QString::fromLatin1(id) + ".desktop", lines));
+        const QProcessEnvironment env = m_desktop.environment(0);
+        for (const char* name :
+             { "HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS" })
+            qputenv(name, env.value(name).toUtf8());
+        m_port = ServerProcess::freePort();
+        std::vector<int> sockets;
+        std::string notes;
+        QCOMPARE(LoopbackSockets::open(m_port, sockets, notes), LoopbackSockets::Result::listening);
+        m_server = std::make_unique<ServerApp>(ServerOptions{});
+        m_server->start(sockets);
+    }
+
+    void keysSearchLaunchAndShowActions()
+    {
+        QLineEdit* field = openWindow();
+        QVERIFY(field);
+        QCOMPARE(field->accessibleName(), "Search Apps");
+        auto* window = field->window();
+        auto* list = window->findChild<QListView*>();
+        QTest::keyClicks(field, "mar");
+        // Name prefixes, in catalogue order, then the program that all three run.
+        QCOMPARE(rowNames(list), (QStringList{ "Marble", "Marker", "Browser" }));
+        // Down, Enter: the second launches, through the wire's "launch" path.
+        QTest::keyClick(field, Qt::Key_Down);
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_VERIFY(QFile::exists(m_marker + ".app"));
+        QVERIFY(!window->isVisible());
+        const nlohmann::json recent = ask(rq::plain(rq::getRecentAppsMenuData));
+        QCOMPARE(recent[0]["appkey"], "marker.desktop");
+        QCOMPARE(ask(rq::plain(rq::getMenuDataModifiedStatus))["recentAppsModified"], true);
+
+        // A second request shows the same window, its text selected; the empty query lists Recent.
+        QCOMPARE(openWindow(), field);
+        QCOMPARE(field->selectedText(), "mar");
+        QTest::keyClick(field, Qt::Key_Escape);
+        QVERIFY(field->text().isEmpty() && window->isVisible());
+        QCOMPARE(rowNames(list), QStringList{ "Marker" });
+        // Right at the end of the text lists the actions; Left goes back; Enter launches one.
+        QTest::keyClicks(field, "web");
+        QTest::keyClick(field, Qt::Key_Right);
+        QCOMPARE(rowNames(list), QStringList{ "New Window" });
+        QTest::keyClick(field, Qt::Key_Left);
+        QCOMPARE(rowNames(list), QStringList{ "Browser" });
+        QTest::keyClick(field, Qt::Key_Return, Qt::AltModifier);
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_VERIFY(QFile::exists(m_marker + ".window"));
+        // Ctrl+2 launches the second result; Escape on an empty field closes.
+        openWindow();
+        QTest::keyClicks(field, "mar");
+        QTest::keyClick(field, Qt::Key_2, Qt::ControlModifier);
+        QTRY_VERIFY(QFile::exists(m_marker + ".app"));
+        openWindow();
+        field->clear();
+        QTest::keyClick(field, Qt::Key_Escape);
+        QVERIFY(!window->isVisible());
+    }
+
+private:
+    // Sends "app-search" over the wire; the window's field once it is shown and focused.
+    QLineEdit* openWindow()
+    {
+        SrvClient client;
+        if (!client.connectTo(m_port) || !client.send(rq::plain(rq::appSearch)))
+            return nullptr;
+        QLineEdit* field = nullptr;
+        const bool shown = QTest::qWaitFor([&] {
+            for (QWidget* window : QApplication::topLevelWidgets())
+                if (window->objectName() == "searchWindow" && window->isVisible())
+                    field = window->findChild<QLineEdit*>();
+            return field && field->hasFocus();
+        });
+        return shown ? field : nullptr;
+    }
+
+    // A request answered while this thread's event loop serves it.
+    nlohmann::json ask(const std::string& body)
+    {
+        auto reply = std::async(std::launch::async, [&] {
+            SrvClient client;
+            return client.connectTo(m_port) ? client.json(body) : nlohmann::json();
+        });
+        const bool answered = QTest::qWaitFor(
+            [&] { return reply.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
+        return answered ? reply.get() : nlohmann::json();
+    }
+
+    static QStringList rowNames(QListView* list)
+    {
+        QStringList names;
+        for (int row = 0; row < list->model()->rowCount(); ++row)
+            names << list->model()->index(row, 0).data(Qt::AccessibleTextRole).toString();
+        return names;
+    }
+
+    TestDesktop m_desktop;
+    QString m_marker;
+    quint16 m_port = 0;
+    std::unique_ptr<ServerApp> m_server;
+};
+
+QTEST_MAIN(TestSearchWindow)
+#include "tst_searchwindow.moc"

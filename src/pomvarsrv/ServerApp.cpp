@@ -11,6 +11,7 @@
 #include <QSet>
 #include <QTimer>
 
+#include <algorithm>
 #include <ctime>
 
 #include <map>
@@ -204,7 +205,7 @@ void ServerApp::showSearch()
     m_searchWindow->present();
 }
 
-SearchRow ServerApp::rowOf(const std::string& appkey) const
+SearchRow ServerApp::rowOf(const std::string& appkey, const DesktopApp* entry) const
 {
     SearchRow row{ QString::fromStdString(appkey), {}, {}, {}, {} };
     if (const AppEntry* app = m_model.apps().find(appkey)) {
@@ -212,6 +213,13 @@ SearchRow ServerApp::rowOf(const std::string& appkey) const
         row.icon = QString::fromStdString(app->iconPath);
         row.icon2x = QString::fromStdString(app->iconPath2x);
     }
+    if (!entry) {
+        const auto found = std::find_if(
+            m_entries.begin(), m_entries.end(), [&](const auto& e) { return e.id == appkey; });
+        entry = found == m_entries.end() ? nullptr : &*found;
+    }
+    if (entry)
+        row.detail = entry->genericName.isEmpty() ? entry->comment : entry->genericName;
     return row;
 }
 
@@ -227,10 +235,7 @@ std::vector<SearchRow> ServerApp::searchRows(const QString& query) const
     }
     const auto order = m_search.rank(query, m_model.store().uses(std::time(nullptr)));
     for (std::size_t i = 0; i < order.size() && rows.size() < kShown; ++i) {
-        const DesktopApp& entry = m_entries[order[i]];
-        SearchRow row = rowOf(entry.id);
-        row.detail = entry.genericName.isEmpty() ? entry.comment : entry.genericName;
-        rows.push_back(std::move(row));
+        rows.push_back(rowOf(m_entries[order[i]].id, &m_entries[order[i]]));
     }
     return rows;
 }

@@ -58,7 +58,8 @@ private:
     void showSearch();
     std::vector<SearchRow> searchRows(const QString& query) const;
     std::vector<SearchRow> actionRows(const QString& appkey) const;
-    SearchRow rowOf(const std::string& appkey) const;
+    // The app's row; its entry is looked up when not given.
+    SearchRow rowOf(const std::string& appkey, const DesktopApp* entry = nullptr) const;
 
     ServerOptions m_options;
     StoreFile m_storeFile;

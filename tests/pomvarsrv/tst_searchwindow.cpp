@@ -10,6 +10,7 @@
 #include "TestDesktop.h"
 #include "wire/Protocol.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QLineEdit>
 #include <QListView>
@@ -65,6 +66,10 @@ private Q_SLOTS:
         QTest::keyClicks(field, "mar");
         // Name prefixes, in catalogue order, then the program that all three run.
         QCOMPARE(rowNames(list), (QStringList{ "Marble", "Marker", "Browser" }));
+        // Screen readers read each row by the app's name.
+        QAccessibleInterface* rows = QAccessible::queryAccessibleInterface(list);
+        QVERIFY(rows && rows->childCount() >= 3);
+        QCOMPARE(rows->child(0)->text(QAccessible::Name), "Marble");
         // Down, Enter: the second launches, through the wire's "launch" path.
         QTest::keyClick(field, Qt::Key_Down);
         QTest::keyClick(field, Qt::Key_Return);

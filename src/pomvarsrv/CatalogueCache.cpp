@@ -11,17 +11,53 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include <array>
+
 namespace pomvar::srv {
 
 namespace {
 
-constexpr std::string_view kMagic = "pomvar-catalogue 1\n";
-constexpr std::size_t kFields = 5;
-constexpr std::string AppEntry::*kFieldOf[kFields] = { &AppEntry::key,
-                                                       &AppEntry::name,
-                                                       &AppEntry::bundleId,
-                                                       &AppEntry::iconPath,
-                                                       &AppEntry::iconPath2x };
+constexpr std::string_view kMagic = "pomvar-catalogue 2\n";
+constexpr std::size_t kFields = 11;
+constexpr QChar kKeywordSeparator = u'\x1f';
+
+// The fields of one app, in the file's order.
+std::array<std::string, kFields> fieldsOf(const AppEntry& app, const DesktopApp& entry)
+{
+    return { app.key,
+             app.name,
+             app.bundleId,
+             app.iconPath,
+             app.iconPath2x,
+             entry.icon.toStdString(),
+             entry.untranslatedName.toStdString(),
+             entry.genericName.toStdString(),
+             entry.keywords.join(kKeywordSeparator).toStdString(),
+             entry.comment.toStdString(),
+             entry.program.toStdString() };
+}
+
+void readApp(const std::array<std::string_view, kFields>& fields, CatalogueCache::Catalogue& into)
+{
+    const auto text = [&](std::size_t i) {
+        return QString::fromUtf8(fields[i].data(), qsizetype(fields[i].size()));
+    };
+    into.apps.push_back(AppEntry{ std::string(fields[0]),
+                                  std::string(fields[1]),
+                                  std::string(fields[2]),
+                                  std::string(fields[3]),
+                                  std::string(fields[4]) });
+    DesktopApp entry;
+    entry.id = fields[0];
+    entry.name = fields[1];
+    entry.icon = text(5);
+    entry.untranslatedName = text(6);
+    entry.genericName = text(7);
+    entry.keywords = text(8).split(kKeywordSeparator, Qt::SkipEmptyParts);
+    entry.comment = text(9);
+    entry.program = text(10);
+    into.entries.push_back(std::move(entry));
+}
 
 std::string sha1(std::string_view data)
 {
@@ -71,7 +107,7 @@ std::string CatalogueCache::environment()
     return line;
 }
 
-std::optional<std::vector<AppEntry>> CatalogueCache::load(const std::string& environment) const
+std::optional<CatalogueCache::Catalogue> CatalogueCache::load(const std::string& environment) const
 {
     QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly))
@@ -86,30 +122,31 @@ std::optional<std::vector<AppEntry>> CatalogueCache::load(const std::string& env
     if (!savedEnvironment || *savedEnvironment != environment || !checksum ||
         *checksum != sha1(text) || (!text.empty() && text.back() != '\0'))
         return std::nullopt;
-    std::vector<AppEntry> apps;
+    Catalogue catalogue;
+    std::array<std::string_view, kFields> fields;
     std::size_t field = 0;
-    AppEntry app;
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t end = text.find('\0', at);
-        app.*kFieldOf[field] = std::string(text.substr(at, end - at));
+        fields[field] = text.substr(at, end - at);
         at = end + 1;
         if (++field == kFields) {
-            apps.push_back(std::move(app));
-            app = {};
+            readApp(fields, catalogue);
             field = 0;
         }
     }
     if (field != 0)
         return std::nullopt;
-    return apps;
+    return catalogue;
 }
 
-bool CatalogueCache::save(const std::string& environment, const std::vector<AppEntry>& apps) const
+bool CatalogueCache::save(const std::string& environment, const Catalogue& catalogue) const
 {
+    if (catalogue.apps.size() != catalogue.entries.size())
+        return false;
     std::string fields;
-    for (const AppEntry& app : apps) {
-        for (const auto member : kFieldOf)
-            fields.append(app.*member).push_back('\0');
+    for (std::size_t i = 0; i < catalogue.apps.size(); ++i) {
+        for (const std::string& field : fieldsOf(catalogue.apps[i], catalogue.entries[i]))
+            fields.append(field).push_back('\0');
     }
     std::string text(kMagic);
     text.append(environment).append("\n").append(sha1(fields)).append("\n").append(fields);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AppEntry.h"
+#include "DesktopApp.h"
 
 #include <QString>
 
@@ -16,9 +17,10 @@ namespace pomvar::srv {
 // not used. The file is written atomically and carries a SHA-1 of its content, so a damaged or
 // foreign file is never trusted.
 //
-// Layout: "pomvar-catalogue 1\n", the environment line, the hex SHA-1 of what follows and "\n",
-// then the five fields of each app (key, name, bundle id, icon paths), each ended by a NUL.
-// GIO hands out C strings, so no field holds a NUL.
+// Layout: "pomvar-catalogue 2\n", the environment line, the hex SHA-1 of what follows and "\n",
+// then the fields of each app, each ended by a NUL: the menu's (key, name, bundle id, icon
+// paths), then the search's (icon key, untranslated name, generic name, keywords separated by
+// U+001F, comment, program). GIO hands out C strings, so no field holds a NUL.
 class CatalogueCache
 {
 public:
@@ -29,10 +31,17 @@ public:
     // What the catalogue depends on besides the desktop entries themselves, as one line.
     static std::string environment();
 
-    // The apps saved under `environment`; nothing when the file is missing, damaged, foreign or
-    // from another environment.
-    std::optional<std::vector<AppEntry>> load(const std::string& environment) const;
-    bool save(const std::string& environment, const std::vector<AppEntry>& apps) const;
+    // The apps as the menus show them, and as their entries describe them, in the same order.
+    struct Catalogue
+    {
+        std::vector<AppEntry> apps;
+        std::vector<DesktopApp> entries;
+    };
+
+    // The catalogue saved under `environment`; nothing when the file is missing, damaged,
+    // foreign or from another environment.
+    std::optional<Catalogue> load(const std::string& environment) const;
+    bool save(const std::string& environment, const Catalogue& catalogue) const;
 
 private:
     QString m_path;

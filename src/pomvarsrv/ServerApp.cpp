@@ -89,14 +89,8 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
     m_environment = CatalogueCache::environment();
     m_catalogue.watch();
     if (auto cached = m_options.refresh ? std::nullopt : m_catalogueCache.load(m_environment)) {
-        m_model.setApps(InstalledApps(std::move(*cached)));
-        // Names only until the check has read the entries: the search finds apps by name at once.
-        for (const AppEntry& app : m_model.apps().all()) {
-            DesktopApp entry;
-            entry.id = app.key;
-            entry.name = app.name;
-            m_entries.push_back(std::move(entry));
-        }
+        m_model.setApps(InstalledApps(std::move(cached->apps)));
+        m_entries = std::move(cached->entries);
         m_search.setApps(m_entries);
         qCInfo(lcServer) << m_model.apps().size() << "apps loaded in" << clock.elapsed()
                          << "ms from the catalogue cache; checking it in the background";
@@ -178,7 +172,7 @@ void ServerApp::renderInBackground(int generation, std::vector<CatalogueScan::Mi
 
 void ServerApp::saveCatalogue()
 {
-    if (!m_catalogueCache.save(m_environment, m_model.apps().all()))
+    if (!m_catalogueCache.save(m_environment, { m_model.apps().all(), m_entries }))
         qCWarning(lcServer) << "cannot write the catalogue cache" << m_catalogueCache.path();
 }
 

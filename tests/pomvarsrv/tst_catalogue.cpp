@@ -240,7 +240,7 @@ void TestCatalogue::theCatalogueCacheIsNeverStale()
             30000);
         QVERIFY2(shows(), qPrintable(name));
     }
-    QVERIFY(TestDesktop::read(cache).startsWith("pomvar-catalogue 1\n"));
+    QVERIFY(TestDesktop::read(cache).startsWith("pomvar-catalogue 2\n"));
 }
 
 QTEST_GUILESS_MAIN(TestCatalogue)

@@ -3,6 +3,7 @@
 #include "TextFold.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace pomvar::srv {
 
@@ -63,6 +64,8 @@ void SearchIndex::setApps(const std::vector<DesktopApp>& apps)
 {
     m_apps.clear();
     m_keys.clear();
+    m_lastPhrase.clear();
+    m_lastMatches.clear();
     m_apps.reserve(apps.size());
     for (const DesktopApp& app : apps) {
         m_keys.push_back(app.id);
@@ -85,12 +88,12 @@ void SearchIndex::setApps(const std::vector<DesktopApp>& apps)
     }
 }
 
-int SearchIndex::tierOf(const Prepared& app, const QStringList& queryWords, const QString& phrase)
+int SearchIndex::tierOf(const Prepared& app, const Query& query)
 {
-    QString letters = phrase;
-    letters.remove(u' ');
+    const QString& phrase = query.phrase;
+    const QString& letters = query.letters;
     bool outsideComment = true;
-    for (const QString& word : queryWords) {
+    for (const QString& word : query.words) {
         bool inNames = false;
         for (int i = 0; i < 2 && !inNames; ++i)
             inNames = app.names[i].contains(word) ||
@@ -112,7 +115,7 @@ int SearchIndex::tierOf(const Prepared& app, const QStringList& queryWords, cons
             return exactName;
         if (name.startsWith(phrase))
             best = std::min<int>(best, namePrefix);
-        else if (name.contains(u' ' + phrase))
+        else if (name.contains(query.spacedPhrase))
             best = std::min<int>(best, wordStart);
         else if (letters.size() > 1 && app.initials[i].startsWith(letters))
             best = std::min<int>(best, initials);
@@ -130,15 +133,23 @@ std::vector<std::size_t> SearchIndex::rank(const QString& query, const Usage& us
     if (queryWords.isEmpty())
         return {};
     const QString phrase = queryWords.join(u' ');
+    const Query prepared{ queryWords, phrase, u' ' + phrase, queryWords.join(QString()) };
     struct Hit
     {
         int tier;
         double used;
         std::size_t position;
     };
+    const bool narrowing = !m_lastPhrase.isEmpty() && phrase.startsWith(m_lastPhrase);
+    std::vector<std::size_t> everyApp;
+    if (!narrowing) {
+        everyApp.resize(m_apps.size());
+        std::iota(everyApp.begin(), everyApp.end(), std::size_t{ 0 });
+    }
+    const std::vector<std::size_t>& candidates = narrowing ? m_lastMatches : everyApp;
     std::vector<Hit> hits;
-    for (std::size_t i = 0; i < m_apps.size(); ++i) {
-        const int tier = tierOf(m_apps[i], queryWords, phrase);
+    for (const std::size_t i : candidates) {
+        const int tier = tierOf(m_apps[i], prepared);
         if (tier == noMatch)
             continue;
         const auto used = usage.find(m_keys[i]);
@@ -155,6 +166,9 @@ std::vector<std::size_t> SearchIndex::rank(const QString& query, const Usage& us
     order.reserve(hits.size());
     for (const Hit& hit : hits)
         order.push_back(hit.position);
+    m_lastPhrase = phrase;
+    m_lastMatches = order;
+    std::sort(m_lastMatches.begin(), m_lastMatches.end()); // catalogue order
     return order;
 }
 

@@ -36,11 +36,23 @@ private:
         QString secondary; // keywords, generic name, program, id, each line ended by '\n'
         QString comment;
     };
-    // The app's tier for the query's folded words and their phrase (joined by spaces).
-    static int tierOf(const Prepared& app, const QStringList& words, const QString& phrase);
+    // A query folded and split once for all the apps.
+    struct Query
+    {
+        QStringList words;
+        QString phrase;       // the words joined by spaces
+        QString spacedPhrase; // " " + phrase: the phrase at the start of a word of a name
+        QString letters;      // the words run together
+    };
+    static int tierOf(const Prepared& app, const Query& query);
 
     std::vector<Prepared> m_apps;
     std::vector<std::string> m_keys;
+    // Typing extends the query: only the apps the shorter query matched can match the longer
+    // one (a substring, an initials prefix or a subsequence of it matched before), so only
+    // they are ranked again.
+    mutable QString m_lastPhrase;
+    mutable std::vector<std::size_t> m_lastMatches;
 };
 
 } // namespace pomvar::srv

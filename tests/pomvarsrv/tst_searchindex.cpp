@@ -85,6 +85,12 @@ private Q_SLOTS:
         const auto used = m_index.rank("term", { { "terminator.desktop", 2.0 } });
         QCOMPARE(m_apps[used.front()].name, std::string("Terminator"));
         QVERIFY(m_index.rank("  ").empty());
+        // Typing narrows the last matches: each longer query ranks as it does on its own.
+        for (const char* typed : { "t", "te", "ter", "term", "term x", "termx", "o", "of" }) {
+            SearchIndex fresh;
+            fresh.setApps(m_apps);
+            QVERIFY2(m_index.rank(typed) == fresh.rank(typed), typed);
+        }
     }
 
 private:

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <ctime>
 
+#include <malloc.h>
 #include <map>
 #include <memory>
 #include <sys/resource.h>
@@ -115,6 +116,8 @@ void ServerApp::scanInBackground()
                 // A newer scan has a newer list.
                 if (generation == m_scanGeneration)
                     apply(std::move(*scan));
+                // GIO's listing holds every entry's key file at once: give those pages back.
+                ::malloc_trim(0);
             },
             Qt::QueuedConnection);
     });

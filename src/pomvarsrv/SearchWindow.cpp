@@ -26,7 +26,6 @@ SearchWindow::SearchWindow(Results results, Actions actions, QWidget* parent)
     m_field->setObjectName(QStringLiteral("searchField"));
     m_field->setPlaceholderText(QStringLiteral("Search Apps"));
     m_field->setAccessibleName(QStringLiteral("Search Apps"));
-    m_field->setClearButtonEnabled(true);
     m_field->installEventFilter(this);
     m_list->setObjectName(QStringLiteral("searchResults"));
     m_list->setAccessibleName(QStringLiteral("Results"));

@@ -1,8 +1,10 @@
-// The search window in a server run in-process against real desktop entries, driven by keys: it
-// opens on "app-search" from the wire, launches through the same path as "launch" (Recent and
-// its flag, read back over the wire), lists and launches an app's desktop actions, and keeps one
-// window for every request.
+// The search window in a server run in-process against real desktop entries, driven by keys and
+// clicks: it opens on "app-search" from the wire, launches through the same path as "launch"
+// (Recent and its flag, read back over the wire), lists and launches an app's desktop actions,
+// keeps one window for every request and closes when it loses the focus; rows draw the icon file
+// for the display's scale.
 #include "LoopbackSockets.h"
+#include "SearchResultDelegate.h"
 #include "SearchResults.h"
 #include "ServerApp.h"
 #include "ServerProcess.h"
@@ -14,6 +16,8 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QListView>
+#include <QPainter>
+#include <QTemporaryDir>
 #include <QtTest>
 
 #include <future>
@@ -70,6 +74,14 @@ private Q_SLOTS:
         QAccessibleInterface* rows = QAccessible::queryAccessibleInterface(list);
         QVERIFY(rows && rows->childCount() >= 3);
         QCOMPARE(rows->child(0)->text(QAccessible::Name), "Marble");
+        // End, Page Up, Home and Page Down move through the results.
+        for (const auto& [key, row] : { std::pair(Qt::Key_End, 2),
+                                        { Qt::Key_PageUp, 0 },
+                                        { Qt::Key_PageDown, 2 },
+                                        { Qt::Key_Home, 0 } }) {
+            QTest::keyClick(field, key);
+            QCOMPARE(list->currentIndex().row(), row);
+        }
         // Down, Enter: the second launches, through the wire's "launch" path.
         QTest::keyClick(field, Qt::Key_Down);
         QTest::keyClick(field, Qt::Key_Return);
@@ -103,6 +115,55 @@ private Q_SLOTS:
         field->clear();
         QTest::keyClick(field, Qt::Key_Escape);
         QVERIFY(!window->isVisible());
+    }
+
+    void clicksAndFocusLoss()
+    {
+        QLineEdit* field = openWindow();
+        QVERIFY(field);
+        auto* list = field->window()->findChild<QListView*>();
+        QTest::keyClicks(field, "browser");
+        // A right-click shows the actions, as the window system delivers it.
+        const QPoint row = list->visualRect(list->model()->index(0, 0)).center();
+        QTest::mouseClick(field->window()->windowHandle(),
+                          Qt::RightButton,
+                          {},
+                          list->viewport()->mapTo(field->window(), row));
+        QTRY_COMPARE(rowNames(list), QStringList{ "New Window" });
+        // Another window taking the focus closes it.
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QTRY_VERIFY(!field->window()->isVisible());
+        // A click launches.
+        QVERIFY(QFile::remove(m_marker + ".app") || !QFile::exists(m_marker + ".app"));
+        QCOMPARE(openWindow(), field);
+        QTest::keyClicks(field, "marker");
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row);
+        QTRY_VERIFY(QFile::exists(m_marker + ".app"));
+    }
+
+    void rowsDrawTheIconFileForTheScale()
+    {
+        QTemporaryDir dir;
+        const QString small = dir.filePath("24.png"), large = dir.filePath("48.png");
+        QVERIFY(TestDesktop::writePng(small, 24, 24, Qt::red) &&
+                TestDesktop::writePng(large, 48, 48, Qt::blue));
+        SearchResults model;
+        model.setRows({ { "k", "Name", "Detail", small, large } });
+        SearchResultDelegate delegate;
+        for (const auto& [ratio, colour] : { std::pair(1.0, QColor(Qt::red)), { 2.0, Qt::blue } }) {
+            QImage image(QSize(600, 44) * ratio, QImage::Format_ARGB32);
+            image.setDevicePixelRatio(ratio);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            QStyleOptionViewItem option;
+            option.rect = QRect(0, 0, 600, 44);
+            option.state = QStyle::State_Enabled;
+            delegate.paint(&painter, option, model.index(0));
+            painter.end();
+            QCOMPARE(image.pixelColor(QPoint(22, 22) * ratio), colour);
+        }
     }
 
 private:

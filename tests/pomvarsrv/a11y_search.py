@@ -1,9 +1,9 @@
 #!/usr/bin/python3
-"""The search window as a screen reader finds it: pomvarsrv on Xvfb with
-QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1, a private session bus and its AT-SPI bus. Over AT-SPI the
-window, its field and its rows are found by name, every control has one, the rows read as the
-apps' names, and text set through the field's editable-text interface ranks the results.
-usage: a11y_search.py <pomvarsrv>"""
+# The search window as a screen reader finds it: pomvarsrv on Xvfb with
+# QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1, a private session bus and its AT-SPI bus. Over AT-SPI the
+# window, its field and its rows are found by name, every control has one, the rows read as the
+# apps' names, and text set through the field's editable-text interface ranks the results.
+# usage: a11y_search.py <pomvarsrv>
 import os, socket, struct, subprocess, sys, tempfile, time
 
 root = tempfile.mkdtemp()
@@ -24,13 +24,10 @@ with socket.socket() as probe:  # a free port
     probe.bind(("127.0.0.1", 0))
     port = probe.getsockname()[1]
 
-children = []
 xvfb = subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
                         stdout=subprocess.PIPE)
-children.append(xvfb)
 bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-children.append(bus)
 os.environ.update(DISPLAY=":" + xvfb.stdout.readline().decode().strip(),
                   DBUS_SESSION_BUS_ADDRESS=bus.stdout.readline().decode().strip())
 env = dict(os.environ, HOME=f"{root}/home", XDG_CONFIG_HOME=f"{root}/home/.config",
@@ -38,7 +35,7 @@ env = dict(os.environ, HOME=f"{root}/home", XDG_CONFIG_HOME=f"{root}/home/.confi
            XDG_DATA_DIRS=f"{root}/system", QT_QPA_PLATFORM="xcb", GSETTINGS_BACKEND="memory",
            QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", POMVARSRV_PORT=str(port))
 server = subprocess.Popen([sys.argv[1]], env=env, stderr=subprocess.DEVNULL)
-children.append(server)
+children = [server, bus, xvfb]
 
 
 def fail(why):

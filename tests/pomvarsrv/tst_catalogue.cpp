@@ -187,34 +187,19 @@ void TestCatalogue::theCatalogueCacheIsNeverStale()
     const QString cache = m_desktop.cacheHome() + "/pomvar/catalogue";
     QProcessEnvironment withExtra;
     withExtra.insert("XDG_DATA_DIRS", system + ":" + extra);
-    // Each change is made while the server is stopped; then whether the start may use the cache,
-    // and the name All Apps must show (or, after "!", must not).
-    const std::tuple<std::function<bool()>, bool, QString> changes[] = {
-        { [&] { return TestDesktop::writeEntry(system, "added.desktop", "Name=Added\nExec=true"); },
-          true,
-          "Added" },
-        { [&] { return TestDesktop::writeEntry(system, "fox.desktop", "Name=Fox Two\nExec=true"); },
-          true,
-          "Fox Two" },
-        { [&] {
-             return TestDesktop::writeEntry(
-                 m_desktop.dataHome(), "zeta.desktop", "Name=Zeta Mine\nExec=true");
-         },
-          true,
-          "Zeta Mine" },
-        { [&] { return QFile::remove(system + "/applications/added.desktop"); }, true, "!Added" },
-        { [&] { return TestDesktop::writeEntry(extra, "more.desktop", "Name=More\nExec=true"); },
-          false,
-          "More" },
-        // Damaged, then foreign: rebuilt, never trusted.
-        { [&] {
-             QByteArray bytes = TestDesktop::read(cache);
-             bytes[bytes.size() - 3] = bytes[bytes.size() - 3] ^ 1;
-             return TestDesktop::write(cache, bytes);
-         },
-          false,
-          "More" },
-        { [&] { return TestDesktop::write(cache, "pomvar-catalogue 1\n"); }, false, "More" },
+    // Each change is made while the server is stopped: an entry written (removed when null), or
+    // the cache damaged ("flip") or replaced. Then whether the start may use the cache, and the
+    // name All Apps must show (or, after "!", must not).
+    const QString apps = system + "/applications/", mine = m_desktop.dataHome() + "/applications/";
+    const QByteArray entry = "[Desktop Entry]\nType=Application\nExec=true\nName=";
+    const std::tuple<QString, QByteArray, bool, QString> changes[] = {
+        { apps + "added.desktop", entry + "Added", true, "Added" },
+        { apps + "fox.desktop", entry + "Fox Two", true, "Fox Two" },
+        { mine + "zeta.desktop", entry + "Zeta Mine", true, "Zeta Mine" },
+        { apps + "added.desktop", QByteArray(), true, "!Added" },
+        { extra + "/applications/more.desktop", entry + "More", false, "More" },
+        { cache, "flip", false, "More" },
+        { cache, "pomvar-catalogue 1\n", false, "More" },
     };
     const auto names = [&] {
         QStringList shown;
@@ -222,8 +207,14 @@ void TestCatalogue::theCatalogueCacheIsNeverStale()
             shown << QString::fromStdString(app["name"]);
         return shown;
     };
-    for (const auto& [change, fromCache, name] : changes) {
-        QVERIFY(m_server->quit() == 0 && change());
+    for (const auto& [path, content, fromCache, name] : changes) {
+        QVERIFY(m_server->quit() == 0);
+        QByteArray bytes = content;
+        if (content == "flip") {
+            bytes = TestDesktop::read(cache);
+            bytes[bytes.size() - 3] = bytes[bytes.size() - 3] ^ 1;
+        }
+        QVERIFY(content.isNull() ? QFile::remove(path) : TestDesktop::write(path, bytes));
         m_server = std::make_unique<ServerProcess>(m_desktop,
                                                    fromCache ? QProcessEnvironment() : withExtra);
         QVERIFY(m_server->start());

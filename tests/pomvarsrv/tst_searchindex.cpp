@@ -1,8 +1,10 @@
-// The search's ranking over real desktop entries read through GIO: every tier against a lower
-// one earlier in the catalogue, accents and "ß", a translated name found by its untranslated
-// one, keywords, an Exec-only match, a typo, and ties broken by use, then by the catalogue's
-// order.
+// How apps are found and listed. All Apps' order in the three kinds of locale users run: C (no
+// collation of its own), English and German. The search's ranking over real desktop entries read
+// through GIO: every tier against a lower one earlier in the catalogue, accents and "ß", a
+// translated name found by its untranslated one, keywords, an Exec-only match, a typo, and ties
+// broken by use, then by the catalogue's order.
 #include "AppCatalogue.h"
+#include "NameOrder.h"
 #include "SearchIndex.h"
 #include "TestDesktop.h"
 
@@ -16,6 +18,23 @@ class TestSearchIndex : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void readingOrderInEveryLocale()
+    {
+        const std::vector<QString> names = { "zulu tool", "\u00c9crire", "bravo", "Alpha",
+                                             "app 10",    "\u00c4rger",  "app 9", "Zebra",
+                                             "echo",      "Stra\u00dfe", "Strasz" };
+        const QString expected = "Alpha|app 9|app 10|\u00c4rger|bravo|echo|\u00c9crire|"
+                                 "Stra\u00dfe|Strasz|Zebra|zulu tool";
+        for (const char* locale : { "C.UTF-8", "en_US.UTF-8", "de_DE.UTF-8" }) {
+            QStringList got;
+            for (const std::size_t i : NameOrder(QLocale(locale)).sorted(names))
+                got << names[i];
+            QCOMPARE(got.join(u'|'), expected);
+        }
+        // Equal names keep their order.
+        QCOMPARE(NameOrder(QLocale::c()).sorted({ "b", "A", "a" }),
+                 (std::vector<std::size_t>{ 1, 2, 0 }));
+    }
     void initTestCase()
     {
         const std::pair<const char*, QByteArray> entries[] = {

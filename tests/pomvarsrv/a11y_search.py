@@ -2,7 +2,8 @@
 # The search window as a screen reader finds it: pomvarsrv on Xvfb with
 # QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1, a private session bus and its AT-SPI bus. Over AT-SPI the
 # window, its field and its rows are found by name, every control has one, the rows read as the
-# apps' names, and text set through the field's editable-text interface ranks the results.
+# apps' names, text set through the field's editable-text interface ranks the results, and a row
+# selected through its action is launched by Return, as a screen reader user does it.
 # usage: a11y_search.py <pomvarsrv>
 import os, socket, struct, subprocess, sys, tempfile, time
 
@@ -17,7 +18,7 @@ def write(path, text):
 
 for name in ("Alpha Editor", "Beta Viewer"):
     write(f"{root}/system/applications/{name.split()[0].lower()}.desktop",
-          f"[Desktop Entry]\nType=Application\nName={name}\nExec=true\n")
+          f"[Desktop Entry]\nType=Application\nName={name}\nExec=touch {root}/launched\n")
 write(f"{root}/home/.config/pomvar/pomvarsrv.json",
       '{"version": 1, "recent": ["beta.desktop", "alpha.desktop"]}')
 with socket.socket() as probe:  # a free port
@@ -26,10 +27,11 @@ with socket.socket() as probe:  # a free port
 
 xvfb = subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
                         stdout=subprocess.PIPE)
+os.environ["DISPLAY"] = ":" + xvfb.stdout.readline().decode().strip()
+# The bus, and the AT-SPI services it starts, on the display: they synthesise keys there.
 bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
-os.environ.update(DISPLAY=":" + xvfb.stdout.readline().decode().strip(),
-                  DBUS_SESSION_BUS_ADDRESS=bus.stdout.readline().decode().strip())
+os.environ["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
 env = dict(os.environ, HOME=f"{root}/home", XDG_CONFIG_HOME=f"{root}/home/.config",
            XDG_CACHE_HOME=f"{root}/home/.cache", XDG_DATA_HOME=f"{root}/home/.local/share",
            XDG_DATA_DIRS=f"{root}/system", QT_QPA_PLATFORM="xcb", GSETTINGS_BACKEND="memory",
@@ -114,6 +116,11 @@ if rows(results) != ["Beta Viewer", "Alpha Editor"]:
 field.get_editable_text_iface().set_text_contents("alp")
 if not waited(lambda: rows(results) == ["Alpha Editor"]):
     fail(f"typed 'alp', the rows read {rows(results)}")
+# Activated as a screen reader user does: the row selected through its action, then Return.
+results.get_child_at_index(0).get_action_iface().do_action(0)
+Atspi.generate_keyboard_event(0xff0d, None, Atspi.KeySynthType.SYM)  # XK_Return
+if not waited(lambda: os.path.exists(f"{root}/launched")):
+    fail("Return on the selected row launched nothing")
 for child in children:
     child.kill()
 print("a11y_search: the window, its field and its rows are found, named and read over AT-SPI")

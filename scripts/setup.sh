@@ -12,7 +12,7 @@ packages=(
     lsof fonts-urw-base35 fonts-liberation2 adwaita-icon-theme hicolor-icon-theme
     # tests and screenshots
     xvfb xauth trayer xdotool x11-utils imagemagick dbus dbus-x11
-    at-spi2-core gir1.2-atspi-2.0 python3-gi
+    at-spi2-core gir1.2-atspi-2.0 python3-gi desktop-file-utils
     util-linux procps
 )
 

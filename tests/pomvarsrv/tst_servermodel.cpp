@@ -1,6 +1,8 @@
 // The server in-process: the store and its file, the payloads, the flags every change sets and
 // a report clears, renames reported once, every change saved, which requests are answered, the
-// new-category prompt and the port option. Parsing is tst_requestparser's.
+// new-category prompt, the port option and the autostart entry. Parsing is tst_requestparser's.
+#include "AutostartEntry.h"
+#include "ChildProcess.h"
 #include "NewCategoryPrompt.h"
 #include "RequestHandler.h"
 #include "ServerModel.h"
@@ -47,6 +49,7 @@ private Q_SLOTS:
     void onlyAwaitedRequestsAreAnswered();
     void newCategoryPrompt();
     void portOption();
+    void autostartEntry();
 };
 
 void TestServerModel::storeAndItsFile()
@@ -258,6 +261,24 @@ void TestServerModel::portOption()
         qputenv("POMVARSRV_PORT", value);
         QCOMPARE(int(ServerOptions::port()), port);
     }
+}
+
+void TestServerModel::autostartEntry()
+{
+    QTemporaryDir dir;
+    AutostartEntry entry(dir.filePath("autostart/pomvar.desktop"));
+    QVERIFY(!entry.isEnabled());
+    // Written valid, the program quoted when it must be.
+    for (const QString& program : { QString("/usr/bin/pomvar"), dir.filePath("a b/po\\m\"v$r") }) {
+        QVERIFY(entry.setEnabled(true, program) && entry.isEnabled());
+        const auto check = pomvar::test::runChild("desktop-file-validate", { entry.path() });
+        QVERIFY2(check.exitedWith(0) && check.out.isEmpty(), check.out.constData());
+    }
+    // Turned off the way desktops do it, then removed.
+    QByteArray text = pomvar::test::TestDesktop::read(entry.path());
+    text.replace("X-GNOME-Autostart-enabled=true", "X-GNOME-Autostart-enabled=false");
+    QVERIFY(pomvar::test::TestDesktop::write(entry.path(), text) && !entry.isEnabled());
+    QVERIFY(entry.setEnabled(false) && !QFile::exists(entry.path()) && entry.setEnabled(false));
 }
 
 QTEST_MAIN(TestServerModel)

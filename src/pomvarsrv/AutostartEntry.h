@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+namespace pomvar::srv {
+
+// The XDG autostart entry that starts Pomvar at login, $XDG_CONFIG_HOME/autostart/pomvar.desktop,
+// for the Settings pane's "Start Pomvar at login". It is read as the desktop reads it: present,
+// and neither hidden nor turned off in GNOME's key.
+class AutostartEntry
+{
+public:
+    explicit AutostartEntry(QString path = defaultPath());
+    static QString defaultPath();
+    // The installed front end beside this server: <prefix>/bin/pomvar for
+    // <prefix>/libexec/pomvar/pomvarsrv.
+    static QString installedFrontEnd();
+
+    const QString& path() const { return m_path; }
+    bool isEnabled() const;
+    // Writes the entry (atomically) to run `program`, or removes it.
+    bool setEnabled(bool enabled, const QString& program = installedFrontEnd()) const;
+
+private:
+    QString m_path;
+};
+
+} // namespace pomvar::srv

@@ -8,7 +8,7 @@
 
 namespace pomvar::srv {
 
-bool Launcher::launch(const QString& desktopId, QString* error)
+bool Launcher::launch(const QString& desktopId, const QString& action, QString* error)
 {
     GDesktopAppInfo* info = g_desktop_app_info_new(desktopId.toUtf8().constData());
     if (!info) {
@@ -19,7 +19,11 @@ bool Launcher::launch(const QString& desktopId, QString* error)
     // The server's own test and platform settings are not the app's business.
     g_app_launch_context_unsetenv(context, "POMVARSRV_PORT");
     GError* failure = nullptr;
-    const bool started = g_app_info_launch(G_APP_INFO(info), nullptr, context, &failure);
+    bool started = true;
+    if (action.isEmpty())
+        started = g_app_info_launch(G_APP_INFO(info), nullptr, context, &failure);
+    else
+        g_desktop_app_info_launch_action(info, action.toUtf8().constData(), context);
     if (!started) {
         *error = QString::fromUtf8(failure ? failure->message : "unknown error");
         g_clear_error(&failure);
@@ -43,22 +47,6 @@ std::vector<std::pair<QString, QString>> Launcher::actions(const QString& deskto
     }
     g_object_unref(info);
     return found;
-}
-
-bool Launcher::launchAction(const QString& desktopId, const QString& action, QString* error)
-{
-    GDesktopAppInfo* info = g_desktop_app_info_new(desktopId.toUtf8().constData());
-    if (!info) {
-        *error = QStringLiteral("no desktop entry named %1").arg(desktopId);
-        return false;
-    }
-    // GIO reports no failure for actions: it spawns them as it spawns the app.
-    GAppLaunchContext* context = g_app_launch_context_new();
-    g_app_launch_context_unsetenv(context, "POMVARSRV_PORT");
-    g_desktop_app_info_launch_action(info, action.toUtf8().constData(), context);
-    g_object_unref(context);
-    g_object_unref(info);
-    return true;
 }
 
 } // namespace pomvar::srv

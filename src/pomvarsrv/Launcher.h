@@ -13,11 +13,11 @@ namespace pomvar::srv {
 class Launcher
 {
 public:
-    // True when the app was started; otherwise `error` says why.
-    static bool launch(const QString& desktopId, QString* error);
+    // Starts the app, or one of its desktop actions when `action` is given. True when it was
+    // started; otherwise `error` says why (GIO reports no failure of an action's own).
+    static bool launch(const QString& desktopId, const QString& action, QString* error);
     // The entry's desktop actions ("New Window" ...): id and localised name, in the entry's order.
     static std::vector<std::pair<QString, QString>> actions(const QString& desktopId);
-    static bool launchAction(const QString& desktopId, const QString& action, QString* error);
 };
 
 } // namespace pomvar::srv

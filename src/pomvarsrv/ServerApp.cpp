@@ -52,7 +52,9 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
             qApp,
             &QCoreApplication::quit,
             Qt::QueuedConnection);
-    connect(&m_handler, &RequestHandler::launchRequested, this, &ServerApp::launch);
+    connect(&m_handler, &RequestHandler::launchRequested, this, [this](const QString& appkey) {
+        launch(appkey);
+    });
     connect(&m_handler, &RequestHandler::newCategoryRequested, &m_prompt, &NewCategoryPrompt::ask);
     connect(&m_handler, &RequestHandler::searchRequested, this, &ServerApp::showSearch);
     connect(&m_catalogue, &AppCatalogue::changed, this, [this] {
@@ -195,9 +197,11 @@ void ServerApp::showSearch()
         m_searchWindow = std::make_unique<SearchWindow>(
             [this](const QString& query) { return searchRows(query); },
             [this](const QString& appkey) { return actionRows(appkey); });
-        connect(m_searchWindow.get(), &SearchWindow::launchRequested, this, &ServerApp::launch);
-        connect(
-            m_searchWindow.get(), &SearchWindow::actionRequested, this, &ServerApp::launchAction);
+        connect(m_searchWindow.get(),
+                &SearchWindow::launchRequested,
+                this,
+                [this](const QString& appkey) { launch(appkey); });
+        connect(m_searchWindow.get(), &SearchWindow::actionRequested, this, &ServerApp::launch);
     }
     m_searchWindow->present();
 }
@@ -246,22 +250,11 @@ std::vector<SearchRow> ServerApp::actionRows(const QString& appkey) const
     return rows;
 }
 
-void ServerApp::launchAction(const QString& appkey, const QString& action)
+void ServerApp::launch(const QString& appkey, const QString& action)
 {
     QString error;
-    if (Launcher::launchAction(appkey, action, &error)) {
-        qCInfo(lcServer) << "launched" << appkey << "action" << action;
-        m_model.noteLaunched(appkey.toStdString());
-        return;
-    }
-    qCWarning(lcServer).noquote() << "cannot launch" << appkey + u':' << error;
-}
-
-void ServerApp::launch(const QString& appkey)
-{
-    QString error;
-    if (Launcher::launch(appkey, &error)) {
-        qCInfo(lcServer) << "launched" << appkey;
+    if (Launcher::launch(appkey, action, &error)) {
+        qCInfo(lcServer) << "launched" << appkey << action;
         m_model.noteLaunched(appkey.toStdString());
         return;
     }

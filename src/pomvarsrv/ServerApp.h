@@ -52,8 +52,8 @@ private:
     void saveCatalogue();
     // Once every app has its renders: removes the ones nothing shows any longer.
     void pruneIcons();
-    void launch(const QString& appkey);
-    void launchAction(const QString& appkey, const QString& action);
+    // The app, or one of its desktop actions; Recent and its flag follow, a failure is shown.
+    void launch(const QString& appkey, const QString& action = {});
     // The search window, made at its first request.
     void showSearch();
     std::vector<SearchRow> searchRows(const QString& query) const;

@@ -63,6 +63,7 @@ CatalogueScan CatalogueScan::run(const QString& themeName, const IconCache& icon
                                       files.path.toStdString(),
                                       files.path2x.toStdString() });
     }
+    scan.index.setApps(scan.entries);
     scan.summary = QStringLiteral("%1 apps listed in %2 ms (then waited %3 ms for the icon "
                                   "themes); %4 icons to render; themes %5")
                        .arg(listed.size())

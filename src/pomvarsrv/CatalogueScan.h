@@ -3,6 +3,7 @@
 #include "AppEntry.h"
 #include "DesktopApp.h"
 #include "IconCache.h"
+#include "SearchIndex.h"
 
 #include <QString>
 
@@ -20,6 +21,7 @@ struct CatalogueScan
 
     std::vector<AppEntry> apps;      // in menu order; the generic icon where a render is missing
     std::vector<DesktopApp> entries; // the same apps as their desktop entries describe them
+    SearchIndex index;               // over `entries`, prepared on the scanning thread
     std::vector<MissingIcon> missing;
     IconCache::Files generic;
     QString summary; // for the log

@@ -20,6 +20,8 @@ struct DesktopApp
     QStringList keywords;
     QString comment;
     QString program; // base name of the Exec line's program
+
+    bool operator==(const DesktopApp&) const = default;
 };
 
 } // namespace pomvar::srv

@@ -67,7 +67,7 @@ void SearchWindow::present()
 
 void SearchWindow::refresh()
 {
-    m_model.setRows(m_actionsOf.isEmpty() ? m_results(m_field->text()) : m_actions(m_actionsOf));
+    m_model.setRows(m_results(m_field->text()));
     select(0);
 }
 
@@ -84,10 +84,12 @@ void SearchWindow::showActions(const QModelIndex& index)
     if (!index.isValid() || !m_actionsOf.isEmpty())
         return;
     const QString appkey = index.data(SearchResults::KeyRole).toString();
-    if (m_actions(appkey).empty())
+    std::vector<SearchRow> actions = m_actions(appkey);
+    if (actions.empty())
         return;
     m_actionsOf = appkey;
-    refresh();
+    m_model.setRows(std::move(actions));
+    select(0);
 }
 
 void SearchWindow::activate(const QModelIndex& index)

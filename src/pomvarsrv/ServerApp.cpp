@@ -130,15 +130,18 @@ void ServerApp::apply(CatalogueScan scan)
     const int generation = ++m_scanGeneration;
     qCInfo(lcServer).noquote() << scan.summary;
     m_genericIcons = scan.generic;
-    m_entries = std::move(scan.entries);
-    m_search.setApps(m_entries);
     // Unchanged apps keep the menus as the front end has them, and the cache as it is.
-    const bool changed = !m_model.isReady() || scan.apps != m_model.apps().all();
-    if (changed) {
-        m_model.setApps(InstalledApps(std::move(scan.apps)));
-        // Now, not after the renders: a start cut short still leaves the next one a catalogue.
-        saveCatalogue();
+    const bool appsChanged = !m_model.isReady() || scan.apps != m_model.apps().all();
+    const bool entriesChanged = scan.entries != m_entries;
+    if (entriesChanged) {
+        m_entries = std::move(scan.entries);
+        m_search = std::move(scan.index);
     }
+    if (appsChanged)
+        m_model.setApps(InstalledApps(std::move(scan.apps)));
+    // Now, not after the renders: a start cut short still leaves the next one a catalogue.
+    if (appsChanged || entriesChanged)
+        saveCatalogue();
     if (scan.missing.empty())
         pruneIcons();
     else

@@ -3,11 +3,12 @@
 
 #include "AutostartEntry.h"
 
+#include "AtomicFile.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -16,7 +17,8 @@ namespace pomvar::srv {
 
 namespace {
 
-// An Exec argument quoted the way the Desktop Entry specification asks.
+// An Exec argument quoted as desktop entries require: within double quotes, with the
+// characters the shell would read escaped.
 QString quoted(const QString& program)
 {
     static const QString reserved = QStringLiteral(" \t\n\"'\\><~|&;$*?#()`");
@@ -77,10 +79,7 @@ bool AutostartEntry::setEnabled(bool enabled, const QString& program) const
                                         "Terminal=false\n"
                                         "X-GNOME-Autostart-enabled=true\n")
                              .arg(quoted(program));
-    QDir().mkpath(QFileInfo(m_path).path());
-    QSaveFile file(m_path);
-    const QByteArray bytes = text.toUtf8();
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    return AtomicFile::write(m_path, text.toUtf8());
 }
 
 } // namespace pomvar::srv

@@ -3,12 +3,13 @@
 
 #include "CatalogueCache.h"
 
+#include "AtomicFile.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include <array>
@@ -150,10 +151,7 @@ bool CatalogueCache::save(const std::string& environment, const Catalogue& catal
     }
     std::string text(kMagic);
     text.append(environment).append("\n").append(sha1(fields)).append("\n").append(fields);
-    QDir().mkpath(QFileInfo(m_path).path());
-    QSaveFile file(m_path);
-    return file.open(QIODevice::WriteOnly) &&
-           file.write(text.data(), qint64(text.size())) == qint64(text.size()) && file.commit();
+    return AtomicFile::write(m_path, QByteArrayView(text.data(), qsizetype(text.size())));
 }
 
 } // namespace pomvar::srv

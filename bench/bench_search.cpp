@@ -4,10 +4,8 @@
 // focused, and from a key press to the repainted results. Run it under Xvfb for the window's
 // figures (QT_QPA_PLATFORM=xcb).
 #include "GeneratedApps.h"
-#include "LoopbackSockets.h"
+#include "InProcessServer.h"
 #include "SearchIndex.h"
-#include "ServerApp.h"
-#include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
 #include "wire/Protocol.h"
@@ -80,13 +78,10 @@ void windowFigures(int argc, char* argv[])
          { "HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "PATH" })
         qputenv(name, env.value(name).toUtf8());
     QApplication app(argc, argv);
-    const quint16 port = pomvar::test::ServerProcess::freePort();
-    std::vector<int> sockets;
-    std::string notes;
-    if (LoopbackSockets::open(port, sockets, notes) != LoopbackSockets::Result::listening)
+    pomvar::test::InProcessServer server;
+    if (!server.start())
         return;
-    ServerApp server(ServerOptions{});
-    server.start(sockets);
+    const quint16 port = server.port();
     std::vector<double> shownMs, repaintMs;
     QLineEdit* field = nullptr;
     for (int run = 0; run < 7; ++run) {
@@ -122,7 +117,7 @@ void windowFigures(int argc, char* argv[])
     }
     std::printf("search window over %zu apps: app-search to shown and focused median %.1f ms; key "
                 "press to repainted results median %.1f ms, worst %.1f ms (%zu keys)\n",
-                server.model().apps().size(),
+                server.app().model().apps().size(),
                 median(shownMs),
                 median(repaintMs),
                 *std::max_element(repaintMs.begin(), repaintMs.end()),

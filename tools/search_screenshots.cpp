@@ -3,10 +3,7 @@
 // throw-away desktop whose entries use icons of the system theme; the window is opened by an
 // "app-search" request over the port, driven by keys, and grabbed: the empty query (Recent), a
 // query with results, and an app's desktop actions.
-#include "LoopbackSockets.h"
-#include "ServerApp.h"
-#include "ServerProcess.h"
-#include "SrvClient.h"
+#include "InProcessServer.h"
 #include "TestDesktop.h"
 #include "wire/Protocol.h"
 
@@ -72,38 +69,26 @@ int main(int argc, char* argv[])
     TestDesktop::write(desktop.storePath(),
                        R"({"version": 1, "recent": ["browser.desktop", "terminal.desktop",
                            "calculator.desktop"]})");
-    const QProcessEnvironment env = desktop.environment(0);
-    for (const char* name : { "HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME" })
-        qputenv(name, env.value(name).toUtf8());
+    test::InProcessServer::useDesktop(desktop);
     // The system theme's icons, without the system's own apps.
     QDir().mkpath(desktop.systemData() + "/icons");
     for (const char* theme : { "Adwaita", "hicolor" })
         QFile::link(QStringLiteral("/usr/share/icons/") + theme,
                     desktop.systemData() + "/icons/" + theme);
-    qputenv("XDG_DATA_DIRS", desktop.systemData().toUtf8());
 
     QApplication app(argc, argv);
-    const quint16 port = test::ServerProcess::freePort();
-    std::vector<int> sockets;
-    std::string notes;
-    if (srv::LoopbackSockets::open(port, sockets, notes) != srv::LoopbackSockets::Result::listening)
+    test::InProcessServer server;
+    if (!server.start())
         return 1;
-    srv::ServerApp server(srv::ServerOptions{});
-    server.start(sockets);
     QTest::qWait(3000); // the icons are rendered in the background
 
-    test::SrvClient client;
-    if (!client.connectTo(port) || !client.send(request::plain(request::appSearch)))
+    QWidget* shown = server.send(request::plain(request::appSearch))
+                         ? test::InProcessServer::waitForWindow(QStringLiteral("searchWindow"))
+                         : nullptr;
+    if (!shown)
         return 1;
-    QLineEdit* field = nullptr;
-    if (!QTest::qWaitFor([&] {
-            for (QWidget* window : QApplication::topLevelWidgets())
-                if (window->objectName() == "searchWindow" && window->isVisible())
-                    field = window->findChild<QLineEdit*>();
-            return field != nullptr;
-        }))
-        return 1;
-    QWidget& window = *field->window();
+    QWidget& window = *shown;
+    auto* field = window.findChild<QLineEdit*>();
     bool saved = save(window, out + "/search-recent.png");
     QTest::keyClicks(field, "te");
     saved = save(window, out + "/search-results.png") && saved;

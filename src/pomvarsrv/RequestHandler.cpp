@@ -79,41 +79,34 @@ std::string RequestHandler::reply(const Request& request)
 void RequestHandler::act(const Request& request)
 {
     const std::string& id = request.id;
+    const auto qtext = [](const std::optional<std::string>& value) {
+        return QString::fromStdString(value.value_or(std::string()));
+    };
     if (id == request::quit) {
         qCInfo(lcServer) << "quit requested";
         Q_EMIT quitRequested();
-        return;
-    }
-    if (id == request::checkUpdates)
-        return;
-    if (id == request::appSearch) {
+    } else if (id == request::checkUpdates) {
+        Q_EMIT updatesRequested();
+    } else if (id == request::appSearch) {
         Q_EMIT searchRequested();
-        return;
-    }
-    const bool needsAppkey = id == request::launchId || id == request::togglePinAppId ||
-                             id == request::createNewAppcatCxtmnuId;
-    if (needsAppkey && (!request.appkey || !m_model.apps().contains(*request.appkey))) {
+    } else if (id == request::about) {
+        Q_EMIT aboutRequested();
+    } else if (id == request::organizerId) {
+        Q_EMIT organizerRequested(int(request.pane.value_or(0)), qtext(request.itemkey));
+    } else if (id == request::getInfoAppId) {
+        Q_EMIT appInfoRequested(qtext(request.appkey));
+    } else if (id == request::getInfoAppcatId) {
+        Q_EMIT categoryInfoRequested(qtext(request.appcat));
+    } else if (!request.appkey || !m_model.apps().contains(*request.appkey)) {
+        // launch, toggle-pin-app and create-new-appcat-cxtmnu act on an installed app only.
         qCWarning(lcServer).noquote()
             << id.c_str() << "ignored: no installed app" << text(request.appkey);
-        return;
-    }
-    if (id == request::launchId) {
+    } else if (id == request::launchId) {
         Q_EMIT launchRequested(QString::fromStdString(*request.appkey));
     } else if (id == request::togglePinAppId) {
         m_model.togglePin(*request.appkey);
     } else if (id == request::createNewAppcatCxtmnuId) {
         Q_EMIT newCategoryRequested(QString::fromStdString(*request.appkey));
-    } else if (id == request::organizerId) {
-        qCInfo(lcServer).noquote() << "organizer requested, pane" << request.pane.value_or(-1)
-                                   << "item" << text(request.itemkey) << "(no organizer yet)";
-    } else if (id == request::getInfoAppId) {
-        qCInfo(lcServer).noquote()
-            << "get-info-app requested for" << text(request.appkey) << "(no info dialog yet)";
-    } else if (id == request::getInfoAppcatId) {
-        qCInfo(lcServer).noquote()
-            << "get-info-appcat requested for" << text(request.appcat) << "(no info dialog yet)";
-    } else {
-        qCInfo(lcServer).noquote() << id.c_str() << "requested (no dialog yet)";
     }
 }
 

@@ -29,6 +29,12 @@ Q_SIGNALS:
     void newCategoryRequested(const QString& appkey);
     void quitRequested();
     void searchRequested();
+    // The organizer on a pane (OrganizerDlgMode), on a category or an app; empty for none.
+    void organizerRequested(int pane, const QString& itemkey);
+    void appInfoRequested(const QString& appkey);
+    void categoryInfoRequested(const QString& appcat);
+    void aboutRequested();
+    void updatesRequested();
 
 private:
     std::string reply(const Request& request);

@@ -57,6 +57,11 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     });
     connect(&m_handler, &RequestHandler::newCategoryRequested, &m_prompt, &NewCategoryPrompt::ask);
     connect(&m_handler, &RequestHandler::searchRequested, this, &ServerApp::showSearch);
+    connect(&m_handler, &RequestHandler::organizerRequested, this, &ServerApp::showOrganizer);
+    connect(&m_handler, &RequestHandler::appInfoRequested, this, &ServerApp::showAppInfo);
+    connect(&m_handler, &RequestHandler::categoryInfoRequested, this, &ServerApp::showCategoryInfo);
+    connect(&m_handler, &RequestHandler::aboutRequested, this, &ServerApp::showAbout);
+    connect(&m_handler, &RequestHandler::updatesRequested, this, &ServerApp::showUpdates);
     connect(&m_catalogue, &AppCatalogue::changed, this, [this] {
         qCInfo(lcServer) << "the installed apps changed";
         scanInBackground();
@@ -207,6 +212,32 @@ void ServerApp::showSearch()
         connect(m_searchWindow.get(), &SearchWindow::actionRequested, this, &ServerApp::launch);
     }
     m_searchWindow->present();
+}
+
+void ServerApp::showOrganizer(int pane, const QString& itemkey)
+{
+    qCInfo(lcServer) << "organizer requested, pane" << pane << "item" << itemkey
+                     << "(no organizer yet)";
+}
+
+void ServerApp::showAppInfo(const QString& appkey)
+{
+    qCInfo(lcServer) << "get-info-app requested for" << appkey << "(no info window yet)";
+}
+
+void ServerApp::showCategoryInfo(const QString& appcat)
+{
+    qCInfo(lcServer) << "get-info-appcat requested for" << appcat << "(no info window yet)";
+}
+
+void ServerApp::showAbout()
+{
+    qCInfo(lcServer) << "about requested (no about window yet)";
+}
+
+void ServerApp::showUpdates()
+{
+    qCInfo(lcServer) << "check-updates requested (no updates window yet)";
 }
 
 SearchRow ServerApp::rowOf(const std::string& appkey, const DesktopApp* entry) const

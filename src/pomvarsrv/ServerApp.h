@@ -56,6 +56,12 @@ private:
     void launch(const QString& appkey, const QString& action = {});
     // The search window, made at its first request.
     void showSearch();
+    // The organizer on a pane (OrganizerDlgMode) and an item (a category or an app key).
+    void showOrganizer(int pane, const QString& itemkey);
+    void showAppInfo(const QString& appkey);
+    void showCategoryInfo(const QString& appcat);
+    void showAbout();
+    void showUpdates();
     std::vector<SearchRow> searchRows(const QString& query) const;
     std::vector<SearchRow> actionRows(const QString& appkey) const;
     // The app's row; its entry is looked up when not given.

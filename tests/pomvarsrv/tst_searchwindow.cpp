@@ -3,12 +3,9 @@
 // (Recent and its flag, read back over the wire), lists and launches an app's desktop actions,
 // keeps one window for every request and closes when it loses the focus; rows draw the icon file
 // for the display's scale.
-#include "LoopbackSockets.h"
+#include "InProcessServer.h"
 #include "SearchResultDelegate.h"
 #include "SearchResults.h"
-#include "ServerApp.h"
-#include "ServerProcess.h"
-#include "SrvClient.h"
 #include "TestDesktop.h"
 #include "wire/Protocol.h"
 
@@ -18,8 +15,6 @@
 #include <QPainter>
 #include <QTemporaryDir>
 #include <QtTest>
-
-#include <future>
 
 using namespace pomvar::srv;
 using namespace pomvar::test;
@@ -47,16 +42,8 @@ private Q_SLOTS:
         for (const auto& [id, lines] : entries)
             QVERIFY(TestDesktop::writeEntry(
                 m_desktop.systemData(), QString::fromLatin1(id) + ".desktop", lines));
-        const QProcessEnvironment env = m_desktop.environment(0);
-        for (const char* name :
-             { "HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS" })
-            qputenv(name, env.value(name).toUtf8());
-        m_port = ServerProcess::freePort();
-        std::vector<int> sockets;
-        std::string notes;
-        QCOMPARE(LoopbackSockets::open(m_port, sockets, notes), LoopbackSockets::Result::listening);
-        m_server = std::make_unique<ServerApp>(ServerOptions{});
-        m_server->start(sockets);
+        InProcessServer::useDesktop(m_desktop);
+        QVERIFY(m_server.start());
     }
 
     void keysSearchLaunchAndShowActions()
@@ -82,9 +69,10 @@ private Q_SLOTS:
         QTest::keyClick(field, Qt::Key_Return);
         QTRY_VERIFY(QFile::exists(m_marker + ".app"));
         QVERIFY(!window->isVisible());
-        const nlohmann::json recent = ask(rq::plain(rq::getRecentAppsMenuData));
+        const nlohmann::json recent = m_server.ask(rq::plain(rq::getRecentAppsMenuData));
         QCOMPARE(recent[0]["appkey"], "marker.desktop");
-        QCOMPARE(ask(rq::plain(rq::getMenuDataModifiedStatus))["recentAppsModified"], true);
+        QCOMPARE(m_server.ask(rq::plain(rq::getMenuDataModifiedStatus))["recentAppsModified"],
+                 true);
 
         // A second request shows the same window, its text selected; the empty query lists Recent.
         QCOMPARE(openWindow(), field);
@@ -165,29 +153,11 @@ private:
     // Sends "app-search" over the wire; the window's field once it is shown and focused.
     QLineEdit* openWindow()
     {
-        SrvClient client;
-        if (!client.connectTo(m_port) || !client.send(rq::plain(rq::appSearch)))
+        if (!m_server.send(rq::plain(rq::appSearch)))
             return nullptr;
-        QLineEdit* field = nullptr;
-        const bool shown = QTest::qWaitFor([&] {
-            for (QWidget* window : QApplication::topLevelWidgets())
-                if (window->objectName() == "searchWindow" && window->isVisible())
-                    field = window->findChild<QLineEdit*>();
-            return field && field->hasFocus();
-        });
-        return shown ? field : nullptr;
-    }
-
-    // A request answered while this thread's event loop serves it.
-    nlohmann::json ask(const std::string& body)
-    {
-        auto reply = std::async(std::launch::async, [&] {
-            SrvClient client;
-            return client.connectTo(m_port) ? client.json(body) : nlohmann::json();
-        });
-        const bool answered = QTest::qWaitFor(
-            [&] { return reply.wait_for(std::chrono::seconds(0)) == std::future_status::ready; });
-        return answered ? reply.get() : nlohmann::json();
+        QWidget* window = InProcessServer::waitForWindow("searchWindow");
+        auto* field = window ? window->findChild<QLineEdit*>() : nullptr;
+        return field && QTest::qWaitFor([&] { return field->hasFocus(); }) ? field : nullptr;
     }
 
     static QStringList rowNames(QListView* list)
@@ -200,8 +170,7 @@ private:
 
     TestDesktop m_desktop;
     QString m_marker;
-    quint16 m_port = 0;
-    std::unique_ptr<ServerApp> m_server;
+    InProcessServer m_server;
 };
 
 QTEST_MAIN(TestSearchWindow)

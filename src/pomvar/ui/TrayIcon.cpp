@@ -98,7 +98,10 @@ TrayIcon::TrayIcon(QObject* parent)
 void TrayIcon::setContextMenu(QMenu* menu)
 {
     m_menu = menu;
-    m_icon->setContextMenu(menu);
+    // Given to Qt's icon only when it may dock through XEmbed: with a watcher on the bus, Qt
+    // would export the menu over D-Bus for an icon of its own that never shows.
+    if (m_host != Host::StatusNotifier)
+        m_icon->setContextMenu(menu);
 }
 
 void TrayIcon::showWhenTrayAvailable()

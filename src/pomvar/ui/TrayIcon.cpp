@@ -79,7 +79,6 @@ TrayIcon::TrayIcon(QObject* parent)
 
     m_item->setTitle(label());
     m_item->setToolTip(label());
-    m_item->setIcon(symbolicIconName, iconThemePath(), iconPixmaps(m_glyph));
     connect(m_item, &StatusNotifierItem::activateRequested, this, [this](int x, int y) {
         Q_EMIT clicked(x == 0 && y == 0 ? QRect() : QRect(x, y, 1, 1));
     });
@@ -129,12 +128,23 @@ void TrayIcon::showWhenTrayAvailable()
 void TrayIcon::useStatusNotifier()
 {
     // Once an item, always an item: a restarting watcher gets it registered again.
-    if (m_host == Host::StatusNotifier || !m_item->start())
+    if (m_host == Host::StatusNotifier)
+        return;
+    updateItemIcon();
+    if (!m_item->start())
         return;
     if (m_trayPoll)
         m_trayPoll->stop();
     m_icon->hide();
     m_host = Host::StatusNotifier;
+}
+
+void TrayIcon::updateItemIcon()
+{
+    // Hosts that find the themed icon recolour it; the pixmaps follow the application's look.
+    const QColor window = QApplication::palette().color(QPalette::Window);
+    m_item->setIcon(
+        symbolicIconName, iconThemePath(), iconPixmaps(XEmbedTrayTint::forBackground(window)));
 }
 
 void TrayIcon::activated(QSystemTrayIcon::ActivationReason reason)
@@ -177,8 +187,8 @@ bool TrayIcon::eventFilter(QObject* watched, QEvent* event)
         const QColor window = QApplication::palette().color(QPalette::Window);
         if (!m_glyphFromTray)
             setGlyphColour(XEmbedTrayTint::forBackground(window));
-        m_item->setIcon(
-            symbolicIconName, iconThemePath(), iconPixmaps(XEmbedTrayTint::forBackground(window)));
+        if (m_host == Host::StatusNotifier)
+            updateItemIcon();
     } else if (event->type() == QEvent::Paint && m_host == Host::XEmbed && !m_readPending &&
                watched->isWidgetType() && static_cast<QWidget*>(watched)->isWindow() &&
                watched->objectName() == QLatin1String("QSystemTrayIconSys")) {

@@ -53,6 +53,7 @@ protected:
 private:
     void showWhenTrayAvailable();
     void useStatusNotifier();
+    void updateItemIcon();
     void activated(QSystemTrayIcon::ActivationReason reason);
     void showContextMenu(int x, int y);
     void setGlyphColour(const QColor& colour);

@@ -1,6 +1,5 @@
 #include "SniWatcher.h"
 
-#include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusPendingCall>
 #include <QDBusVariant>
@@ -58,12 +57,6 @@ void SniWatcher::RegisterStatusNotifierItem(const QString& service, const QDBusM
     const QString item = service.startsWith('/') ? message.service() + service : service;
     if (!m_items.contains(item))
         m_items.append(item);
-    Q_EMIT StatusNotifierItemRegistered(item);
-}
-
-void SniWatcher::RegisterStatusNotifierHost(const QString&)
-{
-    Q_EMIT StatusNotifierHostRegistered();
 }
 
 QDBusMessage SniWatcher::callItem(const QDBusMessage& call)
@@ -94,47 +87,6 @@ bool SniWatcher::click(const QString& item, const QString& method, int x, int y)
         item, QStringLiteral("/StatusNotifierItem"), kItemInterface, method);
     call << x << y;
     return callItem(call).type() == QDBusMessage::ReplyMessage;
-}
-
-QString SniWatcher::toolTipTitle(const QVariant& toolTip)
-{
-    // (sa(iiay)ss): icon name, pixmaps, title, text.
-    const QDBusArgument argument = toolTip.value<QDBusArgument>();
-    QString iconName, title, text;
-    argument.beginStructure();
-    argument >> iconName;
-    argument.beginArray();
-    while (!argument.atEnd()) {
-        int width = 0, height = 0;
-        QByteArray pixels;
-        argument.beginStructure();
-        argument >> width >> height >> pixels;
-        argument.endStructure();
-    }
-    argument.endArray();
-    argument >> title >> text;
-    argument.endStructure();
-    return title;
-}
-
-QList<QSize> SniWatcher::pixmapSizes(const QVariant& pixmaps)
-{
-    // a(iiay): width, height, ARGB32 in network byte order.
-    const QDBusArgument argument = pixmaps.value<QDBusArgument>();
-    QList<QSize> sizes;
-    argument.beginArray();
-    while (!argument.atEnd()) {
-        int width = 0, height = 0;
-        QByteArray pixels;
-        argument.beginStructure();
-        argument >> width >> height >> pixels;
-        argument.endStructure();
-        if (pixels.size() < 4 * width * height)
-            return {};
-        sizes.append(QSize(width, height));
-    }
-    argument.endArray();
-    return sizes;
 }
 
 } // namespace pomvar::test

@@ -3,7 +3,6 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
-#include <QSize>
 #include <QStringList>
 #include <QVariant>
 
@@ -12,8 +11,7 @@ namespace pomvar::test {
 // A tray as KDE Plasma or the GNOME AppIndicator extension runs one: the StatusNotifierWatcher
 // with a host on its own connection to the session bus at `address`. The host side reads an
 // item's properties and clicks it as hosts do; every call waits on the event loop, so the item
-// may live in this very process. It reads the items' records by the specification, not with
-// the program's own types.
+// may live in this very process.
 class SniWatcher : public QObject
 {
     Q_OBJECT
@@ -40,19 +38,8 @@ public:
     // Calls Activate, ContextMenu or SecondaryActivate; true when the item answered.
     bool click(const QString& item, const QString& method, int x, int y);
 
-    // The records of the specification: the tool tip's title, the pixmaps' sizes (empty when
-    // one has fewer bytes than 4 × width × height).
-    static QString toolTipTitle(const QVariant& toolTip);
-    static QList<QSize> pixmapSizes(const QVariant& pixmaps);
-
 public Q_SLOTS:
     void RegisterStatusNotifierItem(const QString& service, const QDBusMessage& message);
-    void RegisterStatusNotifierHost(const QString& service);
-
-Q_SIGNALS:
-    void StatusNotifierItemRegistered(const QString& service);
-    void StatusNotifierItemUnregistered(const QString& service);
-    void StatusNotifierHostRegistered();
 
 private:
     QDBusMessage callItem(const QDBusMessage& call);

@@ -29,6 +29,12 @@ QString label()
     return QStringLiteral("Pomvar");
 }
 
+QString noTrayNotice()
+{
+    return QStringLiteral("Pomvar: no system tray is available; the Pomvar icon will appear as "
+                          "soon as one starts.");
+}
+
 // The installed icon theme folder beside the program (share/icons), when it holds the icon.
 QString iconThemePath()
 {
@@ -110,9 +116,7 @@ void TrayIcon::showWhenTrayAvailable()
         m_icon->show();
         return;
     }
-    std::cerr << "Pomvar: no system tray is available; the Pomvar icon will appear as soon as "
-                 "one starts."
-              << std::endl;
+    std::cerr << noTrayNotice().toStdString() << std::endl;
     m_trayPoll = new QTimer(this);
     m_trayPoll->setInterval(1000);
     connect(m_trayPoll, &QTimer::timeout, this, [this] {

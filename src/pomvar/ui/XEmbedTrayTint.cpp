@@ -54,11 +54,11 @@ QColor XEmbedTrayTint::forBackground(const QColor& background)
     return background.lightness() < 128 ? lightGlyph : darkGlyph;
 }
 
-std::optional<QColor> XEmbedTrayTint::requestedForeground()
+quint32 XEmbedTrayTint::trayManager()
 {
     const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>();
     if (!x11)
-        return std::nullopt;
+        return 0;
     xcb_connection_t* connection = x11->connection();
     const xcb_atom_t selection =
         atom(connection, QByteArray("_NET_SYSTEM_TRAY_S") + QByteArray::number(screenNumber()));
@@ -66,13 +66,21 @@ std::optional<QColor> XEmbedTrayTint::requestedForeground()
         xcb_get_selection_owner_reply(
             connection, xcb_get_selection_owner(connection, selection), nullptr),
         &std::free);
-    if (!owner || owner->owner == XCB_WINDOW_NONE)
+    return owner ? owner->owner : 0;
+}
+
+std::optional<QColor> XEmbedTrayTint::requestedForeground()
+{
+    const xcb_window_t tray = trayManager();
+    if (tray == XCB_WINDOW_NONE)
         return std::nullopt;
+    xcb_connection_t* connection =
+        qApp->nativeInterface<QNativeInterface::QX11Application>()->connection();
     const Reply<xcb_get_property_reply_t> colours(
         xcb_get_property_reply(connection,
                                xcb_get_property(connection,
                                                 0,
-                                                owner->owner,
+                                                tray,
                                                 atom(connection, "_NET_SYSTEM_TRAY_COLORS"),
                                                 XCB_ATOM_CARDINAL,
                                                 0,

@@ -21,7 +21,9 @@ public:
     static QColor glyphColour(const QRect& iconGeometry);
     // The glyph colour for a background colour.
     static QColor forBackground(const QColor& background);
-    // The normal foreground of _NET_SYSTEM_TRAY_COLORS on the tray of the default screen.
+    // The XEmbed tray's manager window on the default screen, 0 when there is none.
+    static quint32 trayManager();
+    // The normal foreground of _NET_SYSTEM_TRAY_COLORS on that window.
     static std::optional<QColor> requestedForeground();
     // The background the tray shows around the icon: the mean of its corner pixels.
     static std::optional<QColor> background(const QRect& iconGeometry);

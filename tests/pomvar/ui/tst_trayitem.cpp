@@ -4,10 +4,12 @@
 #include "PanelFixture.h"
 #include "SniWatcher.h"
 
+#include "tray/SniToolTip.h"
 #include "tray/StatusNotifierItem.h"
 #include "ui/ControlMenuEntries.h"
 #include "wire/Protocol.h"
 
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QProcess>
 #include <QScreen>
@@ -55,10 +57,17 @@ private Q_SLOTS:
         QCOMPARE(tray.itemProperty(item, "Title"), "Pomvar");
         QCOMPARE(tray.itemProperty(item, "Status"), "Active");
         QCOMPARE(tray.itemProperty(item, "Id"), "org.pomvar.Pomvar");
-        QCOMPARE(SniWatcher::toolTipTitle(tray.itemProperty(item, "ToolTip")), "Pomvar");
+        const auto read = [&](const char* name) {
+            return tray.itemProperty(item, name).value<QDBusArgument>();
+        };
+        QCOMPARE(qdbus_cast<SniToolTip>(read("ToolTip")).title, "Pomvar");
         // Hosts without the themed icon draw the pixmaps.
-        QCOMPARE(SniWatcher::pixmapSizes(tray.itemProperty(item, "IconPixmap")),
-                 QList<QSize>({ { 16, 16 }, { 22, 22 }, { 32, 32 }, { 48, 48 } }));
+        QList<QSize> sizes;
+        for (const SniPixmap& pixmap : qdbus_cast<SniPixmapList>(read("IconPixmap"))) {
+            QCOMPARE(pixmap.argb.size(), 4 * pixmap.width * pixmap.height);
+            sizes.append(QSize(pixmap.width, pixmap.height));
+        }
+        QCOMPARE(sizes, QList<QSize>({ { 16, 16 }, { 22, 22 }, { 32, 32 }, { 48, 48 } }));
         QCOMPARE(tray.itemProperty(item, "ItemIsMenu"), false);
 
         // The tray restarts: the item tells the new watcher about itself.

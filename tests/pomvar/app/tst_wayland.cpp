@@ -62,7 +62,7 @@ private Q_SLOTS:
         const auto pomvar = layout.start({}, session);
         QVERIFY2(InstallLayout::isConnectedToServer(*pomvar), pomvar->readAllStandardError());
 
-        QTRY_COMPARE(tray.registeredItems().size(), 1);
+        QTRY_COMPARE_WITH_TIMEOUT(tray.registeredItems().size(), 1, 20000);
         const QString item = tray.registeredItems().constFirst();
         // On XWayland the panel is where Pomvar puts it, next to the host's point; natively
         // where the compositor puts it.
@@ -75,10 +75,10 @@ private Q_SLOTS:
         };
         QVERIFY(!panelShown());
         QVERIFY(tray.click(item, "Activate", 640, 31));
-        QTRY_VERIFY_WITH_TIMEOUT(panelShown(), 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(panelShown(), 20000);
 
         QVERIFY(tray.click(item, "SecondaryActivate", 640, 31));
-        QTRY_VERIFY(layout.read("fake/requests.jsonl").contains("app-search"));
+        QTRY_VERIFY_WITH_TIMEOUT(layout.read("fake/requests.jsonl").contains("app-search"), 20000);
         QCOMPARE(pomvar->state(), QProcess::Running);
         // Ended by a signal, Pomvar exits with 1 rather than crashing.
         ::kill(pid_t(pomvar->processId()), SIGTERM);

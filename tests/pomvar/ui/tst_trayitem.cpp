@@ -135,6 +135,12 @@ private Q_SLOTS:
             entries << action->text();
         QCOMPARE(entries, QStringList({ "Settings…", "About…", "Check For Updates", "", "Quit" }));
         if (statusNotifier) {
+            // Without a position from the host, at the pointer.
+            QCursor::setPos(300, 200);
+            QVERIFY(tray.click(item, "ContextMenu", 0, 0));
+            QTRY_VERIFY(menu->isVisible());
+            QCOMPARE(menu->pos(), QPoint(300, 200));
+            menu->hide();
             QVERIFY(tray.click(item, "ContextMenu", 600, 30));
             QTRY_VERIFY(menu->isVisible());
             QCOMPARE(menu->pos(), QPoint(600, 30));

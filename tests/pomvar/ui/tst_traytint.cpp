@@ -9,6 +9,8 @@
 #include <QScreen>
 #include <QtTest>
 
+#include <memory>
+
 using namespace pomvar;
 
 namespace {
@@ -47,14 +49,21 @@ private Q_SLOTS:
         QTest::addColumn<QColor>("window");
         QTest::addColumn<QString>("requested");
         QTest::addColumn<QColor>("glyph");
+        QTest::addColumn<bool>("trayFirst");
         const QColor light(0xf0, 0xf0, 0xf0), dark(0x30, 0x30, 0x30);
         QTest::newRow("dark tray, light look")
-            << "#202020" << light << "" << XEmbedTrayTint::lightGlyph;
+            << "#202020" << light << "" << XEmbedTrayTint::lightGlyph << true;
         QTest::newRow("light tray, dark look")
-            << "#e8e8e8" << dark << "" << XEmbedTrayTint::darkGlyph;
+            << "#e8e8e8" << dark << "" << XEmbedTrayTint::darkGlyph << true;
+        QTest::newRow("mid grey tray, dark look")
+            << "#8a8a8a" << dark << "" << XEmbedTrayTint::darkGlyph << true;
+        // Pomvar started before the tray: the icon appears when the tray does.
+        QTest::newRow("dark tray started later")
+            << "#202020" << light << "" << XEmbedTrayTint::lightGlyph << false;
         // Foreground red, green and blue of 16 bits; then error, warning and success.
         QTest::newRow("tray asks for a colour")
-            << "#e8e8e8" << dark << "65535,32896,0,0,0,0,0,0,0,0,0,0" << QColor(0xff, 0x80, 0);
+            << "#e8e8e8" << dark << "65535,32896,0,0,0,0,0,0,0,0,0,0" << QColor(0xff, 0x80, 0)
+            << true;
     }
 
     void glyphStandsOutOnTheTray()
@@ -63,6 +72,7 @@ private Q_SLOTS:
         QFETCH(QColor, window);
         QFETCH(QString, requested);
         QFETCH(QColor, glyph);
+        QFETCH(bool, trayFirst);
         QPalette palette = QApplication::palette();
         palette.setColor(QPalette::Window, window);
         QApplication::setPalette(palette);
@@ -74,6 +84,8 @@ private Q_SLOTS:
                      "\" }\nwidget_class \"*\" style \"tray\"\n")
                         .toUtf8());
         gtkrc.close();
+        QTRY_VERIFY(!QSystemTrayIcon::isSystemTrayAvailable()); // the last row's tray is gone
+        std::unique_ptr<TrayIcon> icon(trayFirst ? nullptr : new TrayIcon);
         QProcess trayer;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("GTK2_RC_FILES", gtkrc.fileName());
@@ -93,14 +105,14 @@ private Q_SLOTS:
                                          "_NET_SYSTEM_TRAY_COLORS",
                                          requested }),
                      0);
-        {
-            TrayIcon icon;
-            QTRY_VERIFY(icon.icon()->geometry().width() > 0);
-            QCOMPARE(icon.host(), TrayIcon::Host::XEmbed);
-            QTRY_COMPARE(icon.glyphColour(), glyph);
-            QTRY_VERIFY2(distance(glyphOnScreen(icon.icon()->geometry()), glyph) <= 12,
-                         qPrintable(glyphOnScreen(icon.icon()->geometry()).name()));
-        }
+        if (trayFirst)
+            icon = std::make_unique<TrayIcon>();
+        QTRY_VERIFY(icon->icon()->geometry().width() > 0);
+        QCOMPARE(icon->host(), TrayIcon::Host::XEmbed);
+        QTRY_COMPARE(icon->glyphColour(), glyph);
+        QTRY_VERIFY2(distance(glyphOnScreen(icon->icon()->geometry()), glyph) <= 12,
+                     qPrintable(glyphOnScreen(icon->icon()->geometry()).name()));
+        icon.reset();
         trayer.terminate();
         trayer.waitForFinished();
         QTRY_VERIFY(XEmbedTrayTint::trayManager() == 0);

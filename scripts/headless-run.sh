@@ -115,6 +115,39 @@ if [ -n "${POMVAR_HEADLESS_CLICK_FIRST_ROW:-}" ]; then
     open_panel
 fi
 
+# With POMVAR_HEADLESS_TRAY_GESTURES set, close the panel, middle-click the tray icon (which asks
+# for the search window), right-click it and wait for the control menu's entries, close them,
+# then open the panel again.
+if [ -n "${POMVAR_HEADLESS_TRAY_GESTURES:-}" ]; then
+    xdotool key Escape
+    wait_for 50 bash -c "! xwininfo -id $panel | grep -q IsViewable" || {
+        echo "headless-run: Escape did not close the panel" >&2
+        exit 1
+    }
+    xdotool mousemove --window "$icon" 8 8 click 2
+    echo "headless-run: middle-clicked the tray icon"
+    xdotool mousemove --window "$icon" 8 8 click 3
+    menu=""
+    for ((n = 0; n < 50; n++)); do
+        for id in $(xdotool search --onlyvisible --pid "$pomvar" 2>/dev/null); do
+            if [ "$id" != "$icon" ] && [ "$id" != "$panel" ]; then
+                menu=$id
+            fi
+        done
+        [ -z "$menu" ] || break
+        sleep 0.1
+    done
+    if [ -z "$menu" ]; then
+        echo "headless-run: no menu on a right-click of the tray icon" >&2
+        exit 1
+    fi
+    echo "headless-run: the right-click menu is open"
+    xdotool key Escape
+    wait_for 50 bash -c "! xwininfo -id $menu | grep -q IsViewable"
+    sleep 0.3
+    open_panel
+fi
+
 # Quit from the control menu: pomvar asks its runtime server to quit, then ends.
 xdotool mousemove $((px + 360 - 32)) $((py + 494 - 24)) click 1
 sleep 0.5

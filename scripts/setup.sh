@@ -10,10 +10,12 @@ packages=(
     nlohmann-json3-dev libsimdjson-dev libglib2.0-dev
     # run
     lsof fonts-urw-base35 fonts-liberation2 adwaita-icon-theme hicolor-icon-theme
+    qt6-wayland
     # tests and screenshots
     xvfb xauth trayer xdotool x11-utils imagemagick dbus dbus-x11
     at-spi2-core gir1.2-atspi-2.0 python3-gi desktop-file-utils
     util-linux procps
+    weston xwayland
 )
 
 missing=()

@@ -64,8 +64,14 @@ ChildOutcome InstallLayout::run(const QStringList& arguments, bool terminal)
 
 std::unique_ptr<QProcess> InstallLayout::start(const QStringList& arguments)
 {
+    return start(arguments, environment());
+}
+
+std::unique_ptr<QProcess> InstallLayout::start(const QStringList& arguments,
+                                               const QProcessEnvironment& environment)
+{
     auto process = std::make_unique<QProcess>();
-    process->setProcessEnvironment(environment());
+    process->setProcessEnvironment(environment);
     process->start(m_dir.filePath("bin/pomvar"), arguments);
     process->waitForStarted();
     for (int waited = 0; waited < kRunLimitMs && !isConnectedToServer(*process); waited += 50)

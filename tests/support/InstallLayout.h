@@ -23,6 +23,11 @@ public:
     ChildOutcome run(const QStringList& arguments, bool terminal = false);
     // Starts pomvar and waits until it is connected to the runtime server, or a minute passed.
     std::unique_ptr<QProcess> start(const QStringList& arguments = {});
+    // The same in a session of its own: `environment` is environment() with changes.
+    std::unique_ptr<QProcess> start(const QStringList& arguments,
+                                    const QProcessEnvironment& environment);
+    // Its home, runtime folder, offscreen platform, the fake's folder and tools/ on the PATH.
+    QProcessEnvironment environment() const;
     static bool isConnectedToServer(const QProcess& process);
 
     // The content, or "<missing>".
@@ -30,8 +35,6 @@ public:
     bool write(const QString& path, const QByteArray& content, bool executable = false);
 
 private:
-    QProcessEnvironment environment() const;
-
     QTemporaryDir m_dir;
     bool m_ready = false;
 };

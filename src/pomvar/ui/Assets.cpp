@@ -46,6 +46,11 @@ QPixmap Assets::pixmap(const QString& name, QSize size, qreal dpr, const QColor&
     return pixmap;
 }
 
+QSize Assets::naturalSize(const QString& name)
+{
+    return QSvgRenderer(source(name, {})).defaultSize();
+}
+
 QIcon Assets::icon(const QString& name, const QPalette& palette)
 {
     QIcon icon;
@@ -62,13 +67,12 @@ QIcon Assets::icon(const QString& name, const QPalette& palette)
     return icon;
 }
 
-QIcon Assets::trayIcon(const QPalette& palette)
+QIcon Assets::trayIcon(const QColor& colour)
 {
-    const QString name =
-        isDark(palette) ? QStringLiteral("systray-light") : QStringLiteral("systray-dark");
     QIcon icon;
     for (int side : { 16, 22, 24, 32, 48, 64 })
-        icon.addPixmap(pixmap(name, QSize(side, side), 1.0));
+        icon.addPixmap(
+            pixmap(QStringLiteral("org.pomvar.Pomvar-symbolic"), QSize(side, side), 1.0, colour));
     return icon;
 }
 

@@ -18,10 +18,12 @@ class Assets
 public:
     // A rendering of the asset `name` at `size` logical pixels for a display of `dpr`.
     static QPixmap pixmap(const QString& name, QSize size, qreal dpr, const QColor& tint = {});
+    // The size the asset's artwork is drawn for.
+    static QSize naturalSize(const QString& name);
     // An icon with Normal, Active and Selected modes tinted for the palette.
     static QIcon icon(const QString& name, const QPalette& palette);
-    // The tray icon: the light glyph on a dark panel, the dark glyph on a light one.
-    static QIcon trayIcon(const QPalette& palette);
+    // The tray icon: the symbolic glyph in `colour`.
+    static QIcon trayIcon(const QColor& colour);
     // True when the palette's window colour is dark.
     static bool isDark(const QPalette& palette);
 

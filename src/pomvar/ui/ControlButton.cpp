@@ -21,10 +21,16 @@ ControlButton::ControlButton(const QString& label, const QString& iconAsset, QWi
     setAccessibleName(label);
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::NoFocus);
-    QFont callout = font();
-    callout.setPixelSize(12);
-    setFont(callout);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+ControlButton::ControlButton(const QString& label,
+                             const QString& iconAsset,
+                             const QFont& font,
+                             QWidget* parent)
+    : ControlButton(label, iconAsset, parent)
+{
+    setFont(font);
 }
 
 QSize ControlButton::sizeHint() const

@@ -2,11 +2,9 @@
 
 #include "model/PomvarViewModel.h"
 #include "ui/Assets.h"
-#include "ui/CheckForUpdatesMenuItem.h"
 #include "ui/ControlButtonStyle.h"
-#include "wire/Protocol.h"
+#include "ui/ControlMenuEntries.h"
 
-#include <QMenu>
 #include <QPainter>
 
 namespace pomvar {
@@ -17,9 +15,7 @@ ControlMenu::ControlMenu(PomvarViewModel& vm,
                          QWidget* parent)
     : QToolButton(parent)
     , m_vm(vm)
-    , m_dismiss(std::move(dismiss))
-    , m_terminate(std::move(terminate))
-    , m_menu(new QMenu(this))
+    , m_menu(new ControlMenuEntries(vm, std::move(dismiss), std::move(terminate), this))
 {
     setObjectName(QStringLiteral("controlMenu"));
     setAccessibleName(QStringLiteral("Pomvar Menu"));
@@ -28,29 +24,6 @@ ControlMenu::ControlMenu(PomvarViewModel& vm,
     setCursor(Qt::PointingHandCursor);
     setMenu(m_menu);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-
-    QAction* settings = m_menu->addAction(QStringLiteral("Settings…"));
-    settings->setObjectName(QStringLiteral("settingsMenuItem"));
-    connect(settings, &QAction::triggered, this, [this] {
-        m_dismiss();
-        m_vm.settings();
-    });
-    QAction* about = m_menu->addAction(QStringLiteral("About…"));
-    about->setObjectName(QStringLiteral("aboutMenuItem"));
-    connect(about, &QAction::triggered, this, [this] {
-        m_dismiss();
-        m_vm.sendMessage(request::plain(request::about));
-    });
-    m_menu->addAction(new CheckForUpdatesMenuItem(m_vm, m_dismiss, m_menu));
-    m_menu->addSeparator();
-    QAction* quit = m_menu->addAction(QStringLiteral("Quit"));
-    quit->setObjectName(QStringLiteral("quitMenuItem"));
-    connect(quit, &QAction::triggered, this, [this] {
-        m_dismiss();
-        m_vm.sendMessage(request::plain(request::quit));
-        if (m_terminate)
-            m_terminate();
-    });
 
     refresh(m_vm.isUpdateAvailable());
     connect(&m_vm, &PomvarViewModel::isUpdateAvailableChanged, this, &ControlMenu::refresh);

@@ -8,7 +8,6 @@ class QMenu;
 
 namespace pomvar {
 
-class CheckForUpdatesMenuItem;
 class PomvarViewModel;
 
 // The pull-down menu at the right end of the control bar: settings, about, updates and quit.
@@ -35,8 +34,6 @@ private:
     void refresh(bool updateAvailable);
 
     PomvarViewModel& m_vm;
-    std::function<void()> m_dismiss;
-    std::function<void()> m_terminate;
     QMenu* m_menu;
     QString m_imageAsset;
 };

@@ -1,6 +1,7 @@
 #include "ui/EmptyState.h"
 
 #include "ui/Assets.h"
+#include "ui/PanelFonts.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -14,20 +15,20 @@ EmptyState::EmptyState(const QString& imageAsset,
     : QWidget(parent)
 {
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(0, 40, 0, 0);
+    layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
 
     auto* image = new QLabel(this);
     image->setObjectName(QStringLiteral("emptyImage"));
-    image->setPixmap(Assets::pixmap(imageAsset, QSize(72, 72), devicePixelRatioF()));
+    image->setPixmap(
+        Assets::pixmap(imageAsset, Assets::naturalSize(imageAsset), devicePixelRatioF()));
     image->setAlignment(Qt::AlignCenter);
     image->setContentsMargins(0, 0, 0, 4);
     layout->addWidget(image);
 
     auto* title = new QLabel(heading, this);
     title->setObjectName(QStringLiteral("emptyHeading"));
-    QFont titleFont = title->font();
-    titleFont.setPixelSize(17);
+    QFont titleFont = PanelFonts::title2(title->font());
     titleFont.setBold(true);
     title->setFont(titleFont);
     title->setAlignment(Qt::AlignCenter);
@@ -40,11 +41,6 @@ EmptyState::EmptyState(const QString& imageAsset,
         hint->setWordWrap(true);
         hint->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
         hint->setContentsMargins(10, first ? 8 : 4, 10, 0);
-        QPalette palette = hint->palette();
-        QColor secondary = palette.color(QPalette::WindowText);
-        secondary.setAlphaF(0.75f);
-        palette.setColor(QPalette::WindowText, secondary);
-        hint->setPalette(palette);
         layout->addWidget(hint);
         first = false;
     }

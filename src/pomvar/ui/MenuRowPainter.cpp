@@ -3,7 +3,6 @@
 #include "log/Output.h"
 #include "ui/Assets.h"
 #include "ui/MenuSelectionColor.h"
-#include "ui/PanelColors.h"
 #include "ui/RowMetrics.h"
 
 #include <QImageReader>
@@ -97,8 +96,7 @@ void MenuRowPainter::paint(QPainter& painter,
     const qreal dpr = painter.device()->devicePixelRatioF();
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
-    if (hovered)
-        PanelColors::fillRoundedRect(painter, row, selection.color(palette), 5);
+    painter.fillRect(row, selection.color(palette));
     Geometry geometry;
     if (m_iconPath.isEmpty()) {
         QColor chevron = selection.foreground(palette);

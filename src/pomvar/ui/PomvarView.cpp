@@ -12,6 +12,7 @@
 #include "ui/MenuPage.h"
 #include "ui/MenuSelectorButton.h"
 #include "ui/PanelColors.h"
+#include "ui/PanelFonts.h"
 #include "ui/PomvarTitle.h"
 #include "wire/Protocol.h"
 
@@ -181,7 +182,10 @@ QWidget* PomvarView::controlBar()
         m_dismiss();
         m_vm.sendMessage(request::plain(request::appSearch));
     });
-    auto* organize = new ControlButton(QStringLiteral("Organize"), QStringLiteral("organzr"), bar);
+    auto* organize = new ControlButton(QStringLiteral("Organize"),
+                                       QStringLiteral("organzr"),
+                                       PanelFonts::callout(bar->font()),
+                                       bar);
     organize->setObjectName(QStringLiteral("organizeButton"));
     connect(organize, &QAbstractButton::clicked, this, [this] {
         m_dismiss();

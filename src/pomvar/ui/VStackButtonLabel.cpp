@@ -1,6 +1,7 @@
 #include "ui/VStackButtonLabel.h"
 
 #include "ui/Assets.h"
+#include "ui/PanelFonts.h"
 
 #include <QPainter>
 #include <QPalette>
@@ -12,9 +13,7 @@ void VStackButtonLabel::paint(QPainter& painter, const QRect& frame, const QPale
     constexpr int iconSide = 22;
     constexpr int gap = 3;
     painter.save();
-    QFont font = painter.font();
-    font.setPixelSize(11);
-    painter.setFont(font);
+    painter.setFont(PanelFonts::callout(painter.font()));
     const int textHeight = painter.fontMetrics().height();
     const int top = frame.top() + (frame.height() - iconSide - gap - textHeight) / 2;
     const QColor colour = palette.color(QPalette::Active, QPalette::WindowText);

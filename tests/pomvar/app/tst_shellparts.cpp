@@ -5,6 +5,7 @@
 #include "app/DetachedProcess.h"
 #include "app/Execute.h"
 #include "app/PidFile.h"
+#include "app/PlatformChoice.h"
 #include "app/SignalSafe.h"
 
 #include <QDir>
@@ -15,6 +16,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <map>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -60,6 +62,27 @@ private Q_SLOTS:
             QVERIFY2(cmdLine.action == action && cmdLine.rtArgs == rtArgs,
                      ("case " + std::to_string(row)).c_str());
         }
+    }
+    void platformUnderWaylandIsXWaylandWhenThereIsOne()
+    {
+        using Env = std::map<std::string, std::string>;
+        const std::pair<Env, std::string> cases[] = {
+            { { { "WAYLAND_DISPLAY", "wayland-0" }, { "DISPLAY", ":1" } }, "xcb" },
+            { { { "XDG_SESSION_TYPE", "wayland" }, { "DISPLAY", ":1" } }, "xcb" },
+            { { { "WAYLAND_DISPLAY", "wayland-0" } }, "" }, // natively: no X display
+            { { { "DISPLAY", ":0" }, { "XDG_SESSION_TYPE", "x11" } }, "" },
+            // The user's choice stands.
+            { { { "WAYLAND_DISPLAY", "wayland-0" },
+                { "DISPLAY", ":1" },
+                { "QT_QPA_PLATFORM", "wayland" } },
+              "" },
+        };
+        for (const auto& [env, platform] : cases)
+            QCOMPARE(pomvar::PlatformChoice::platform([&env = env](const char* name) {
+                         const auto value = env.find(name);
+                         return value == env.end() ? std::string() : value->second;
+                     }),
+                     platform);
     }
     void pidFile()
     {

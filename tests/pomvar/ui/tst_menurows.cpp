@@ -128,6 +128,9 @@ private Q_SLOTS:
         const QColor accent = MenuSelectionColor(true).color(view->palette());
         QTest::mouseMove(view->viewport(), row.center());
         QTRY_VERIFY(drawnNear(*view, probe, accent));
+        // A plain fill: the corners too.
+        QVERIFY(drawnNear(*view, row.topLeft(), accent));
+        QVERIFY(drawnNear(*view, row.bottomRight(), accent));
         QEvent leave(QEvent::Leave);
         QApplication::sendEvent(view.get(), &leave);
         QTRY_VERIFY(!drawnNear(*view, probe, accent));

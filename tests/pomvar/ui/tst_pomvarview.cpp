@@ -6,6 +6,7 @@
 #include "ui/ControlMenu.h"
 #include "ui/MenuPage.h"
 #include "ui/MenuSelectorButton.h"
+#include "ui/PanelFonts.h"
 #include "ui/PanelPlacement.h"
 #include "wire/Protocol.h"
 
@@ -271,9 +272,23 @@ private Q_SLOTS:
         QVERIFY(mine->isShowingEmptyState());
         QVERIFY(f.view().menuPage(Pomvar::Recent)->isShowingEmptyState());
         QVERIFY(!f.view().menuPage(Pomvar::AllApps)->isShowingEmptyState());
-        for (QLabel* label : mine->currentWidget()->findChildren<QLabel*>())
+        QWidget* empty = mine->currentWidget();
+        for (QLabel* label : empty->findChildren<QLabel*>())
             if (!label->wordWrap()) // Not stretched: the free space stays below.
                 QCOMPARE(label->height(), label->sizeHint().height());
+        // The stack right under the menu's top padding, the image at its natural size, the hints
+        // in the plain text colour.
+        auto* image = empty->findChild<QLabel*>("emptyImage");
+        QCOMPARE(image->mapTo(mine, QPoint()), QPoint(0, 10));
+        QCOMPARE(image->pixmap().deviceIndependentSize(), QSizeF(96, 96));
+        const QColor text = f.view().palette().color(QPalette::WindowText);
+        for (QLabel* hint : empty->findChildren<QLabel*>("emptyHint"))
+            QCOMPARE(hint->palette().color(hint->foregroundRole()), text);
+        // Only Organize is in the callout font; Search is in the default one.
+        auto* search = f.view().findChild<QAbstractButton*>("searchButton");
+        auto* organize = f.view().findChild<QAbstractButton*>("organizeButton");
+        QCOMPARE(search->font(), f.view().font());
+        QCOMPARE(organize->font().pixelSize(), PanelFonts::calloutPixelSize);
     }
 };
 

@@ -1,0 +1,123 @@
+// The XEmbed tray icon on a real tray (trayer, under xvfb-run): light on a dark tray, dark on a
+// light one, whatever the application's look, and in the colour a tray asks for with
+// _NET_SYSTEM_TRAY_COLORS; checked on the screen.
+#include "ui/TrayIcon.h"
+#include "ui/XEmbedTrayTint.h"
+
+#include <QApplication>
+#include <QProcess>
+#include <QScreen>
+#include <QtTest>
+
+#include <memory>
+
+using namespace pomvar;
+
+namespace {
+
+int distance(const QColor& a, const QColor& b)
+{
+    return std::abs(a.red() - b.red()) + std::abs(a.green() - b.green()) +
+           std::abs(a.blue() - b.blue());
+}
+
+// The pixel of the icon on the screen that stands out most from the tray at its corner.
+QColor glyphOnScreen(const QRect& icon)
+{
+    const QImage shot = QGuiApplication::primaryScreen()
+                            ->grabWindow(0, icon.x(), icon.y(), icon.width(), icon.height())
+                            .toImage();
+    QColor glyph = shot.pixelColor(0, 0);
+    for (int y = 0; y < shot.height(); ++y)
+        for (int x = 0; x < shot.width(); ++x)
+            if (distance(shot.pixelColor(x, y), shot.pixelColor(0, 0)) >
+                distance(glyph, shot.pixelColor(0, 0)))
+                glyph = shot.pixelColor(x, y);
+    return glyph;
+}
+
+} // namespace
+
+class TestTrayTint : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void glyphStandsOutOnTheTray_data()
+    {
+        QTest::addColumn<QString>("background");
+        QTest::addColumn<QColor>("window");
+        QTest::addColumn<QString>("requested");
+        QTest::addColumn<QColor>("glyph");
+        QTest::addColumn<bool>("trayFirst");
+        const QColor light(0xf0, 0xf0, 0xf0), dark(0x30, 0x30, 0x30);
+        QTest::newRow("dark tray, light look")
+            << "#202020" << light << "" << XEmbedTrayTint::lightGlyph << true;
+        QTest::newRow("light tray, dark look")
+            << "#e8e8e8" << dark << "" << XEmbedTrayTint::darkGlyph << true;
+        QTest::newRow("mid grey tray, dark look")
+            << "#8a8a8a" << dark << "" << XEmbedTrayTint::darkGlyph << true;
+        // Pomvar started before the tray: the icon appears when the tray does.
+        QTest::newRow("dark tray started later")
+            << "#202020" << light << "" << XEmbedTrayTint::lightGlyph << false;
+        // Foreground red, green and blue of 16 bits; then error, warning and success.
+        QTest::newRow("tray asks for a colour")
+            << "#e8e8e8" << dark << "65535,32896,0,0,0,0,0,0,0,0,0,0" << QColor(0xff, 0x80, 0)
+            << true;
+    }
+
+    void glyphStandsOutOnTheTray()
+    {
+        QFETCH(QString, background);
+        QFETCH(QColor, window);
+        QFETCH(QString, requested);
+        QFETCH(QColor, glyph);
+        QFETCH(bool, trayFirst);
+        QPalette palette = QApplication::palette();
+        palette.setColor(QPalette::Window, window);
+        QApplication::setPalette(palette);
+        // The tray's background comes from its GTK theme.
+        QTemporaryDir theme;
+        QFile gtkrc(theme.filePath("gtkrc"));
+        QVERIFY(gtkrc.open(QIODevice::WriteOnly));
+        gtkrc.write(("style \"tray\" { bg[NORMAL] = \"" + background +
+                     "\" }\nwidget_class \"*\" style \"tray\"\n")
+                        .toUtf8());
+        gtkrc.close();
+        QTRY_VERIFY(!QSystemTrayIcon::isSystemTrayAvailable()); // the last row's tray is gone
+        std::unique_ptr<TrayIcon> icon(trayFirst ? nullptr : new TrayIcon);
+        QProcess trayer;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("GTK2_RC_FILES", gtkrc.fileName());
+        trayer.setProcessEnvironment(environment);
+        trayer.start("trayer", { "--edge", "top", "--align", "right", "--widthtype", "request" });
+        QVERIFY2(trayer.waitForStarted(), "trayer (package trayer) did not start");
+        QTRY_VERIFY(XEmbedTrayTint::trayManager() != 0);
+        const QString tray = QString::number(XEmbedTrayTint::trayManager());
+        if (!requested.isEmpty())
+            QCOMPARE(QProcess::execute("xprop",
+                                       { "-id",
+                                         tray,
+                                         "-f",
+                                         "_NET_SYSTEM_TRAY_COLORS",
+                                         "32c",
+                                         "-set",
+                                         "_NET_SYSTEM_TRAY_COLORS",
+                                         requested }),
+                     0);
+        if (trayFirst)
+            icon = std::make_unique<TrayIcon>();
+        QTRY_VERIFY(icon->icon()->geometry().width() > 0);
+        QCOMPARE(icon->host(), TrayIcon::Host::XEmbed);
+        QTRY_COMPARE(icon->glyphColour(), glyph);
+        QTRY_VERIFY2(distance(glyphOnScreen(icon->icon()->geometry()), glyph) <= 12,
+                     qPrintable(glyphOnScreen(icon->icon()->geometry()).name()));
+        icon.reset();
+        trayer.terminate();
+        trayer.waitForFinished();
+        QTRY_VERIFY(XEmbedTrayTint::trayManager() == 0);
+    }
+};
+
+QTEST_MAIN(TestTrayTint)
+#include "tst_traytint.moc"

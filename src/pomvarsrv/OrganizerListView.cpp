@@ -1,0 +1,81 @@
+#include "OrganizerListView.h"
+
+#include "OrganizerListModel.h"
+
+#include <QKeyEvent>
+
+#include <algorithm>
+
+namespace pomvar::srv {
+
+OrganizerListView::OrganizerListView(OrganizerListModel* model,
+                                     const QString& name,
+                                     QWidget* parent)
+    : QListView(parent)
+    , m_model(model)
+{
+    setModel(model);
+    setAccessibleName(name);
+    setIconSize(QSize(24, 24));
+    setUniformItemSizes(true);
+    setSelectionMode(QAbstractItemView::ExtendedSelection);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setDropIndicatorShown(true);
+    setDragDropMode(QAbstractItemView::DragDrop);
+    setDefaultDropAction(Qt::MoveAction);
+}
+
+QStringList OrganizerListView::selectedKeys() const
+{
+    QModelIndexList rows = selectionModel()->selectedRows();
+    if (rows.isEmpty() && currentIndex().isValid())
+        rows << currentIndex();
+    std::sort(rows.begin(), rows.end());
+    QStringList keys;
+    for (const QModelIndex& index : rows)
+        keys << m_model->keyAt(index.row());
+    return keys;
+}
+
+QString OrganizerListView::currentKey() const
+{
+    return m_model->keyAt(currentIndex().row());
+}
+
+void OrganizerListView::selectKeys(const QStringList& keys)
+{
+    clearSelection();
+    bool first = true;
+    for (const QString& key : keys) {
+        const int row = m_model->rowOf(key);
+        if (row < 0)
+            continue;
+        const QModelIndex index = m_model->index(row);
+        if (first)
+            selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+        selectionModel()->select(index, QItemSelectionModel::Select);
+        first = false;
+    }
+    if (first && m_model->rowCount() > 0)
+        setCurrentIndex(m_model->index(0));
+    if (currentIndex().isValid())
+        scrollTo(currentIndex());
+}
+
+void OrganizerListView::keyPressEvent(QKeyEvent* event)
+{
+    const bool alt = event->modifiers() == Qt::AltModifier;
+    if (alt && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)) {
+        Q_EMIT moveRequested(event->key() == Qt::Key_Up ? -1 : 1);
+        return;
+    }
+    if (event->key() == Qt::Key_Delete && event->modifiers() == Qt::NoModifier) {
+        Q_EMIT removeRequested();
+        return;
+    }
+    QListView::keyPressEvent(event);
+}
+
+} // namespace pomvar::srv

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QListView>
+
+namespace pomvar::srv {
+
+class OrganizerListModel;
+
+// A list of the organizer, named for screen readers as its visible label, with drag and drop
+// and the keys of its buttons: Alt+Up and Alt+Down move the selection, Delete takes it out.
+class OrganizerListView : public QListView
+{
+    Q_OBJECT
+
+public:
+    OrganizerListView(OrganizerListModel* model, const QString& name, QWidget* parent = nullptr);
+
+    OrganizerListModel* listModel() const { return m_model; }
+    // The selected keys in list order; the current one alone when nothing is selected.
+    QStringList selectedKeys() const;
+    // Selects these keys (the first one current); the first row when none is listed.
+    void selectKeys(const QStringList& keys);
+    QString currentKey() const;
+
+Q_SIGNALS:
+    // -1 up, +1 down.
+    void moveRequested(int by);
+    void removeRequested();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    OrganizerListModel* m_model;
+};
+
+} // namespace pomvar::srv

@@ -191,10 +191,11 @@ QString OrganizePane::currentCategory() const
 
 void OrganizePane::refresh()
 {
-    const QStringList pins = m_pins->selectedKeys();
+    const QStringList pins = m_pins->selectedKeys(false);
+    const QString currentPin = m_pins->currentKey();
     const QString category = currentCategory();
     m_pins->listModel()->setApps(m_model.store().pins(), m_model.apps());
-    m_pins->selectKeys(pins);
+    m_pins->selectKeys(pins, currentPin);
     std::vector<OrganizerListModel::Row> rows;
     for (const AppCategory& each : m_model.store().categories()) {
         const QString name = QString::fromStdString(each.name);
@@ -202,17 +203,21 @@ void OrganizePane::refresh()
     }
     m_categories->listModel()->setRows(std::move(rows));
     m_categories->selectKeys({ category });
+    // A category is always chosen while there is one: its apps are shown beside.
+    if (m_categories->selectedKeys(false).isEmpty())
+        m_categories->selectKeys({ m_categories->currentKey() });
     refreshMembers();
 }
 
 void OrganizePane::refreshMembers()
 {
     const QString category = currentCategory();
-    const QStringList selected = m_members->selectedKeys();
+    const QStringList selected = m_members->selectedKeys(false);
+    const QString current = m_members->currentKey();
     const AppCategory* found = m_model.store().category(category.toStdString());
     m_members->listModel()->setApps(found ? found->apps : std::vector<std::string>{},
                                     m_model.apps());
-    m_members->selectKeys(selected);
+    m_members->selectKeys(selected, current);
     m_membersGroup->setTitle(membersTitle(category));
     m_members->setAccessibleName(membersTitle(category));
     updateButtons();

@@ -27,10 +27,10 @@ OrganizerListView::OrganizerListView(OrganizerListModel* model,
     setDefaultDropAction(Qt::MoveAction);
 }
 
-QStringList OrganizerListView::selectedKeys() const
+QStringList OrganizerListView::selectedKeys(bool orCurrent) const
 {
     QModelIndexList rows = selectionModel()->selectedRows();
-    if (rows.isEmpty() && currentIndex().isValid())
+    if (rows.isEmpty() && orCurrent && currentIndex().isValid())
         rows << currentIndex();
     std::sort(rows.begin(), rows.end());
     QStringList keys;
@@ -44,24 +44,23 @@ QString OrganizerListView::currentKey() const
     return m_model->keyAt(currentIndex().row());
 }
 
-void OrganizerListView::selectKeys(const QStringList& keys)
+void OrganizerListView::selectKeys(const QStringList& keys, const QString& current)
 {
-    clearSelection();
-    bool first = true;
+    QItemSelection selection;
     for (const QString& key : keys) {
-        const int row = m_model->rowOf(key);
-        if (row < 0)
-            continue;
-        const QModelIndex index = m_model->index(row);
-        if (first)
-            selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
-        selectionModel()->select(index, QItemSelectionModel::Select);
-        first = false;
+        if (const int row = m_model->rowOf(key); row >= 0)
+            selection.select(m_model->index(row), m_model->index(row));
     }
-    if (first && m_model->rowCount() > 0)
-        setCurrentIndex(m_model->index(0));
-    if (currentIndex().isValid())
-        scrollTo(currentIndex());
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    int row = m_model->rowOf(current);
+    if (row < 0 && !selection.isEmpty())
+        row = selection.indexes().constFirst().row();
+    if (row < 0 && m_model->rowCount() > 0)
+        row = 0;
+    if (row < 0)
+        return;
+    selectionModel()->setCurrentIndex(m_model->index(row), QItemSelectionModel::NoUpdate);
+    scrollTo(currentIndex());
 }
 
 void OrganizerListView::keyPressEvent(QKeyEvent* event)

@@ -16,10 +16,12 @@ public:
     OrganizerListView(OrganizerListModel* model, const QString& name, QWidget* parent = nullptr);
 
     OrganizerListModel* listModel() const { return m_model; }
-    // The selected keys in list order; the current one alone when nothing is selected.
-    QStringList selectedKeys() const;
-    // Selects these keys (the first one current); the first row when none is listed.
-    void selectKeys(const QStringList& keys);
+    // The selected keys in list order; the current one alone when nothing is selected, unless
+    // `orCurrent` is false.
+    QStringList selectedKeys(bool orCurrent = true) const;
+    // Selects these keys. `current` becomes the current row, or else the first key selected, or
+    // else the first row (then without selecting it).
+    void selectKeys(const QStringList& keys, const QString& current = {});
     QString currentKey() const;
 
 Q_SIGNALS:

@@ -5,11 +5,10 @@
 #include "UserNotice.h"
 
 #include <QCheckBox>
-#include <QComboBox>
-#include <QFormLayout>
 #include <QGroupBox>
-#include <QLabel>
+#include <QHBoxLayout>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QVBoxLayout>
 
 namespace pomvar::srv {
@@ -18,7 +17,8 @@ SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget
     : QWidget(parent)
     , m_model(model)
     , m_autostart(std::move(autostart))
-    , m_density(new QComboBox(this))
+    , m_normal(new QRadioButton(QStringLiteral("Normal"), this))
+    , m_compact(new QRadioButton(QStringLiteral("Compact"), this))
     , m_animation(checkBox(QStringLiteral("Animation effects"), "animationFx"))
     , m_saveExpanded(checkBox(QStringLiteral("Remember expanded categories"), "saveExpAppCats"))
     , m_saveLastMenu(checkBox(QStringLiteral("Remember last menu"), "saveLastMenu"))
@@ -27,32 +27,31 @@ SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget
     , m_clearRecent(new QPushButton(QStringLiteral("Clear Recent Apps"), this))
 {
     setObjectName(QStringLiteral("settingsPane"));
-    // The index is the stored value: Normal = 0, Compact = 1.
-    m_density->addItems({ QStringLiteral("Normal"), QStringLiteral("Compact") });
-    m_density->setObjectName(QStringLiteral("menuDensity"));
-    m_density->setAccessibleName(QStringLiteral("Menu density"));
-    setFocusProxy(m_density);
+    m_normal->setObjectName(QStringLiteral("densityNormal"));
+    m_compact->setObjectName(QStringLiteral("densityCompact"));
     m_clearRecent->setObjectName(QStringLiteral("clearRecent"));
     m_clearRecent->setAutoDefault(false);
 
+    auto* density = new QGroupBox(QStringLiteral("Menu density"), this);
+    auto* densityLayout = new QHBoxLayout(density);
+    densityLayout->addWidget(m_normal);
+    densityLayout->addWidget(m_compact);
+    densityLayout->addStretch(1);
     auto* menus = new QGroupBox(QStringLiteral("Menus"), this);
-    auto* form = new QFormLayout(menus);
-    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
-    auto* densityLabel = new QLabel(QStringLiteral("Menu density"), menus);
-    densityLabel->setBuddy(m_density);
-    form->addRow(densityLabel, m_density);
+    auto* menusLayout = new QVBoxLayout(menus);
     for (QCheckBox* box : { m_animation, m_saveExpanded, m_saveLastMenu, m_oneExpanded })
-        form->addRow(box);
+        menusLayout->addWidget(box);
     auto* system = new QGroupBox(QStringLiteral("System"), this);
     auto* systemLayout = new QVBoxLayout(system);
     systemLayout->addWidget(m_atLogin);
     systemLayout->addWidget(m_clearRecent, 0, Qt::AlignLeft);
     auto* layout = new QVBoxLayout(this);
+    layout->addWidget(density);
     layout->addWidget(menus);
     layout->addWidget(system);
     layout->addStretch(1);
 
-    connect(m_density, &QComboBox::currentIndexChanged, this, &SettingsPane::store);
+    connect(m_compact, &QRadioButton::toggled, this, &SettingsPane::store);
     for (QCheckBox* box : { m_animation, m_saveExpanded, m_saveLastMenu, m_oneExpanded })
         connect(box, &QCheckBox::toggled, this, &SettingsPane::store);
     connect(m_atLogin, &QCheckBox::toggled, this, [this](bool enabled) {
@@ -90,15 +89,18 @@ void SettingsPane::refresh()
         const QSignalBlocker quiet(box);
         box->setChecked(checked);
     }
-    const QSignalBlocker quiet(m_density);
-    m_density->setCurrentIndex(prefs.menuDensity == 1 ? 1 : 0);
+    const QSignalBlocker quiet(m_compact);
+    // Normal = 0, Compact = 1.
+    (prefs.menuDensity == 1 ? m_compact : m_normal)->setChecked(true);
+    // Where the keyboard starts when the pane is shown.
+    setFocusProxy(prefs.menuDensity == 1 ? m_compact : m_normal);
     m_clearRecent->setEnabled(!m_model.store().recent().empty());
 }
 
 void SettingsPane::store()
 {
     UserPrefs prefs = m_model.store().prefs();
-    prefs.menuDensity = m_density->currentIndex();
+    prefs.menuDensity = m_compact->isChecked() ? 1 : 0;
     prefs.animationFx = m_animation->isChecked();
     prefs.saveExpAppCats = m_saveExpanded->isChecked();
     prefs.saveLastMenu = m_saveLastMenu->isChecked();

@@ -5,7 +5,7 @@
 #include <QWidget>
 
 class QCheckBox;
-class QComboBox;
+class QRadioButton;
 class QPushButton;
 
 namespace pomvar::srv {
@@ -13,8 +13,9 @@ namespace pomvar::srv {
 class ServerModel;
 
 // The organizer's "Settings" pane: the five preferences the front end reads, each stored as it
-// is changed; "Start Pomvar at login", which writes or removes the autostart entry and shows
-// the entry's real state; "Clear Recent Apps".
+// is changed (the density as two radio buttons, whose names a screen reader reads as shown); "Start
+// Pomvar at login", which writes or removes the autostart entry and shows the entry's real state;
+// "Clear Recent Apps".
 class SettingsPane : public QWidget
 {
     Q_OBJECT
@@ -33,7 +34,8 @@ private:
 
     ServerModel& m_model;
     AutostartEntry m_autostart;
-    QComboBox* m_density;
+    QRadioButton* m_normal;
+    QRadioButton* m_compact;
     QCheckBox* m_animation;
     QCheckBox* m_saveExpanded;
     QCheckBox* m_saveLastMenu;

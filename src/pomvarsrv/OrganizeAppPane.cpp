@@ -69,6 +69,9 @@ OrganizeAppPane::OrganizeAppPane(ServerModel& model,
     scroll->setWidget(boxes);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    // The group's own background shows through.
+    scroll->viewport()->setAutoFillBackground(false);
+    boxes->setAutoFillBackground(false);
     auto* groupLayout = new QVBoxLayout(m_categoriesGroup);
     groupLayout->addWidget(scroll, 1);
     groupLayout->addWidget(m_newCategory, 0, Qt::AlignLeft);

@@ -15,13 +15,9 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QDialog>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPushButton>
-#include <QTabWidget>
 #include <QtTest>
 
 using namespace pomvar;
@@ -36,6 +32,23 @@ const char* const kStore = R"({"version": 1,
     "categories": [{"name": "Games", "apps": ["alpha.desktop", "beta.desktop", "gamma.desktop"]},
                    {"name": "Office", "apps": ["delta.desktop"]}, {"name": "Tools"}],
     "recent": ["alpha.desktop", "beta.desktop"]})";
+// kStore's My Apps in short, as summary() gives it.
+const QString kMyApps = "alpha beta gamma | Games: alpha beta gamma | Office: delta | Tools:";
+
+// The visible widget of that object name, or of that text for a button.
+template <typename T = QWidget>
+T* find(const QString& name)
+{
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        for (T* found : window->findChildren<T*>()) {
+            auto* button = qobject_cast<QAbstractButton*>(found);
+            if (found->isVisible() &&
+                (found->objectName() == name || (button && button->text() == name)))
+                return found;
+        }
+    }
+    return nullptr;
+}
 
 } // namespace
 
@@ -71,266 +84,216 @@ private Q_SLOTS:
         QTest::addColumn<QString>("item");
         QTest::addColumn<QString>("focus"); // the focused widget
         QTest::addColumn<QString>("shown"); // the current category, or the app's name
-        QTest::newRow("category") << 0 << "Office"
-                                  << "categories"
-                                  << "Office";
         // Without a category the list stays on the one chosen before.
-        QTest::newRow("no category") << 0 << ""
-                                     << "pinnedApps"
-                                     << "Office";
-        QTest::newRow("unknown category") << 0 << "Nope"
-                                          << "pinnedApps"
-                                          << "Office";
-        QTest::newRow("app") << 1 << "beta.desktop"
-                             << "appPinned"
-                             << "Beta";
-        QTest::newRow("no app") << 1 << ""
-                                << "chooseApp"
-                                << "No app chosen";
-        QTest::newRow("settings") << 2 << ""
-                                  << "densityNormal"
-                                  << "";
+        for (const auto& [tag, pane, item, focus, shown] :
+             { std::tuple("category", 0, "Office", "categories", "Office"),
+               { "no category", 0, "", "pinnedApps", "Office" },
+               { "unknown category", 0, "Nope", "pinnedApps", "Office" },
+               { "app", 1, "beta.desktop", "appPinned", "Beta" },
+               { "no app", 1, "", "chooseApp", "No app chosen" },
+               { "settings", 2, "", "densityNormal", "" } })
+            QTest::newRow(tag) << pane << item << focus << shown;
     }
     void oneWindowFollowsEachRequest()
     {
         QFETCH(int, pane);
         QFETCH(QString, item);
+        QFETCH(QString, focus);
+        QFETCH(QString, shown);
         OrganizerWindow* window = open(pane, item);
         QVERIFY(window);
         QCOMPARE(window->windowTitle(), "Pomvar Organizer");
-        QCOMPARE(window->pane(), pane);
-        QFETCH(QString, focus);
-        QTRY_COMPARE(QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : "",
-                     focus);
-        QFETCH(QString, shown);
+        QTRY_VERIFY(QApplication::focusWidget() &&
+                    QApplication::focusWidget()->objectName() == focus);
         if (pane == 0)
-            QCOMPARE(list("categories")->currentKey(), shown);
+            QCOMPARE(find<OrganizerListView>("categories")->currentKey(), shown);
         if (pane == 1)
-            QCOMPARE(window->findChild<QLabel*>("appName")->text(), shown);
-        // Never a second window.
+            QCOMPARE(find<QLabel>("appName")->text(), shown);
+        // A second request while it is open: the same window, on the pane asked for.
+        QVERIFY(m_server.send(request::organizer(OrganizerDlgMode::settings, {})));
+        QTRY_COMPARE(window->pane(), 2);
         int windows = 0;
         for (QWidget* each : QApplication::topLevelWidgets())
             windows += each->objectName() == "organizerWindow";
         QCOMPARE(windows, 1);
-        // A second request while it is open: the same window, on the pane asked for.
-        QVERIFY(m_server.send(request::organizer(OrganizerDlgMode::settings, {})));
-        QTRY_COMPARE(window->pane(), 2);
-        QCOMPARE(InProcessServer::waitForWindow("organizerWindow"), window);
     }
 
     void eachChangeSetsItsFlag_data()
     {
-        QTest::addColumn<QString>("action");
+        QTest::addColumn<int>("pane");
+        QTest::addColumn<QString>("control"); // clicked, then the dialog answered
+        QTest::addColumn<QString>("answer");  // "pick <filter>", "name <name>" or "confirm"
         QTest::addColumn<QString>("flag");
-        QTest::addColumn<QString>("myApps"); // pins | each category: its apps
-        const QString unchanged =
-            "alpha beta gamma | Games: alpha beta gamma | Office: delta | Tools:";
-        QTest::newRow("Unpin") << "Unpin"
-                               << "pinnedAppsModified"
-                               << "alpha gamma | Games: alpha beta gamma | Office: delta | Tools:";
-        QTest::newRow("Pin Apps") << "Pin Apps"
-                                  << "pinnedAppsModified"
-                                  << "alpha beta gamma delta | Games: alpha beta gamma | "
-                                     "Office: delta | Tools:";
-        QTest::newRow("Pinned unticked") << "Pinned"
-                                         << "pinnedAppsModified"
-                                         << "alpha gamma | Games: alpha beta gamma | Office: "
-                                            "delta | Tools:";
-        QTest::newRow("New Category") << "New Category"
-                                      << "appcatsModified" << unchanged + " | Music:";
-        QTest::newRow("Delete") << "Delete"
-                                << "appcatsModified"
-                                << "alpha beta gamma | Games: alpha beta gamma | Tools:";
-        QTest::newRow("Add Apps") << "Add Apps"
-                                  << "appcatsModified"
-                                  << "alpha beta gamma | Games: alpha beta gamma | Office: "
-                                     "delta epsilon | Tools:";
-        QTest::newRow("Remove") << "Remove"
-                                << "appcatsModified"
-                                << "alpha beta gamma | Games: alpha beta gamma | Office: | Tools:";
-        QTest::newRow("category ticked") << "Tools ticked"
-                                         << "appcatsModified" << unchanged + " beta";
-        QTest::newRow("New Category for an app")
-            << "App New Category"
-            << "appcatsModified" << unchanged + " | Music: beta";
-        QTest::newRow("Clear Recent Apps") << "Clear Recent Apps"
-                                           << "recentAppsModified" << unchanged;
-        QTest::newRow("preference") << "Animation effects"
-                                    << "" << unchanged;
+        QTest::addColumn<QString>("myApps");
+        const QString pinned = "pinnedAppsModified", appcats = "appcatsModified";
+        const QString rest = " | Games: alpha beta gamma | Office: delta | Tools:";
+        // The picker's filter matches as the search does: "spread" finds Delta's generic name.
+        for (const auto& [pane, control, answer, flag, myApps] :
+             { std::tuple(0, "unpin", "", pinned, QString("beta gamma" + rest)),
+               { 0, "pinApps", "pick spread", pinned, "alpha beta gamma delta" + rest },
+               { 1, "appPinned", "", pinned, "alpha gamma" + rest },
+               { 0, "newCategory", "name Music", appcats, kMyApps + " | Music:" },
+               { 0,
+                 "deleteCategory",
+                 "confirm",
+                 appcats,
+                 "alpha beta gamma | Games: alpha beta gamma | Tools:" },
+               { 0,
+                 "addApps",
+                 "pick eps",
+                 appcats,
+                 "alpha beta gamma | Games: alpha beta gamma | Office: delta epsilon | Tools:" },
+               { 0,
+                 "removeApps",
+                 "",
+                 appcats,
+                 "alpha beta gamma | Games: alpha beta gamma | Office: | Tools:" },
+               { 1, "Tools", "", appcats, kMyApps + " beta" },
+               { 1, "appNewCategory", "name Music", appcats, kMyApps + " | Music: beta" },
+               { 2, "clearRecent", "", "recentAppsModified", kMyApps },
+               { 2, "animationFx", "", "", kMyApps } })
+            QTest::newRow(control) << pane << control << answer << flag << myApps;
     }
     void eachChangeSetsItsFlag()
     {
-        QFETCH(QString, action);
-        QVERIFY(act(action));
+        QFETCH(int, pane);
+        QFETCH(QString, control);
+        QFETCH(QString, answer);
+        QVERIFY(open(pane, pane == 0 ? "Office" : "beta.desktop"));
+        find<QAbstractButton>(control)->click();
+        const QString value = answer.section(' ', 1);
+        if (answer.startsWith("pick"))
+            QVERIFY(pick(value));
+        if (answer.startsWith("name"))
+            QVERIFY(this->answer("New Category", value));
+        if (answer == "confirm") {
+            auto* box = qobject_cast<QMessageBox*>(
+                InProcessServer::waitForWindow("deleteCategoryConfirmation"));
+            QCOMPARE(box->informativeText(), "The apps in it stay installed.");
+            for (QAbstractButton* button : box->buttons()) {
+                if (button->text() == "Delete")
+                    button->click();
+            }
+        }
         QFETCH(QString, flag);
-        const Json flags = m_server.ask(request::plain(request::getMenuDataModifiedStatus));
+        const Json flags = ask(request::getMenuDataModifiedStatus);
         for (const char* each : { MenuDataStatus::kAppFolderModified,
                                   MenuDataStatus::kRecentAppsModified,
                                   MenuDataStatus::kAppcatsModified,
-                                  MenuDataStatus::kPinnedAppsModified })
+                                  MenuDataStatus::kPinnedAppsModified }) {
             QVERIFY2(flags.at(each) == (flag == each), each);
-        QCOMPARE(m_server.ask(request::plain(request::getMenuDataModifiedStatus)),
-                 Json::parse(R"({"appFolderModified": false, "recentAppsModified": false,
-                                 "appcatsModified": false, "pinnedAppsModified": false})"));
+            QVERIFY2(ask(request::getMenuDataModifiedStatus).at(each) == false, each);
+        }
         QFETCH(QString, myApps);
         QCOMPARE(summary(), myApps);
-        QCOMPARE(m_server.ask(request::plain(request::getRecentAppsMenuData)).size(),
-                 action == "Clear Recent Apps" ? 0u : 2u);
+        QCOMPARE(ask(request::getRecentAppsMenuData).size(), flag.startsWith("recent") ? 0u : 2u);
         // Saved before the click returned: a server killed now loses nothing.
         QVERIFY(StoreFile(m_desktop.storePath()).load() == m_server.app().model().store());
     }
 
     void reorder_data()
     {
-        QTest::addColumn<QString>("list");
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("to");
         QTest::addColumn<QString>("how"); // a button, Alt+key, or a drop before a row or onto it
         QTest::addColumn<QString>("item");
         QTest::addColumn<QString>("myApps");
+        const QString pins = "pinnedApps", categories = "categories", members = "categoryApps";
         const QString rest = " | Games: alpha beta gamma | Office: delta | Tools:";
-        QTest::newRow("pin down") << "pinnedApps"
-                                  << "pinsDown"
-                                  << "alpha.desktop"
-                                  << "beta alpha gamma" + rest;
-        QTest::newRow("pin Alt+Up") << "pinnedApps"
-                                    << "Alt+Up"
-                                    << "gamma.desktop"
-                                    << "alpha gamma beta" + rest;
-        QTest::newRow("pin dropped first") << "pinnedApps"
-                                           << "before 0"
-                                           << "gamma.desktop"
-                                           << "gamma alpha beta" + rest;
-        QTest::newRow("pin dropped last") << "pinnedApps"
-                                          << "before -1"
-                                          << "alpha.desktop"
-                                          << "beta gamma alpha" + rest;
-        QTest::newRow("pin dropped onto itself") << "pinnedApps"
-                                                 << "onto 1"
-                                                 << "beta.desktop"
-                                                 << "alpha beta gamma" + rest;
-        QTest::newRow("top pin up") << "pinnedApps"
-                                    << "pinsUp"
-                                    << "alpha.desktop"
-                                    << "alpha beta gamma" + rest;
-        QTest::newRow("category up") << "categories"
-                                     << "categoriesUp"
-                                     << "Office"
-                                     << "alpha beta gamma | Office: delta | Games: alpha beta "
-                                        "gamma | Tools:";
-        QTest::newRow("category Alt+Down") << "categories"
-                                           << "Alt+Down"
-                                           << "Games"
-                                           << "alpha beta gamma | Office: delta | Games: alpha "
-                                              "beta gamma | Tools:";
-        QTest::newRow("category dropped") << "categories"
-                                          << "before 0"
-                                          << "Tools"
-                                          << "alpha beta gamma | Tools: | Games: alpha beta "
-                                             "gamma | Office: delta";
-        QTest::newRow("member down") << "categoryApps"
-                                     << "membersDown"
-                                     << "beta.desktop"
-                                     << "alpha beta gamma | Games: alpha gamma beta | Office: "
-                                        "delta | Tools:";
-        QTest::newRow("member Alt+Up") << "categoryApps"
-                                       << "Alt+Up"
-                                       << "beta.desktop"
-                                       << "alpha beta gamma | Games: beta alpha gamma | Office: "
-                                          "delta | Tools:";
-        QTest::newRow("member dropped") << "categoryApps"
-                                        << "before 0"
-                                        << "gamma.desktop"
-                                        << "alpha beta gamma | Games: gamma alpha beta | Office: "
-                                           "delta | Tools:";
+        const QString officeFirst =
+            "alpha beta gamma | Office: delta | Games: alpha beta gamma | Tools:";
+        for (const auto& [tag, from, to, how, item, myApps] :
+             { std::tuple(
+                   "pin down", pins, pins, "pinsDown", "alpha", QString("beta alpha gamma" + rest)),
+               { "pin Alt+Up", pins, pins, "Alt+Up", "gamma", "alpha gamma beta" + rest },
+               { "top pin up", pins, pins, "pinsUp", "alpha", kMyApps },
+               { "pin dropped first", pins, pins, "before 0", "gamma", "gamma alpha beta" + rest },
+               { "pin dropped last", pins, pins, "before -1", "alpha", "beta gamma alpha" + rest },
+               { "pin dropped onto itself", pins, pins, "onto 1", "beta", kMyApps },
+               { "category up", categories, categories, "categoriesUp", "Office", officeFirst },
+               { "category Alt+Down", categories, categories, "Alt+Down", "Games", officeFirst },
+               { "category dropped",
+                 categories,
+                 categories,
+                 "before 0",
+                 "Tools",
+                 "alpha beta gamma | Tools: | Games: alpha beta gamma | Office: delta" },
+               { "member down",
+                 members,
+                 members,
+                 "membersDown",
+                 "beta",
+                 "alpha beta gamma | Games: alpha gamma beta | Office: delta | Tools:" },
+               { "member dropped",
+                 members,
+                 members,
+                 "before 0",
+                 "gamma",
+                 "alpha beta gamma | Games: gamma alpha beta | Office: delta | Tools:" },
+               // Apps from another list: onto a category they are filed there.
+               { "pin onto a category", pins, categories, "onto 2", "alpha", kMyApps + " alpha" },
+               { "picked onto a category",
+                 "appPickerList",
+                 categories,
+                 "onto 0",
+                 "delta",
+                 "alpha beta gamma | Games: alpha beta gamma delta | Office: delta | Tools:" },
+               { "picked between pins",
+                 "appPickerList",
+                 pins,
+                 "before 1",
+                 "epsilon",
+                 "alpha epsilon beta gamma" + rest },
+               { "member into the pins",
+                 members,
+                 pins,
+                 "before -1",
+                 "delta",
+                 "alpha beta gamma delta" + rest } })
+            QTest::newRow(tag) << from << to << how
+                               << (item + QString(item[0] >= 'a' ? ".desktop" : "")) << myApps;
     }
     void reorder()
-    {
-        QFETCH(QString, list);
-        QFETCH(QString, how);
-        QFETCH(QString, item);
-        QVERIFY(open(0, "Games"));
-        OrganizerListView* view = this->list(list);
-        view->selectKeys({ item });
-        if (how.startsWith("Alt+"))
-            QTest::keyClick(view, how.endsWith("Up") ? Qt::Key_Up : Qt::Key_Down, Qt::AltModifier);
-        else if (how.contains(' '))
-            drop(view, view, item, how);
-        else
-            button(how)->click();
-        QFETCH(QString, myApps);
-        QCOMPARE(summary(), myApps);
-        // The moved item stays selected, so that it can be moved on.
-        QCOMPARE(view->selectedKeys(), QStringList{ item });
-    }
-
-    void appsDroppedFromAnotherList_data()
-    {
-        QTest::addColumn<QString>("from");
-        QTest::addColumn<QString>("to");
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<QString>("item");
-        QTest::addColumn<QString>("myApps");
-        QTest::newRow("pin onto a category")
-            << "pinnedApps"
-            << "categories"
-            << "onto 2"
-            << "alpha.desktop"
-            << "alpha beta gamma | Games: alpha beta gamma | Office: delta | Tools: alpha";
-        // The picker of "Pin Apps…" lists the apps not pinned yet.
-        QTest::newRow("picked onto a category")
-            << "appPickerList"
-            << "categories"
-            << "onto 0"
-            << "delta.desktop"
-            << "alpha beta gamma | Games: alpha beta gamma delta | Office: delta | Tools:";
-        QTest::newRow("picked between pins")
-            << "appPickerList"
-            << "pinnedApps"
-            << "before 1"
-            << "epsilon.desktop"
-            << "alpha epsilon beta gamma | Games: alpha beta gamma | Office: delta | Tools:";
-        QTest::newRow("member into the pins")
-            << "categoryApps"
-            << "pinnedApps"
-            << "before -1"
-            << "delta.desktop"
-            << "alpha beta gamma delta | Games: alpha beta gamma | Office: delta | Tools:";
-    }
-    void appsDroppedFromAnotherList()
     {
         QFETCH(QString, from);
         QFETCH(QString, to);
         QFETCH(QString, how);
         QFETCH(QString, item);
-        QVERIFY(open(0, "Office"));
-        OrganizerListView* source = list(from);
+        // Games for the moves of its apps; Office, whose only app is not pinned, for the drops.
+        QVERIFY(open(0, from == to ? "Games" : "Office"));
         if (from == "appPickerList") {
-            button("pinApps")->click();
-            QWidget* picker = InProcessServer::waitForWindow("appPicker");
-            QVERIFY(picker);
-            source = picker->findChild<OrganizerListView*>();
+            find<QAbstractButton>("pinApps")->click();
+            QVERIFY(InProcessServer::waitForWindow("appPicker"));
         }
-        drop(source, list(to), item, how);
+        OrganizerListView* view = find<OrganizerListView>(from);
+        view->selectKeys({ item });
+        if (how.startsWith("Alt+"))
+            QTest::keyClick(view, how.endsWith("Up") ? Qt::Key_Up : Qt::Key_Down, Qt::AltModifier);
+        else if (how.contains(' '))
+            drop(view, find<OrganizerListView>(to), item, how);
+        else
+            find<QAbstractButton>(how)->click();
         QFETCH(QString, myApps);
         QCOMPARE(summary(), myApps);
+        // A moved item stays selected, so that it can be moved on.
+        if (from == to)
+            QCOMPARE(view->selectedKeys(), QStringList{ item });
     }
 
     void renameIsDeliveredOnce()
     {
         QVERIFY(open(0, "Games"));
-        QTRY_VERIFY(list("categories")->hasFocus());
-        QTest::keyClick(list("categories"), Qt::Key_F2);
+        auto* categories = find<OrganizerListView>("categories");
+        QTRY_VERIFY(categories->hasFocus());
+        QTest::keyClick(categories, Qt::Key_F2);
         QVERIFY(answer("Rename Category", "  Fun  "));
-        const Json payload = m_server.ask(request::plain(request::getMyAppsMenuData));
+        const Json payload = ask(request::getMyAppsMenuData);
         QCOMPARE(payload[field::renamedAppcats],
                  Json::parse(R"([{"old": "Games", "new": "Fun"}])"));
         QCOMPARE(payload[field::appcats], Json::parse(R"(["Fun", "Office", "Tools"])"));
-        QCOMPARE(m_server.ask(request::plain(
-                     request::getMenuDataModifiedStatus))[MenuDataStatus::kAppcatsModified],
-                 true);
-        QCOMPARE(m_server.ask(request::plain(request::getMyAppsMenuData))[field::renamedAppcats],
-                 Json::array());
-        // Still selected under its new name.
-        QCOMPARE(list("categories")->currentKey(), "Fun");
+        QCOMPARE(ask(request::getMenuDataModifiedStatus)[MenuDataStatus::kAppcatsModified], true);
+        QCOMPARE(ask(request::getMyAppsMenuData)[field::renamedAppcats], Json::array());
+        QCOMPARE(categories->currentKey(), "Fun");
     }
 
     void namesAreCheckedInTheDialog_data()
@@ -340,19 +303,19 @@ private Q_SLOTS:
         QTest::addColumn<QString>("problem");
         QTest::addColumn<QString>("appcats");
         const QString taken = "A category named \u201c%1\u201d already exists.";
-        const QString kept = "Games Office Tools";
+        const QString empty = "A category needs a name.";
         for (const char* opener : { "newCategory", "appNewCategory", "context menu" }) {
-            QTest::addRow("%s, empty", opener) << opener << "   "
-                                               << "A category needs a name." << kept;
-            QTest::addRow("%s, taken", opener) << opener << " gAMES " << taken.arg("Games") << kept;
+            QTest::addRow("%s, empty", opener) << opener << "   " << empty << "Games Office Tools";
+            QTest::addRow("%s, taken", opener)
+                << opener << " gAMES " << taken.arg("Games") << "Games Office Tools";
             QTest::addRow("%s, new", opener) << opener << " Music "
-                                             << "" << kept + " Music";
+                                             << ""
+                                             << "Games Office Tools Music";
         }
         QTest::newRow("rename, taken") << "renameCategory"
-                                       << "OFFICE" << taken.arg("Office") << kept;
+                                       << "OFFICE" << taken.arg("Office") << "Games Office Tools";
         QTest::newRow("rename, empty") << "renameCategory"
-                                       << ""
-                                       << "A category needs a name." << kept;
+                                       << "" << empty << "Games Office Tools";
         QTest::newRow("rename, case") << "renameCategory"
                                       << "GAMES"
                                       << ""
@@ -363,12 +326,13 @@ private Q_SLOTS:
         QFETCH(QString, opener);
         QFETCH(QString, name);
         QFETCH(QString, problem);
+        QFETCH(QString, appcats);
         if (opener == "context menu") {
             QVERIFY(m_server.send(request::createNewAppcatCxtmnu("beta.desktop")));
         } else {
             const bool app = opener == "appNewCategory";
             QVERIFY(open(app ? 1 : 0, app ? "beta.desktop" : "Games"));
-            button(opener)->click();
+            find<QAbstractButton>(opener)->click();
         }
         QPointer<QWidget> dialog = InProcessServer::waitForWindow(
             opener == "context menu" ? "newCategoryPrompt" : "categoryNameDialog");
@@ -381,12 +345,10 @@ private Q_SLOTS:
         QCOMPARE(said->isVisible() ? said->text() : QString(), problem);
         QCOMPARE(field->accessibleDescription(), problem);
         QCOMPARE(dialog->isVisible(), !problem.isEmpty());
-        QFETCH(QString, appcats);
         std::vector<std::string> expected;
         for (const QString& each : appcats.split(' '))
             expected.push_back(each.toStdString());
-        QCOMPARE(m_server.ask(request::plain(request::getMyAppsMenuData))[field::appcats],
-                 Json(expected));
+        QCOMPARE(ask(request::getMyAppsMenuData)[field::appcats], Json(expected));
         if (!problem.isEmpty()) {
             // Typing again takes the reason away; Escape gives up.
             QTest::keyClicks(field, "x");
@@ -402,16 +364,30 @@ private Q_SLOTS:
         QTest::addColumn<QString>("key");
         QTest::addColumn<Json>("set");
         QTest::addColumn<int>("back"); // the key that sets it back
-        QTest::newRow("Compact") << "densityCompact" << UserPrefs::kMenuDensity << Json(1)
-                                 << int(Qt::Key_Left);
-        QTest::newRow("Animation effects")
-            << "animationFx" << UserPrefs::kAnimationFx << Json(false) << int(Qt::Key_Space);
-        QTest::newRow("Remember expanded categories")
-            << "saveExpAppCats" << UserPrefs::kSaveExpAppCats << Json(false) << int(Qt::Key_Space);
-        QTest::newRow("Remember last menu")
-            << "saveLastMenu" << UserPrefs::kSaveLastMenu << Json(false) << int(Qt::Key_Space);
-        QTest::newRow("Only one category open at a time")
-            << "oneExpAppCat" << UserPrefs::kOneExpAppCat << Json(true) << int(Qt::Key_Space);
+        for (const auto& [tag, control, key, set, back] :
+             { std::tuple(
+                   "Compact", "densityCompact", UserPrefs::kMenuDensity, Json(1), Qt::Key_Left),
+               { "Animation effects",
+                 "animationFx",
+                 UserPrefs::kAnimationFx,
+                 Json(false),
+                 Qt::Key_Space },
+               { "Remember expanded categories",
+                 "saveExpAppCats",
+                 UserPrefs::kSaveExpAppCats,
+                 Json(false),
+                 Qt::Key_Space },
+               { "Remember last menu",
+                 "saveLastMenu",
+                 UserPrefs::kSaveLastMenu,
+                 Json(false),
+                 Qt::Key_Space },
+               { "Only one category open at a time",
+                 "oneExpAppCat",
+                 UserPrefs::kOneExpAppCat,
+                 Json(true),
+                 Qt::Key_Space } })
+            QTest::newRow(tag) << control << key << set << int(back);
     }
     void preferencesRoundTrip()
     {
@@ -419,20 +395,19 @@ private Q_SLOTS:
         QFETCH(QString, key);
         QFETCH(Json, set);
         QFETCH(int, back);
-        OrganizerWindow* window = open(2, {});
-        QVERIFY(window);
-        auto* button = window->findChild<QAbstractButton*>(control);
+        QVERIFY(open(2, {}));
+        auto* button = find<QAbstractButton>(control);
         QCOMPARE(button->text(), QTest::currentDataTag());
         button->setFocus();
         QTRY_VERIFY(button->hasFocus());
-        const Json before = m_server.ask(request::plain(request::getUserPrefs));
+        const Json before = ask(request::getUserPrefs);
         // Changed by keys, as a keyboard user does, then set back.
         for (const auto& [pressed, value] :
              { std::pair(int(Qt::Key_Space), set), { back, before[key.toStdString()] } }) {
             QTest::keyClick(QApplication::focusWidget(), Qt::Key(pressed));
             Json expected = before;
             expected[key.toStdString()] = value;
-            QCOMPARE(m_server.ask(request::plain(request::getUserPrefs)), expected);
+            QCOMPARE(ask(request::getUserPrefs), expected);
         }
         // Shown as stored when the pane opens.
         m_server.app().model().setPrefs({ 1, false, false, false, true });
@@ -445,8 +420,8 @@ private Q_SLOTS:
         const AutostartEntry entry;
         QVERIFY(entry.path().startsWith(m_desktop.configHome() + "/autostart/"));
         QVERIFY(entry.setEnabled(true));
-        auto* box = open(2, {})->findChild<QCheckBox*>("startAtLogin");
-        QCOMPARE(box->text(), "Start Pomvar at login");
+        QVERIFY(open(2, {}));
+        auto* box = find<QCheckBox>("Start Pomvar at login");
         QVERIFY(box->isChecked()); // the entry's real state
         box->click();
         QVERIFY(!QFile::exists(entry.path()) && !box->isChecked());
@@ -474,23 +449,7 @@ private:
         return window && window->pane() == pane ? window : nullptr;
     }
 
-    static OrganizerListView* list(const QString& name)
-    {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (auto* found = window->findChild<OrganizerListView*>(name))
-                return found;
-        }
-        return nullptr;
-    }
-
-    static QPushButton* button(const QString& name)
-    {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (auto* found = window->findChild<QPushButton*>(name); found && found->isVisible())
-                return found;
-        }
-        return nullptr;
-    }
+    Json ask(std::string_view id) const { return m_server.ask(request::plain(id)); }
 
     // Drops `item` of `from` onto `to` where a drag would end: "before <row>" (-1: after the
     // last) or "onto <row>".
@@ -501,74 +460,11 @@ private:
     {
         const int row = how.section(' ', 1).toInt();
         const bool onto = how.startsWith("onto");
-        std::unique_ptr<QMimeData> data(from->listModel()->mimeData(
-            { from->listModel()->index(from->listModel()->rowOf(item)) }));
+        OrganizerListModel* source = from->listModel();
+        std::unique_ptr<QMimeData> data(source->mimeData({ source->index(source->rowOf(item)) }));
         const QModelIndex parent = onto ? to->listModel()->index(row) : QModelIndex();
-        QVERIFY(to->listModel()->canDropMimeData(
-            data.get(), Qt::MoveAction, onto ? -1 : row, 0, parent));
         QVERIFY(
             to->listModel()->dropMimeData(data.get(), Qt::MoveAction, onto ? -1 : row, 0, parent));
-    }
-
-    // Does what a row names, in the pane it is on; false when a step could not be taken.
-    bool act(const QString& action)
-    {
-        if (action == "Unpin" || action == "Delete" || action == "Remove" ||
-            action == "New Category" || action == "Pin Apps" || action == "Add Apps") {
-            if (!open(0, "Office"))
-                return false;
-            list("pinnedApps")->selectKeys({ "beta.desktop" });
-            list("categoryApps")->selectKeys({ "delta.desktop" });
-        }
-        if (action == "Unpin")
-            button("unpin")->click();
-        if (action == "Remove")
-            QTest::keyClick(list("categoryApps"), Qt::Key_Delete);
-        if (action == "Delete") {
-            QTest::keyClick(list("categories"), Qt::Key_Delete);
-            auto* box = qobject_cast<QMessageBox*>(
-                InProcessServer::waitForWindow("deleteCategoryConfirmation"));
-            if (!box || box->informativeText() != "The apps in it stay installed.")
-                return false;
-            for (QAbstractButton* each : box->buttons()) {
-                if (each->text() == "Delete")
-                    each->click();
-            }
-        }
-        if (action == "New Category") {
-            button("newCategory")->click();
-            return answer("New Category", "Music");
-        }
-        if (action == "Pin Apps" || action == "Add Apps") {
-            button(action == "Pin Apps" ? "pinApps" : "addApps")->click();
-            // The search's matching: "spread" finds Delta by its generic name.
-            return pick(action == "Pin Apps" ? "spread" : "eps");
-        }
-        if (action == "Pinned" || action == "Tools ticked" || action == "App New Category") {
-            OrganizerWindow* window = open(1, "beta.desktop");
-            if (!window)
-                return false;
-            if (action == "Pinned")
-                window->findChild<QCheckBox*>("appPinned")->click();
-            for (QCheckBox* box : window->findChildren<QCheckBox*>("appCategory")) {
-                if (action == "Tools ticked" && box->text() == "Tools")
-                    box->click();
-            }
-            if (action == "App New Category") {
-                button("appNewCategory")->click();
-                return answer("New Category", "Music");
-            }
-        }
-        if (action == "Clear Recent Apps" || action == "Animation effects") {
-            OrganizerWindow* window = open(2, {});
-            if (!window)
-                return false;
-            if (action == "Clear Recent Apps")
-                window->findChild<QPushButton*>("clearRecent")->click();
-            else
-                window->findChild<QCheckBox*>("animationFx")->click();
-        }
-        return true;
     }
 
     // Types the name into the open name dialog of that title and accepts it.
@@ -584,19 +480,18 @@ private:
         return !dialog->isVisible();
     }
 
-    // Filters the open picker and chooses its only row by keys.
+    // Filters the open picker down to one row and chooses it by keys.
     static bool pick(const QString& filter)
     {
         QWidget* picker = InProcessServer::waitForWindow("appPicker");
         auto* field = picker ? picker->findChild<QLineEdit*>() : nullptr;
+        auto* list = picker ? picker->findChild<OrganizerListView*>() : nullptr;
         if (!field)
             return false;
         QTest::keyClicks(field, filter);
-        if (picker->findChild<OrganizerListView*>()->listModel()->rowCount() != 1)
-            return false;
         QTest::keyClick(field, Qt::Key_Down);
-        auto* list = picker->findChild<OrganizerListView*>();
-        if (!QTest::qWaitFor([&] { return list->hasFocus(); }))
+        if (list->listModel()->rowCount() != 1 ||
+            !QTest::qWaitFor([&] { return list->hasFocus(); }))
             return false;
         QTest::keyClick(list, Qt::Key_Return);
         return !picker->isVisible();
@@ -605,7 +500,7 @@ private:
     // The My Apps payload in short: "pins | Category: apps | …", app keys without ".desktop".
     QString summary() const
     {
-        const Json payload = m_server.ask(request::plain(request::getMyAppsMenuData));
+        const Json payload = ask(request::getMyAppsMenuData);
         const auto names = [](const Json& apps) {
             QStringList keys;
             for (const Json& app : apps)

@@ -35,8 +35,7 @@ AppPicker::AppPicker(const InstalledApps& apps,
     m_field->setClearButtonEnabled(false);
     m_field->installEventFilter(this);
     m_list->setObjectName(QStringLiteral("appPickerList"));
-    m_list->setAcceptDrops(false);
-    m_list->setDragDropMode(QAbstractItemView::DragOnly);
+    // Its rows are copied where they are dropped; its model takes no drops.
     m_list->setDefaultDropAction(Qt::CopyAction);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Ok)->setText(action);

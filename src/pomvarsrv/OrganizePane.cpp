@@ -294,9 +294,9 @@ void OrganizePane::remove(List list)
 void OrganizePane::pickApps(List list)
 {
     const QString category = currentCategory();
-    if (list == List::members && category.isEmpty())
-        return;
     const auto* found = m_model.store().category(category.toStdString());
+    if (list == List::members && !found)
+        return;
     const auto& present = list == List::pins ? m_model.store().pins() : found->apps;
     const QString title = list == List::pins
                               ? QStringLiteral("Pin Apps")

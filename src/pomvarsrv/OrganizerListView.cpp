@@ -55,12 +55,12 @@ void OrganizerListView::selectKeys(const QStringList& keys, const QString& curre
     int row = m_model->rowOf(current);
     if (row < 0 && !selection.isEmpty())
         row = selection.indexes().constFirst().row();
-    if (row < 0 && m_model->rowCount() > 0)
-        row = 0;
-    if (row < 0)
+    // Nothing chosen: the first row, if any.
+    const QModelIndex index = m_model->index(std::max(row, 0));
+    if (!index.isValid())
         return;
-    selectionModel()->setCurrentIndex(m_model->index(row), QItemSelectionModel::NoUpdate);
-    scrollTo(currentIndex());
+    selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
+    scrollTo(index);
 }
 
 void OrganizerListView::keyPressEvent(QKeyEvent* event)

@@ -42,6 +42,7 @@ if not waited(lambda: store()["recent"] == []):
 press(found(window, "page tab", "Organize"))
 pins = found(window, "list", "Pinned Apps")
 found(window, "list", "Categories")
+found(window, "list", "Apps in \u201cGames\u201d")
 found(window, "list item", "Games")
 session.check_named(window)
 rows = [pins.get_child_at_index(i).get_name() for i in range(pins.get_child_count())]

@@ -29,6 +29,7 @@ if not waited(lambda: expanded() == {"Old": True, "Other": False}):
 # The category's context menu: "Get Info", then "Organize".
 x, y = session.open_panel()
 session.click(x + 200, y + 22, button=3)
+session.popup()
 session.key("Down", "Down", "Return")
 organizer = session.window("Pomvar Organizer")
 session.focus(organizer)

@@ -107,8 +107,12 @@ private Q_SLOTS:
                     QApplication::focusWidget()->objectName() == focus);
         if (pane == 0)
             QCOMPARE(find<OrganizerListView>("categories")->currentKey(), shown);
-        if (pane == 1)
+        if (pane == 1) {
             QCOMPARE(find<QLabel>("appName")->text(), shown);
+            QSignalSpy info(window, &OrganizerWindow::infoRequested);
+            find<QAbstractButton>("Get Info")->click();
+            QCOMPARE(info.size(), item.isEmpty() ? 0 : 1);
+        }
         // A second request while it is open: the same window, on the pane asked for.
         QVERIFY(m_server.send(request::organizer(OrganizerDlgMode::settings, {})));
         QTRY_COMPARE(window->pane(), 2);
@@ -186,6 +190,18 @@ private Q_SLOTS:
         }
         QFETCH(QString, myApps);
         QCOMPARE(summary(), myApps);
+        if (pane == 0) {
+            // The pane shows the change too.
+            const auto shown = [](const char* list) {
+                return find<OrganizerListView>(list)->listModel()->keys().join(' ').remove(
+                    ".desktop");
+            };
+            QCOMPARE(shown("pinnedApps"), myApps.section(" | ", 0, 0));
+            QCOMPARE(shown("categoryApps"),
+                     myApps.section(find<OrganizerListView>("categories")->currentKey() + ":", 1)
+                         .section(" |", 0, 0)
+                         .trimmed());
+        }
         QCOMPARE(ask(request::getRecentAppsMenuData).size(), flag.startsWith("recent") ? 0u : 2u);
         // Saved before the click returned: a server killed now loses nothing.
         QVERIFY(StoreFile(m_desktop.storePath()).load() == m_server.app().model().store());

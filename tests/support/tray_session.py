@@ -173,6 +173,18 @@ class TraySession:
                 return window
         return None
 
+    def popup(self):
+        """Waits for a menu of the front end's (a context or control menu) to be shown."""
+        def shown():
+            for window in self.xdotool("search", "--onlyvisible", "--pid", str(self.pomvar.pid)):
+                x, y, w, h, viewable = self.geometry(window)
+                if viewable and w > 64 and (w, h) != (360, 494):
+                    return window
+            return None
+        window = waited(shown) or self.fail("no menu was shown")
+        time.sleep(0.2)  # its entries drawn, ready for keys
+        return window
+
     def open_panel(self):
         """Clicks the tray icon; the shown panel's top left corner."""
         self.xdotool("mousemove", "--window", self.icon, "8", "8", "click", "1")

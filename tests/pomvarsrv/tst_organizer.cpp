@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QTabWidget>
 #include <QtTest>
 
 using namespace pomvar;
@@ -190,18 +191,27 @@ private Q_SLOTS:
         }
         QFETCH(QString, myApps);
         QCOMPARE(summary(), myApps);
-        if (pane == 0) {
-            // The pane shows the change too.
-            const auto shown = [](const char* list) {
-                return find<OrganizerListView>(list)->listModel()->keys().join(' ').remove(
-                    ".desktop");
-            };
-            QCOMPARE(shown("pinnedApps"), myApps.section(" | ", 0, 0));
-            QCOMPARE(shown("categoryApps"),
-                     myApps.section(find<OrganizerListView>("categories")->currentKey() + ":", 1)
-                         .section(" |", 0, 0)
-                         .trimmed());
+        // The panes show the change too: Organize App a check box per category, ticked where
+        // the app is; Organize, switched to, the pins and the chosen category's apps.
+        const auto shown = [](const char* list) {
+            return find<OrganizerListView>(list)->listModel()->keys().join(' ').remove(".desktop");
+        };
+        if (pane == 1) {
+            QStringList boxes, expected;
+            for (auto* box :
+                 find<QWidget>("organizeAppPane")->findChildren<QCheckBox*>("appCategory"))
+                boxes << box->text() + (box->isChecked() ? ": beta" : ":");
+            for (const QString& part : myApps.split(" | ").mid(1))
+                expected << part.section(':', 0, 0) +
+                                (part.section(':', 1).split(' ').contains("beta") ? ": beta" : ":");
+            QCOMPARE(boxes, expected);
         }
+        find<QTabWidget>("organizerPanes")->setCurrentIndex(0);
+        QCOMPARE(shown("pinnedApps"), myApps.section(" | ", 0, 0));
+        QCOMPARE(shown("categoryApps"),
+                 myApps.section(find<OrganizerListView>("categories")->currentKey() + ":", 1)
+                     .section(" |", 0, 0)
+                     .trimmed());
         QCOMPARE(ask(request::getRecentAppsMenuData).size(), flag.startsWith("recent") ? 0u : 2u);
         // Saved before the click returned: a server killed now loses nothing.
         QVERIFY(StoreFile(m_desktop.storePath()).load() == m_server.app().model().store());
@@ -310,6 +320,12 @@ private Q_SLOTS:
         QCOMPARE(ask(request::getMenuDataModifiedStatus)[MenuDataStatus::kAppcatsModified], true);
         QCOMPARE(ask(request::getMyAppsMenuData)[field::renamedAppcats], Json::array());
         QCOMPARE(categories->currentKey(), "Fun");
+        // Organize App names its check boxes anew.
+        find<QTabWidget>("organizerPanes")->setCurrentIndex(1);
+        QStringList boxes;
+        for (auto* box : find<QWidget>("organizeAppPane")->findChildren<QCheckBox*>("appCategory"))
+            boxes << box->text();
+        QCOMPARE(boxes, QStringList({ "Fun", "Office", "Tools" }));
     }
 
     void namesAreCheckedInTheDialog_data()
@@ -462,7 +478,9 @@ private:
         if (!m_server.send(request::organizer(OrganizerDlgMode(pane), item.toStdString())))
             return nullptr;
         auto* window = InProcessServer::waitForWindow<OrganizerWindow>("organizerWindow");
-        return window && window->pane() == pane ? window : nullptr;
+        // Active, so that what follows is not mixed with the refresh an activation brings.
+        return window && window->pane() == pane && QTest::qWaitForWindowActive(window) ? window
+                                                                                       : nullptr;
     }
 
     Json ask(std::string_view id) const { return m_server.ask(request::plain(id)); }

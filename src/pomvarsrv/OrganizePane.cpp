@@ -84,13 +84,13 @@ OrganizePane::OrganizePane(ServerModel& model, AppPicker::Filter filter, QWidget
     connect(create, &QPushButton::clicked, this, &OrganizePane::newCategory);
     connect(rename, &QPushButton::clicked, this, &OrganizePane::renameCategory);
     connect(remove, &QPushButton::clicked, this, &OrganizePane::confirmDelete);
-    const std::pair<QPushButton*, std::pair<List, int>> moves[] = {
-        { pinsUp, { List::pins, -1 } },
-        { pinsDown, { List::pins, 1 } },
-        { categoriesUp, { List::categories, -1 } },
-        { categoriesDown, { List::categories, 1 } },
-        { membersUp, { List::members, -1 } },
-        { membersDown, { List::members, 1 } },
+    const std::pair<QPushButton*, std::pair<List, bool>> moves[] = {
+        { pinsUp, { List::pins, false } },
+        { pinsDown, { List::pins, true } },
+        { categoriesUp, { List::categories, false } },
+        { categoriesDown, { List::categories, true } },
+        { membersUp, { List::members, false } },
+        { membersDown, { List::members, true } },
     };
     for (const auto& [moveButton, how] : moves) {
         connect(moveButton, &QPushButton::clicked, this, [this, how = how] {
@@ -138,8 +138,8 @@ QGroupBox* OrganizePane::group(List list,
             [this, list](const QStringList& keys, const QString& before) {
                 place(list, keys, before);
             });
-    connect(listView, &OrganizerListView::moveRequested, this, [this, list](int by) {
-        move(list, by);
+    connect(listView, &OrganizerListView::moveRequested, this, [this, list](bool down) {
+        move(list, down);
     });
     connect(listView, &OrganizerListView::removeRequested, this, [this, list] {
         if (list == List::categories)
@@ -245,7 +245,7 @@ void OrganizePane::selectCategory(const QString& name)
     m_categories->setFocus();
 }
 
-void OrganizePane::move(List list, int by)
+void OrganizePane::move(List list, bool down)
 {
     OrganizerListView* listView = view(list);
     const QStringList keys = listView->selectedKeys();
@@ -254,12 +254,10 @@ void OrganizePane::move(List list, int by)
     const OrganizerListModel* model = listView->listModel();
     const int first = model->rowOf(keys.front());
     const int last = model->rowOf(keys.back());
-    if (by < 0 && first == 0)
-        return;
-    if (by > 0 && last == model->rowCount() - 1)
+    if (down ? last == model->rowCount() - 1 : first == 0)
         return;
     // Down: the block goes before the row after the next one (or last).
-    place(list, keys, model->keyAt(by < 0 ? first - 1 : last + 2));
+    place(list, keys, model->keyAt(down ? last + 2 : first - 1));
 }
 
 void OrganizePane::place(List list, const QStringList& keys, const QString& before)

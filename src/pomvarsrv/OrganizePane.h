@@ -47,8 +47,8 @@ private:
     QString currentCategory() const;
     void refreshMembers();
     void updateButtons();
-    // Moves the list's selection one place up (-1) or down (+1).
-    void move(List list, int by);
+    // Moves the list's selection one place up or down.
+    void move(List list, bool down);
     // Puts keys before another in the list (pinning or filing them), then shows it selected.
     void place(List list, const QStringList& keys, const QString& before);
     void remove(List list);

@@ -67,7 +67,7 @@ void OrganizerListView::keyPressEvent(QKeyEvent* event)
 {
     const bool alt = event->modifiers() == Qt::AltModifier;
     if (alt && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)) {
-        Q_EMIT moveRequested(event->key() == Qt::Key_Up ? -1 : 1);
+        Q_EMIT moveRequested(event->key() == Qt::Key_Down);
         return;
     }
     if (event->key() == Qt::Key_Delete && event->modifiers() == Qt::NoModifier) {

@@ -25,8 +25,7 @@ public:
     QString currentKey() const;
 
 Q_SIGNALS:
-    // -1 up, +1 down.
-    void moveRequested(int by);
+    void moveRequested(bool down);
     void removeRequested();
 
 protected:

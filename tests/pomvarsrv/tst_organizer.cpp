@@ -377,6 +377,9 @@ private Q_SLOTS:
         QCOMPARE(said->isVisible() ? said->text() : QString(), problem);
         QCOMPARE(field->accessibleDescription(), problem);
         QCOMPARE(dialog->isVisible(), !problem.isEmpty());
+        // A category made in the Organize pane is chosen there.
+        if (opener == "newCategory" && problem.isEmpty())
+            QCOMPARE(find<OrganizerListView>("categories")->currentKey(), "Music");
         std::vector<std::string> expected;
         for (const QString& each : appcats.split(' '))
             expected.push_back(each.toStdString());

@@ -1,10 +1,8 @@
 #include "NewCategoryPrompt.h"
 
+#include "CategoryNameDialog.h"
 #include "ServerLog.h"
 #include "ServerModel.h"
-#include "UserNotice.h"
-
-#include <QInputDialog>
 
 namespace pomvar::srv {
 
@@ -15,13 +13,9 @@ NewCategoryPrompt::NewCategoryPrompt(ServerModel& model, QObject* parent)
 
 void NewCategoryPrompt::ask(const QString& appkey)
 {
-    auto* dialog = new QInputDialog;
+    auto* dialog = new CategoryNameDialog(m_model.store(), QStringLiteral("New Category"));
     dialog->setObjectName(QStringLiteral("newCategoryPrompt"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowTitle(QStringLiteral("New Category"));
-    dialog->setLabelText(QStringLiteral("Name of the new category:"));
-    dialog->setInputMode(QInputDialog::TextInput);
-    connect(dialog, &QInputDialog::textValueSelected, this, [this, appkey](const QString& name) {
+    connect(dialog, &CategoryNameDialog::nameChosen, this, [this, appkey](const QString& name) {
         create(name, appkey);
     });
     dialog->open();
@@ -29,23 +23,8 @@ void NewCategoryPrompt::ask(const QString& appkey)
 
 void NewCategoryPrompt::create(const QString& name, const QString& appkey)
 {
-    const QString trimmed = name.trimmed();
-    if (trimmed.isEmpty()) {
-        UserNotice::show(QStringLiteral("New Category"),
-                         QStringLiteral("A category needs a name."));
-        Q_EMIT answered(false);
-        return;
-    }
-    const std::string utf8 = trimmed.toStdString();
-    if (m_model.store().category(utf8)) {
-        UserNotice::show(
-            QStringLiteral("New Category"),
-            QStringLiteral("A category named \u201c%1\u201d already exists.").arg(trimmed));
-        Q_EMIT answered(false);
-        return;
-    }
-    const bool created = m_model.createCategoryWith(utf8, appkey.toStdString());
-    qCInfo(lcServer) << "created the category" << trimmed << "with" << appkey;
+    const bool created = m_model.createCategoryWith(name.toStdString(), appkey.toStdString());
+    qCInfo(lcServer) << "created the category" << name << "with" << appkey;
     Q_EMIT answered(created);
 }
 

@@ -19,7 +19,7 @@ public:
     void ask(const QString& appkey);
 
 Q_SIGNALS:
-    // After the user's answer was acted on (created or refused).
+    // After a name was accepted (the dialog refuses a name that breaks the rule itself).
     void answered(bool created);
 
 private:

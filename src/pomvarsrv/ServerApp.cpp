@@ -216,8 +216,34 @@ void ServerApp::showSearch()
 
 void ServerApp::showOrganizer(int pane, const QString& itemkey)
 {
-    qCInfo(lcServer) << "organizer requested, pane" << pane << "item" << itemkey
-                     << "(no organizer yet)";
+    qCInfo(lcServer) << "organizer requested, pane" << pane << "item" << itemkey;
+    if (!m_organizer) {
+        m_organizer = std::make_unique<OrganizerWindow>(
+            m_model,
+            [this](const QString& query) { return pickerApps(query); },
+            [this](const std::string& appkey) {
+                for (const DesktopApp& entry : m_entries) {
+                    if (entry.id == appkey)
+                        return entry.genericName;
+                }
+                return QString();
+            });
+        connect(m_organizer.get(), &OrganizerWindow::infoRequested, this, &ServerApp::showAppInfo);
+    }
+    m_organizer->present(pane, itemkey);
+}
+
+std::vector<std::string> ServerApp::pickerApps(const QString& query) const
+{
+    std::vector<std::string> keys;
+    if (query.trimmed().isEmpty()) {
+        for (const AppEntry& app : m_model.apps().all())
+            keys.push_back(app.key);
+        return keys;
+    }
+    for (const std::size_t at : m_search.rank(query, m_model.store().uses(std::time(nullptr))))
+        keys.push_back(m_entries[at].id);
+    return keys;
 }
 
 void ServerApp::showAppInfo(const QString& appkey)

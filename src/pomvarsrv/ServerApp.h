@@ -5,6 +5,7 @@
 #include "CatalogueScan.h"
 #include "IconCache.h"
 #include "NewCategoryPrompt.h"
+#include "OrganizerWindow.h"
 #include "RequestHandler.h"
 #include "RuntimeServer.h"
 #include "SearchIndex.h"
@@ -58,6 +59,9 @@ private:
     void showSearch();
     // The organizer on a pane (OrganizerDlgMode) and an item (a category or an app key).
     void showOrganizer(int pane, const QString& itemkey);
+    // The organizer's picker: the apps matching a query as the search ranks them; all, in menu
+    // order, for an empty one.
+    std::vector<std::string> pickerApps(const QString& query) const;
     void showAppInfo(const QString& appkey);
     void showCategoryInfo(const QString& appcat);
     void showAbout();
@@ -81,6 +85,7 @@ private:
     SearchIndex m_search;
     std::vector<DesktopApp> m_entries; // in the search index's order
     std::unique_ptr<SearchWindow> m_searchWindow;
+    std::unique_ptr<OrganizerWindow> m_organizer;
     // Counts scans started and lists applied: only the latest one's results are used.
     int m_scanGeneration = 0;
     // Last, so that they are destroyed first: they wait for the scans and renders still running.

@@ -136,4 +136,60 @@ void ServerModel::setPrefs(const UserPrefs& prefs)
     save();
 }
 
+std::vector<std::string> ServerModel::installed(const std::vector<std::string>& keys) const
+{
+    std::vector<std::string> found;
+    for (const auto& key : keys) {
+        if (m_apps.contains(key))
+            found.push_back(key);
+    }
+    return found;
+}
+
+bool ServerModel::pinsChanged(bool changed)
+{
+    if (changed) {
+        m_allApps.clear();
+        m_flags.pinnedAppsModified = true;
+        save();
+    }
+    return changed;
+}
+
+bool ServerModel::appcatsChanged(bool changed)
+{
+    if (changed) {
+        m_flags.appcatsModified = true;
+        save();
+    }
+    return changed;
+}
+
+bool ServerModel::placePins(const std::vector<std::string>& keys, const std::string& before)
+{
+    return pinsChanged(m_store.placePins(installed(keys), before));
+}
+
+bool ServerModel::unpin(const std::vector<std::string>& keys)
+{
+    return pinsChanged(m_store.unpin(keys));
+}
+
+bool ServerModel::placeCategories(const std::vector<std::string>& names, const std::string& before)
+{
+    return appcatsChanged(m_store.placeCategories(names, before));
+}
+
+bool ServerModel::placeMembers(const std::string& category,
+                               const std::vector<std::string>& keys,
+                               const std::string& before)
+{
+    return appcatsChanged(m_store.placeMembers(category, installed(keys), before));
+}
+
+bool ServerModel::removeMembers(const std::string& category, const std::vector<std::string>& keys)
+{
+    return appcatsChanged(m_store.removeMembers(category, keys));
+}
+
 } // namespace pomvar::srv

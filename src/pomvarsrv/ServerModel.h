@@ -51,8 +51,21 @@ public:
     void clearRecent();
     void setPrefs(const UserPrefs& prefs);
 
+    // The organizer's changes (see Store); apps that are not installed are neither pinned nor
+    // filed. Each returns false when nothing changed.
+    bool placePins(const std::vector<std::string>& keys, const std::string& before);
+    bool unpin(const std::vector<std::string>& keys);
+    bool placeCategories(const std::vector<std::string>& names, const std::string& before);
+    bool placeMembers(const std::string& category,
+                      const std::vector<std::string>& keys,
+                      const std::string& before);
+    bool removeMembers(const std::string& category, const std::vector<std::string>& keys);
+
 private:
     void save();
+    std::vector<std::string> installed(const std::vector<std::string>& keys) const;
+    bool pinsChanged(bool changed);
+    bool appcatsChanged(bool changed);
 
     StoreFile* m_file;
     Store m_store;

@@ -43,6 +43,34 @@ std::optional<std::vector<std::string>> stringList(const nlohmann::json& value)
     return list;
 }
 
+// Moves (or adds) `keys` just before `before`, or last; an anchor that is itself moved gives
+// way to the first unmoved entry after it, so that a block dropped onto itself stays put.
+bool place(std::vector<std::string>& list,
+           const std::vector<std::string>& keys,
+           const std::string& before)
+{
+    const std::vector<std::string> old = list;
+    auto anchor = std::find(old.begin(), old.end(), before);
+    while (anchor != old.end() && containsValue(keys, *anchor))
+        ++anchor;
+    for (const auto& key : keys)
+        eraseValue(list, key);
+    auto at = anchor == old.end() ? list.end() : std::find(list.begin(), list.end(), *anchor);
+    for (const auto& key : keys) {
+        if (!containsValue(list, key))
+            at = std::next(list.insert(at, key));
+    }
+    return list != old;
+}
+
+bool eraseValues(std::vector<std::string>& list, const std::vector<std::string>& keys)
+{
+    bool erased = false;
+    for (const auto& key : keys)
+        erased = eraseValue(list, key) || erased;
+    return erased;
+}
+
 template <typename T>
 bool readMember(const nlohmann::json& object, const char* key, T& into)
 {
@@ -135,6 +163,49 @@ bool Store::renameCategory(const std::string& from, const std::string& to)
         return false;
     found->name = to;
     return true;
+}
+
+bool Store::placePins(const std::vector<std::string>& keys, const std::string& before)
+{
+    return place(m_pins, keys, before);
+}
+
+bool Store::unpin(const std::vector<std::string>& keys)
+{
+    return eraseValues(m_pins, keys);
+}
+
+bool Store::placeCategories(const std::vector<std::string>& names, const std::string& before)
+{
+    std::vector<std::string> order;
+    for (const auto& category : m_categories)
+        order.push_back(category.name);
+    std::vector<std::string> known;
+    for (const auto& name : names) {
+        if (containsValue(order, name))
+            known.push_back(name);
+    }
+    if (!place(order, known, before))
+        return false;
+    std::vector<AppCategory> sorted;
+    for (const auto& name : order)
+        sorted.push_back(*category(name));
+    m_categories = std::move(sorted);
+    return true;
+}
+
+bool Store::placeMembers(const std::string& category,
+                         const std::vector<std::string>& keys,
+                         const std::string& before)
+{
+    AppCategory* found = findCategory(category);
+    return found && place(found->apps, keys, before);
+}
+
+bool Store::removeMembers(const std::string& category, const std::vector<std::string>& keys)
+{
+    AppCategory* found = findCategory(category);
+    return found && eraseValues(found->apps, keys);
 }
 
 void Store::pushRecent(const std::string& appkey)

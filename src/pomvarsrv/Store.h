@@ -50,6 +50,17 @@ public:
 
     void setPrefs(const UserPrefs& prefs) { m_prefs = prefs; }
 
+    // The organizer's reordering. Each puts `keys` (in that order) just before `before`, or last
+    // when `before` is not in the list; false when nothing changed. Pins and members not yet in
+    // the list are added there; unknown categories are left out.
+    bool placePins(const std::vector<std::string>& keys, const std::string& before);
+    bool placeCategories(const std::vector<std::string>& names, const std::string& before);
+    bool placeMembers(const std::string& category,
+                      const std::vector<std::string>& keys,
+                      const std::string& before);
+    bool unpin(const std::vector<std::string>& keys);
+    bool removeMembers(const std::string& category, const std::vector<std::string>& keys);
+
     // Use decays by half every kUseHalfLife seconds: recent launches count more than old ones.
     static constexpr double kUseHalfLife = 14 * 24 * 3600;
     // One more launch at `now` (seconds since the epoch).

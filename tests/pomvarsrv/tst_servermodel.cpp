@@ -1,9 +1,9 @@
 // The server in-process: the store and its file, the payloads, the flags every change sets and
 // a report clears, renames reported once, every change saved, which requests are answered, the
-// new-category prompt, the port option and the autostart entry. Parsing is tst_requestparser's.
+// port option and the autostart entry. Parsing is tst_requestparser's; the new-category prompt
+// is tst_organizer's, with the organizer's own name dialogs.
 #include "AutostartEntry.h"
 #include "ChildProcess.h"
-#include "NewCategoryPrompt.h"
 #include "RequestHandler.h"
 #include "ServerModel.h"
 #include "ServerOptions.h"
@@ -13,8 +13,6 @@
 #include "wire/RuntimeEndpoint.h"
 
 #include <QApplication>
-#include <QInputDialog>
-#include <QMessageBox>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -47,7 +45,6 @@ private Q_SLOTS:
     void payloadsLeaveOutAppsNotInstalled();
     void changesSetTheirFlagsAndAreSaved();
     void onlyAwaitedRequestsAreAnswered();
-    void newCategoryPrompt();
     void portOption();
     void autostartEntry();
 };
@@ -225,32 +222,6 @@ void TestServerModel::onlyAwaitedRequestsAreAnswered()
     QCOMPARE(QList<QVariantList>(launches), QList<QVariantList>{ { "a.desktop" } });
     QCOMPARE(QList<QVariantList>(prompts), QList<QVariantList>{ { "c.desktop" } });
     QCOMPARE(quits.size(), 1);
-}
-
-void TestServerModel::newCategoryPrompt()
-{
-    for (const auto& [name, created] :
-         { std::pair(" Say \"hi\" \\o/ ", true), { "Taken", false }, { "   ", false } }) {
-        ServerModel model;
-        model.setApps(threeApps());
-        model.createCategoryWith("Taken", "b.desktop");
-        NewCategoryPrompt prompt(model);
-        QSignalSpy answered(&prompt, &NewCategoryPrompt::answered);
-        // Returns at once: the server goes on serving while the user types.
-        prompt.ask(QStringLiteral("a.desktop"));
-        auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
-        QVERIFY(dialog);
-        dialog->setTextValue(QString::fromUtf8(name));
-        dialog->accept();
-        QVERIFY(answered.size() == 1 && answered[0][0].toBool() == created);
-        const auto* made = model.store().category("Say \"hi\" \\o/");
-        QCOMPARE(made && made->apps == std::vector<std::string>{ "a.desktop" }, created);
-        // A refused name is told to the user.
-        auto* notice = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-        QCOMPARE(notice != nullptr, !created);
-        if (notice)
-            notice->close();
-    }
 }
 
 void TestServerModel::portOption()

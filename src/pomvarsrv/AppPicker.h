@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QDialog>
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+class QLineEdit;
+
+namespace pomvar::srv {
+
+class InstalledApps;
+class OrganizerListModel;
+class OrganizerListView;
+
+// Chooses apps among All Apps: a filter field over a list with multiple selection, whose rows
+// can also be dragged onto the organizer's lists. Down goes from the field to the list, Enter
+// chooses the selected apps (the current one when none is selected). It is not modal, so that
+// its rows can be dropped onto the organizer, and deletes itself when closed.
+class AppPicker : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // The keys of the apps matching a query, best first; every app, in menu order, for "".
+    using Filter = std::function<std::vector<std::string>(const QString& query)>;
+
+    AppPicker(const InstalledApps& apps,
+              Filter filter,
+              std::set<std::string> excluded,
+              const QString& title,
+              const QString& action,
+              QWidget* parent = nullptr);
+
+    void accept() override;
+
+Q_SIGNALS:
+    void chosen(const QStringList& appkeys);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void refresh();
+
+    const InstalledApps& m_apps;
+    Filter m_filter;
+    std::set<std::string> m_excluded;
+    QLineEdit* m_field;
+    OrganizerListModel* m_model;
+    OrganizerListView* m_list;
+};
+
+} // namespace pomvar::srv

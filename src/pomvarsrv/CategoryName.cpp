@@ -1,0 +1,19 @@
+#include "CategoryName.h"
+
+#include "Store.h"
+
+namespace pomvar::srv {
+
+QString CategoryName::problem(const QString& name, const Store& store, const QString& renaming)
+{
+    if (name.isEmpty())
+        return QStringLiteral("A category needs a name.");
+    for (const AppCategory& category : store.categories()) {
+        const QString taken = QString::fromStdString(category.name);
+        if (taken != renaming && taken.compare(name, Qt::CaseInsensitive) == 0)
+            return QStringLiteral("A category named \u201c%1\u201d already exists.").arg(taken);
+    }
+    return {};
+}
+
+} // namespace pomvar::srv

@@ -136,4 +136,34 @@ void ServerModel::setPrefs(const UserPrefs& prefs)
     save();
 }
 
+bool ServerModel::addToCategories(const std::vector<AppCategory>& categories)
+{
+    bool changed = false;
+    for (const AppCategory& category : categories) {
+        changed |= m_store.createCategory(category.name);
+        for (const std::string& appkey : category.apps)
+            changed |= m_apps.contains(appkey) && m_store.addMember(appkey, category.name);
+    }
+    if (changed) {
+        m_flags.appcatsModified = true;
+        save();
+    }
+    return changed;
+}
+
+void ServerModel::noteUpdatedFrom(const std::string& version)
+{
+    m_store.setUpdatedFrom(version);
+    save();
+}
+
+bool ServerModel::takeUpdateFinished()
+{
+    if (m_store.updatedFrom().empty())
+        return false;
+    m_store.setUpdatedFrom({});
+    save();
+    return true;
+}
+
 } // namespace pomvar::srv

@@ -44,7 +44,6 @@ AboutWindow::AboutWindow(QWidget* parent)
     body()->addLayout(heading);
 
     QPushButton* close = addButton(QStringLiteral("&Close"), QStringLiteral("close"));
-    close->setDefault(true);
     close->setFocus();
     connect(close, &QPushButton::clicked, this, &QDialog::close);
 }

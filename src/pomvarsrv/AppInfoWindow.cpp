@@ -103,7 +103,6 @@ void AppInfoWindow::showApp(const AppInfo& info)
         setTitle(QStringLiteral("App Info"));
         m_missing->setText(
             QStringLiteral("No installed app has the key \u201c%1\u201d.").arg(m_appkey));
-        m_close->setDefault(true);
         m_close->setFocus();
         return;
     }
@@ -124,7 +123,6 @@ void AppInfoWindow::showApp(const AppInfo& info)
     m_terminal->setText(yesNo(details.terminal));
     m_pinned->setText(yesNo(info.pinned));
     m_pomvarCategories->setText(listOrNone(info.categories));
-    m_open->setDefault(true);
     m_open->setFocus();
 }
 

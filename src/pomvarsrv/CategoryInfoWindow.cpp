@@ -85,7 +85,6 @@ void CategoryInfoWindow::showCategory(const CategoryInfo& info)
         m_name->setText(info.name);
         m_count->setText(
             QStringLiteral("There is no category named \u201c%1\u201d.").arg(info.name));
-        m_close->setDefault(true);
         m_close->setFocus();
         return;
     }
@@ -96,8 +95,6 @@ void CategoryInfoWindow::showCategory(const CategoryInfo& info)
         auto* item = new QListWidgetItem(QIcon(app.icon), app.name, m_apps);
         item->setData(kAppKey, app.appkey);
     }
-    m_apps->setCurrentRow(0);
-    m_organize->setDefault(true);
     if (info.apps->empty())
         m_organize->setFocus();
     else

@@ -58,6 +58,8 @@ QLabel* ServerWindow::textLabel(const QString& objectName, bool selectable)
     label->setTextInteractionFlags(selectable
                                        ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
                                        : Qt::TextSelectableByMouse);
+    if (selectable)
+        label->setFocusPolicy(Qt::StrongFocus); // reached by Tab, not only by a click
     return label;
 }
 

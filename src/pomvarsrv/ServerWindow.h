@@ -11,7 +11,8 @@ namespace pomvar::srv {
 
 // What every window of the server shares: one instance per kind, raised and focused when asked
 // again; Escape closes it; it never blocks (shown, not exec'd), so requests keep being served.
-// Every control is named for screen readers as it is labelled on screen.
+// Every control is named for screen readers as it is labelled on screen. Each window focuses its
+// main button, which Enter then presses.
 class ServerWindow : public QDialog
 {
     Q_OBJECT

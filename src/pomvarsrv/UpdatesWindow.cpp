@@ -36,9 +36,7 @@ void UpdatesWindow::showState(const QString& running, const QString& newer, bool
         m_text->setText(QStringLiteral("Pomvar %1 is up to date.").arg(running));
     else
         m_text->setText(QStringLiteral("Pomvar %1 is installed. Restart to use it.").arg(newer));
-    QPushButton* primary = newer.isEmpty() ? m_close : m_restart;
-    primary->setDefault(true);
-    primary->setFocus();
+    (newer.isEmpty() ? m_close : m_restart)->setFocus();
 }
 
 } // namespace pomvar::srv

@@ -43,7 +43,6 @@ WelcomeWindow::WelcomeWindow(QWidget* parent)
     QPushButton* skip = addButton(QStringLiteral("S&kip"), QStringLiteral("skip"));
     QPushButton* start =
         addButton(QStringLiteral("&Start with categories"), QStringLiteral("startWithCategories"));
-    start->setDefault(true);
     start->setFocus();
     connect(skip, &QPushButton::clicked, this, &QDialog::close);
     connect(start, &QPushButton::clicked, this, [this] {

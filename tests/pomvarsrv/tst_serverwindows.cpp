@@ -139,6 +139,15 @@ private Q_SLOTS:
         auto* window =
             openWindow<AppInfoWindow>(rq::getInfoApp("editor.desktop"), "appInfo", "Editor");
         QVERIFY(window);
+        // Tab reaches the values to copy and every button, Open first.
+        QCOMPARE(tabStops(),
+                 (QStringList{ "open",
+                               "close",
+                               "appId",
+                               "appPath",
+                               "openContainingFolder",
+                               "appCommand",
+                               "organize" }));
         QSignalSpy organize(window, &AppInfoWindow::organizeRequested);
         window->findChild<QPushButton*>("openContainingFolder")->click();
         QCOMPARE(m_opened, QUrl::fromLocalFile(m_desktop.systemData() + "/applications"));
@@ -177,12 +186,15 @@ private Q_SLOTS:
         QTest::keyClick(apps, Qt::Key_Return);
         auto* info = InProcessServer::waitForWindow<AppInfoWindow>("appInfoWindow");
         QVERIFY(info && info->appkey() == "plain.desktop" && window->isVisible());
+        QVERIFY(info->findChild<QLabel*>("appMissing")->isHidden());
         QCOMPARE(openWindow<CategoryInfoWindow>(
                      rq::getInfoAppcat("Gone"), "categoryInfo", "Category Info"),
                  window);
         QCOMPARE(window->findChild<QLabel*>("categoryCount")->text(),
                  "There is no category named \u201cGone\u201d.");
         QVERIFY(apps->isHidden());
+        window->findChild<QPushButton*>("close")->click();
+        QVERIFY(!window->isVisible());
     }
 
     void about()
@@ -195,11 +207,26 @@ private Q_SLOTS:
         QVERIFY(window->findChild<QLabel*>("aboutLibraries")
                     ->text()
                     .contains(QStringLiteral("Qt ") + qVersion() + ", GLib 2."));
+        QVERIFY(!window->findChild<QLabel*>("aboutIcon")->pixmap().isNull());
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        QCOMPARE(tabStops(), (QStringList{ "close", "aboutVersion", "aboutLibraries" }));
         QTest::keyClick(window, Qt::Key_Escape);
         QVERIFY(!window->isVisible());
     }
 
 private:
+    // The widgets Tab goes through, from the focused one.
+    static QStringList tabStops()
+    {
+        QStringList stops;
+        for (QWidget* at = QApplication::focusWidget(); at && !stops.contains(at->objectName());
+             at = QApplication::focusWidget()) {
+            stops << at->objectName();
+            QTest::keyClick(at, Qt::Key_Tab);
+        }
+        return stops;
+    }
+
     // Sends the request; the window once it shows that title and holds the focus.
     template <typename Window>
     Window* openWindow(const std::string& body, const char* kind, const QString& title)

@@ -17,7 +17,7 @@ pomvar uses the fixed runtime port: such tests never run in parallel.
 
 In the entries' lines and the store, "{root}" stands for the session's own folder.
 """
-import json, os, shutil, signal, socket, subprocess, sys, tempfile
+import json, os, shutil, signal, subprocess, sys, tempfile
 
 from atspi_session import Atspi, waited, write
 from gi.repository import GLib
@@ -88,34 +88,31 @@ class PomvarSession:
 
     def start(self):
         """The installed front end, once its own server listens. The port is the machine's: a
-        test of another build may take it first, and is waited for."""
+        test of another build may hold it, and is waited for."""
         for _ in range(5):
-            if not waited(lambda: not self.listening(), 120):
+            if not waited(lambda: not self.listeners(), 120):
                 break
             pomvar = self._spawn([f"{self.prefix}/bin/pomvar"], env=self.env,
                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-            if waited(self.listening, 30) and self.serving_from_prefix():
+            serving = waited(self.listeners, 30) or []
+            if serving and all(program.startswith(self.prefix + "/") for program in serving):
                 return pomvar
             pomvar.kill()
             pomvar.wait()
         self.fail(f"port {PORT} stays taken by another program")
 
-    def serving_from_prefix(self):
-        listeners = subprocess.run(["lsof", "-t", f"-iTCP:{PORT}", "-sTCP:LISTEN"],
-                                   capture_output=True, text=True).stdout.split()
-        try:
-            return all(os.readlink(f"/proc/{pid}/exe").startswith(self.prefix + "/")
-                       for pid in listeners) and bool(listeners)
-        except OSError:
-            return False
-
     @staticmethod
-    def listening():
-        try:
-            socket.create_connection(("127.0.0.1", PORT), timeout=1).close()
-            return True
-        except OSError:
-            return False
+    def listeners():
+        """The programs listening on the port."""
+        pids = subprocess.run(["lsof", "-t", f"-iTCP:{PORT}", "-sTCP:LISTEN"],
+                              capture_output=True, text=True).stdout.split()
+        programs = []
+        for pid in pids:
+            try:
+                programs.append(os.readlink(f"/proc/{pid}/exe"))
+            except OSError:
+                pass
+        return programs
 
     def front_end_pid(self):
         try:

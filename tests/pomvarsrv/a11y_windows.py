@@ -33,7 +33,7 @@ def store():
         return json.load(f)
 
 
-welcome = window("Welcome to Pomvar", ("Start with categories", "Skip"))
+welcome = window("Welcome to Pomvar", ("Start with categories", "Skip"), ("Welcome to Pomvar",))
 press(find(welcome, "push button", "Start with categories"))
 if not waited(lambda: [c["name"] for c in store()["categories"]] == ["Accessories", "Internet"]):
     session.fail(f"the welcome's categories are {store()['categories']}")
@@ -46,7 +46,7 @@ if not waited(lambda: os.path.exists(f"{session.root}/opened")):
     session.fail("Open launched nothing")
 
 session.request('{\n    "id": "get-info-appcat",\n    "appcat": "Internet"\n}')
-category = window("Internet", ("Organize…", "Close"), ("1 app",))
+category = window("Internet", ("Organize…", "Close"), ("Internet", "1 app"))
 if [row.get_name() for row in find_all(category, "list item")] != ["Mail"]:
     session.fail("the category's rows are not read as its apps' names")
 

@@ -6,6 +6,7 @@
 #include "InProcessServer.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
+#include "Updates.h"
 #include "wire/InstallPaths.h"
 #include "wire/Protocol.h"
 #include "wire/Version.h"
@@ -64,6 +65,10 @@ private Q_SLOTS:
                  newer ? QString("Pomvar 99.1.0 is installed. Restart to use it.")
                        : QString("Pomvar %1 is up to date.").arg(pomvar::version().data()));
         QCOMPARE(window->findChild<QPushButton*>("restartPomvar")->isVisible(), newer);
+        // Nothing newer: nothing to restart into.
+        Updates updates(options().installDir, QString::fromUtf8(pomvar::version()));
+        updates.confirm();
+        QCOMPARE(updates.isConfirmed(), newer);
     }
 
     void aChangedInstallFolderIsNoticed()
@@ -74,6 +79,11 @@ private Q_SLOTS:
         QVERIFY(TestDesktop::write(versionFile() + ".new", "99.2.0\n"));
         QVERIFY(QFile::rename(versionFile() + ".new", versionFile()));
         QTRY_COMPARE(text(window), "Pomvar 99.2.0 is installed. Restart to use it.");
+        // And as a hand edit does: written in place.
+        QFile file(versionFile());
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write("99.3.0\n"));
+        file.close();
+        QTRY_COMPARE(text(window), "Pomvar 99.3.0 is installed. Restart to use it.");
     }
 
     void restartIntoTheInstalledFrontEnd()

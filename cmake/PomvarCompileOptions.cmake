@@ -3,8 +3,7 @@ add_library(pomvar_build_options INTERFACE)
 target_compile_options(pomvar_build_options INTERFACE
     -Wall -Wextra -Werror -Wnon-virtual-dtor -Woverloaded-virtual -Wimplicit-fallthrough)
 target_compile_definitions(pomvar_build_options INTERFACE
-    QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER
-    POMVAR_VERSION="${PROJECT_VERSION}")
+    QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER)
 if(POMVAR_DIAGNOSTIC)
     target_compile_definitions(pomvar_build_options INTERFACE POMVAR_DIAGNOSTIC=1)
 endif()

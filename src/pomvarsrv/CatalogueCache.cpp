@@ -4,6 +4,7 @@
 #include "CatalogueCache.h"
 
 #include "AtomicFile.h"
+#include "wire/Version.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -93,7 +94,7 @@ QString CatalogueCache::defaultPath()
 
 std::string CatalogueCache::environment()
 {
-    std::string line = POMVAR_VERSION;
+    std::string line(pomvar::version());
     for (const char* name : { "XDG_DATA_HOME", "XDG_DATA_DIRS", "XDG_CURRENT_DESKTOP" })
         line.append("|").append(qEnvironmentVariable(name).toStdString());
     line += '|';

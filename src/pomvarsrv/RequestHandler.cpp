@@ -2,6 +2,7 @@
 
 #include "ServerLog.h"
 #include "ServerModel.h"
+#include "Updates.h"
 #include "wire/Protocol.h"
 
 #include <nlohmann/json.hpp>
@@ -19,9 +20,10 @@ QString text(const std::optional<std::string>& value)
 
 } // namespace
 
-RequestHandler::RequestHandler(ServerModel& model, QObject* parent)
+RequestHandler::RequestHandler(ServerModel& model, const Updates* updates, QObject* parent)
     : QObject(parent)
     , m_model(model)
+    , m_updates(updates)
 {}
 
 std::optional<std::string> RequestHandler::handle(const Request& request)
@@ -39,10 +41,13 @@ std::optional<std::string> RequestHandler::handle(const Request& request)
 std::string RequestHandler::reply(const Request& request)
 {
     const std::string& id = request.id;
-    if (id == request::getAppStatus)
+    if (id == request::getAppStatus) {
+        const bool ready = m_model.isReady();
         return Json{
-            { AppStatus::kReady, m_model.isReady() }, { AppStatus::kUpdateFinished, false }
+            { AppStatus::kReady, ready },
+            { AppStatus::kUpdateFinished, ready && m_model.takeUpdateFinished() }
         }.dump();
+    }
     if (id == request::getUserPrefs)
         return Store::prefsJson(m_model.store().prefs()).dump();
     if (id == request::getMenuDataModifiedStatus) {
@@ -71,9 +76,13 @@ std::string RequestHandler::reply(const Request& request)
         return Json{ { field::isset, isSet.value_or(false) } }.dump();
     }
     if (id == request::checkUpdateAvailable)
-        return Json{ { field::isUpdateAvailable, false } }.dump();
-    // get-app-update-status: updates are not handled yet.
-    return Json{ { field::status, "noUpdate" } }.dump();
+        return Json{
+            { field::isUpdateAvailable, m_updates && m_updates->isNewerInstalled() }
+        }.dump();
+    // get-app-update-status
+    return Json{
+        { field::status, m_updates ? m_updates->status() : updateStatus::noUpdate }
+    }.dump();
 }
 
 void RequestHandler::act(const Request& request)

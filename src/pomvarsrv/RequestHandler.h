@@ -11,6 +11,7 @@
 namespace pomvar::srv {
 
 class ServerModel;
+class Updates;
 
 // Carries out one request and gives its reply: a JSON text exactly for the requests the front
 // end awaits, nothing for the others. Actions that need the desktop (launching, dialogs, quitting)
@@ -20,7 +21,10 @@ class RequestHandler : public QObject
     Q_OBJECT
 
 public:
-    explicit RequestHandler(ServerModel& model, QObject* parent = nullptr);
+    // Without `updates`, no update is ever available.
+    explicit RequestHandler(ServerModel& model,
+                            const Updates* updates = nullptr,
+                            QObject* parent = nullptr);
 
     std::optional<std::string> handle(const Request& request);
 
@@ -41,6 +45,7 @@ private:
     void act(const Request& request);
 
     ServerModel& m_model;
+    const Updates* m_updates;
 };
 
 } // namespace pomvar::srv

@@ -32,6 +32,15 @@ void RuntimeServer::serve(const std::vector<int>& descriptors)
     }
 }
 
+void RuntimeServer::close()
+{
+    qDeleteAll(m_servers);
+    m_servers.clear();
+    // The connections, with their sockets.
+    const QObjectList connections = children();
+    qDeleteAll(connections);
+}
+
 void RuntimeServer::acceptFrom(QTcpServer* server)
 {
     while (QTcpSocket* socket = server->nextPendingConnection()) {

@@ -23,6 +23,8 @@ public:
 
     // Takes over listening sockets (LoopbackSockets).
     void serve(const std::vector<int>& descriptors);
+    // Closes the listening sockets and every connection: the port is free for another server.
+    void close();
 
 private:
     void acceptFrom(QTcpServer* server);

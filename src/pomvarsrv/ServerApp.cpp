@@ -4,9 +4,11 @@
 #include "Launcher.h"
 #include "ServerLog.h"
 #include "UserNotice.h"
+#include "wire/Version.h"
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QSet>
 #include <QTimer>
@@ -40,9 +42,15 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     : QObject(parent)
     , m_options(options)
     , m_model(&m_storeFile)
-    , m_handler(m_model)
+    , m_updates(m_options.installDir, QString::fromUtf8(pomvar::version()))
+    , m_handler(m_model, &m_updates)
     , m_server(m_handler)
     , m_prompt(m_model)
+    , m_windows(
+          m_model,
+          m_updates,
+          [this](const QString& appkey) { launch(appkey); },
+          [this](int pane, const QString& itemkey) { showOrganizer(pane, itemkey); })
 {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     m_scanPool.setMaxThreadCount(1);
@@ -62,6 +70,7 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     connect(&m_handler, &RequestHandler::categoryInfoRequested, this, &ServerApp::showCategoryInfo);
     connect(&m_handler, &RequestHandler::aboutRequested, this, &ServerApp::showAbout);
     connect(&m_handler, &RequestHandler::updatesRequested, this, &ServerApp::showUpdates);
+    connect(&m_updates, &Updates::restartDue, this, &ServerApp::restartIntoUpdate);
     connect(&m_catalogue, &AppCatalogue::changed, this, [this] {
         qCInfo(lcServer) << "the installed apps changed";
         scanInBackground();
@@ -79,6 +88,7 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
     m_server.serve(listeningSockets);
     // Only the server that holds the port owns the store and the icon cache: a second one
     // leaves without touching either.
+    const bool firstStart = !QFileInfo::exists(m_storeFile.path());
     m_model.setStore(m_storeFile.load());
     if (m_options.clearRecent) {
         qCInfo(lcServer) << "clearing the recent apps";
@@ -88,8 +98,6 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
         qCInfo(lcServer) << "refreshing: every icon is rendered again";
         m_icons.clear();
     }
-    if (m_options.welcome)
-        qCInfo(lcServer) << "--welcome given (no welcome dialog yet)";
     // Clients that connect meanwhile wait in the listen backlog: nothing is answered before
     // the catalogue is in.
     QElapsedTimer clock;
@@ -107,6 +115,13 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
     } else {
         apply(CatalogueScan::run(IconTheme::userThemeName(), m_icons));
         qCInfo(lcServer) << m_model.apps().size() << "apps loaded in" << clock.elapsed() << "ms";
+    }
+    if (firstStart || m_options.welcome) {
+        qCInfo(lcServer) << "showing the welcome:" << (firstStart ? "first start" : "--welcome");
+        // Stored now, so that the welcome never shows again unless asked for.
+        if (firstStart)
+            m_storeFile.save(m_model.store());
+        m_windows.showWelcome();
     }
 }
 
@@ -248,22 +263,32 @@ std::vector<std::string> ServerApp::pickerApps(const QString& query) const
 
 void ServerApp::showAppInfo(const QString& appkey)
 {
-    qCInfo(lcServer) << "get-info-app requested for" << appkey << "(no info window yet)";
+    m_windows.showAppInfo(appkey);
 }
 
 void ServerApp::showCategoryInfo(const QString& appcat)
 {
-    qCInfo(lcServer) << "get-info-appcat requested for" << appcat << "(no info window yet)";
+    m_windows.showCategoryInfo(appcat);
 }
 
 void ServerApp::showAbout()
 {
-    qCInfo(lcServer) << "about requested (no about window yet)";
+    m_windows.showAbout();
 }
 
 void ServerApp::showUpdates()
 {
-    qCInfo(lcServer) << "check-updates requested (no updates window yet)";
+    m_windows.showUpdates();
+}
+
+void ServerApp::restartIntoUpdate()
+{
+    // The port first: the new front end waits for its own server to take it.
+    m_server.close();
+    m_model.noteUpdatedFrom(m_updates.running().toStdString());
+    m_updates.startInstalledFrontEnd();
+    qCInfo(lcServer) << "restarted into the installed Pomvar: leaving";
+    QCoreApplication::exit(0);
 }
 
 SearchRow ServerApp::rowOf(const std::string& appkey, const DesktopApp* entry) const

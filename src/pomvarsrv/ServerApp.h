@@ -12,7 +12,9 @@
 #include "SearchWindow.h"
 #include "ServerModel.h"
 #include "ServerOptions.h"
+#include "ServerWindows.h"
 #include "StoreFile.h"
+#include "Updates.h"
 
 #include <QObject>
 #include <QThreadPool>
@@ -66,6 +68,8 @@ private:
     void showCategoryInfo(const QString& appcat);
     void showAbout();
     void showUpdates();
+    // The old front end is gone after the user asked to restart into the installed programs.
+    void restartIntoUpdate();
     std::vector<SearchRow> searchRows(const QString& query) const;
     std::vector<SearchRow> actionRows(const QString& appkey) const;
     // The app's row; its entry is looked up when not given.
@@ -74,6 +78,7 @@ private:
     ServerOptions m_options;
     StoreFile m_storeFile;
     ServerModel m_model;
+    Updates m_updates;
     RequestHandler m_handler;
     RuntimeServer m_server;
     AppCatalogue m_catalogue;
@@ -86,6 +91,7 @@ private:
     std::vector<DesktopApp> m_entries; // in the search index's order
     std::unique_ptr<SearchWindow> m_searchWindow;
     std::unique_ptr<OrganizerWindow> m_organizer;
+    ServerWindows m_windows;
     // Counts scans started and lists applied: only the latest one's results are used.
     int m_scanGeneration = 0;
     // Last, so that they are destroyed first: they wait for the scans and renders still running.

@@ -165,6 +165,17 @@ bool ServerModel::appcatsChanged(bool changed)
     return changed;
 }
 
+bool ServerModel::addToCategories(const std::vector<AppCategory>& categories)
+{
+    bool changed = false;
+    for (const AppCategory& category : categories) {
+        changed |= m_store.createCategory(category.name);
+        for (const std::string& appkey : category.apps)
+            changed |= m_apps.contains(appkey) && m_store.addMember(appkey, category.name);
+    }
+    return appcatsChanged(changed);
+}
+
 bool ServerModel::placePins(const std::vector<std::string>& keys, const std::string& before)
 {
     return pinsChanged(m_store.placePins(installed(keys), before));
@@ -190,6 +201,21 @@ bool ServerModel::placeMembers(const std::string& category,
 bool ServerModel::removeMembers(const std::string& category, const std::vector<std::string>& keys)
 {
     return appcatsChanged(m_store.removeMembers(category, keys));
+}
+
+void ServerModel::noteUpdatedFrom(const std::string& version)
+{
+    m_store.setUpdatedFrom(version);
+    save();
+}
+
+bool ServerModel::takeUpdateFinished()
+{
+    if (m_store.updatedFrom().empty())
+        return false;
+    m_store.setUpdatedFrom({});
+    save();
+    return true;
 }
 
 } // namespace pomvar::srv

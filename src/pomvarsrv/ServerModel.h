@@ -50,6 +50,13 @@ public:
     void noteLaunched(const std::string& appkey);
     void clearRecent();
     void setPrefs(const UserPrefs& prefs);
+    // Files the apps into their categories, creating the ones missing; false when nothing changed.
+    bool addToCategories(const std::vector<AppCategory>& categories);
+
+    // The update being made replaces `version`: kept in the store for the restarted server.
+    void noteUpdatedFrom(const std::string& version);
+    // True once after an update, when the front end asks first; then forgotten.
+    bool takeUpdateFinished();
 
     // The organizer's changes (see Store); apps that are not installed are neither pinned nor
     // filed. Each returns false when nothing changed.

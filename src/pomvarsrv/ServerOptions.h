@@ -11,6 +11,9 @@ struct ServerOptions
     bool clearRecent = false;
     bool refresh = false;
     bool welcome = false;
+    // The folder the server runs from, where the version file of the installed programs lies;
+    // empty: updates are never offered (tests, in-process servers).
+    QString installDir;
 
     // Unknown arguments are logged and ignored.
     static ServerOptions parse(const QStringList& arguments);

@@ -254,7 +254,7 @@ nlohmann::json Store::toJson() const
     nlohmann::json use = nlohmann::json::object();
     for (const auto& [appkey, entry] : m_use)
         use[appkey] = { entry.score, entry.at };
-    return {
+    nlohmann::json store = {
         { "version", kFormatVersion },
         { "pins", m_pins },
         { "categories", std::move(categories) },
@@ -262,6 +262,9 @@ nlohmann::json Store::toJson() const
         { "use", std::move(use) },
         { "prefs", prefsJson(m_prefs) },
     };
+    if (!m_updatedFrom.empty())
+        store["updatedFrom"] = m_updatedFrom;
+    return store;
 }
 
 nlohmann::json Store::prefsJson(const UserPrefs& prefs)
@@ -314,6 +317,8 @@ std::optional<Store> Store::fromJson(const nlohmann::json& value)
                 store.m_use[appkey] = { entry[0].get<double>(), entry[1].get<std::int64_t>() };
         }
     }
+    if (const auto from = value.find("updatedFrom"); from != value.end() && from->is_string())
+        store.m_updatedFrom = from->get<std::string>();
     if (value.contains("prefs")) {
         const auto& prefs = value["prefs"];
         if (!prefs.is_object() ||

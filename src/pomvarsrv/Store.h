@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace pomvar::srv {
@@ -60,6 +61,10 @@ public:
                       const std::string& before);
     bool unpin(const std::vector<std::string>& keys);
     bool removeMembers(const std::string& category, const std::vector<std::string>& keys);
+    // The version an update replaced, until the front end has been told the update is complete;
+    // empty otherwise.
+    const std::string& updatedFrom() const { return m_updatedFrom; }
+    void setUpdatedFrom(std::string version) { m_updatedFrom = std::move(version); }
 
     // Use decays by half every kUseHalfLife seconds: recent launches count more than old ones.
     static constexpr double kUseHalfLife = 14 * 24 * 3600;
@@ -85,6 +90,7 @@ private:
     std::vector<AppCategory> m_categories;
     std::vector<std::string> m_recent;
     UserPrefs m_prefs;
+    std::string m_updatedFrom;
     struct Use
     {
         double score = 0;    // as of `at`

@@ -48,7 +48,9 @@ int main(int argc, char* argv[])
         qCInfo(lcServer).noquote() << QString::fromStdString(notes).trimmed();
     qCInfo(lcServer) << "listening on port" << port;
 
-    ServerApp server(ServerOptions::parse(QApplication::arguments()));
+    ServerOptions options = ServerOptions::parse(QApplication::arguments());
+    options.installDir = QApplication::applicationDirPath();
+    ServerApp server(options);
     server.start(sockets);
     return QApplication::exec();
 }

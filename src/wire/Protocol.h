@@ -100,4 +100,14 @@ inline constexpr const char* isUpdateAvailable = "isUpdateAvailable";
 inline constexpr const char* status = "status";
 } // namespace field
 
+// The "status" of a get-app-update-status reply.
+namespace updateStatus {
+// Nothing to install: the poll stops.
+inline constexpr std::string_view noUpdate = "noUpdate";
+// Newer programs are installed, and the user has not yet asked to restart into them.
+inline constexpr std::string_view updateAvailable = "updateAvailable";
+// The user asked to restart: the front end quits, then the runtime server restarts Pomvar.
+inline constexpr std::string_view readyToInstall = "readyToInstall";
+} // namespace updateStatus
+
 } // namespace pomvar

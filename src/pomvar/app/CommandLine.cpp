@@ -2,17 +2,12 @@
 
 #include "app/FlagParser.h"
 #include "log/Output.h"
+#include "wire/Version.h"
 
 #include <cstdlib>
 #include <unistd.h>
 
 namespace pomvar {
-
-namespace {
-
-constexpr const char* kVersion = POMVAR_VERSION;
-
-} // namespace
 
 CmdLine readCmdLine(const std::vector<std::string>& arguments, bool bold)
 {
@@ -34,7 +29,7 @@ CmdLine readCmdLine(const std::vector<std::string>& arguments, bool bold)
                        flags.usage(bold) + "\n";
     } else if (version.wasSet) {
         cmdLine.action = CmdLine::Action::version;
-        cmdLine.text = concat("Pomvar for Mac version ", kVersion, "\n");
+        cmdLine.text = concat("Pomvar for Mac version ", pomvar::version(), "\n");
     } else {
         if (clearRecent.wasSet)
             cmdLine.rtArgs.emplace_back("--clear-recent");

@@ -2,6 +2,7 @@
 
 #include "app/SignalSafe.h"
 #include "log/Output.h"
+#include "wire/InstallPaths.h"
 
 #include <QCoreApplication>
 #include <QSaveFile>
@@ -37,7 +38,7 @@ std::string PidFile::getCacheDirPath()
 
 std::string PidFile::getPidFilePath()
 {
-    return cacheFolder() + "/Pomvar4Mac/pomvar.pid";
+    return cacheFolder() + "/" + paths::pidFileInCache;
 }
 
 void PidFile::create()

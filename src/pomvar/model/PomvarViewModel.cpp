@@ -259,11 +259,11 @@ void PomvarViewModel::appUpdateStatusTick(QTimer* timer)
         fatalStop("PomvarViewModel.startAppUpdateStatusTimer(): the reply has no \"status\"");
     const std::string status = lenient::text(*statusValue);
     trace("PomvarViewModel.startAppUpdateStatusTimer(): App update status: ", status);
-    if (status != "noUpdate" && status != "readyToInstall")
+    if (status != updateStatus::noUpdate && status != updateStatus::readyToInstall)
         return;
     timer->stop();
     timer->deleteLater();
-    if (status == "readyToInstall") {
+    if (status == updateStatus::readyToInstall) {
         trace("Pomvar: Quitting to install app update.");
         if (m_terminateApplication)
             m_terminateApplication();

@@ -1,0 +1,129 @@
+#include "AppInfoWindow.h"
+
+#include <QBoxLayout>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QUrl>
+
+namespace pomvar::srv {
+
+namespace {
+
+QString yesNo(bool value)
+{
+    return value ? QStringLiteral("Yes") : QStringLiteral("No");
+}
+
+QString listOrNone(const QStringList& items)
+{
+    return items.isEmpty() ? QStringLiteral("None") : items.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+AppInfoWindow::AppInfoWindow(QWidget* parent)
+    : ServerWindow(QStringLiteral("appInfoWindow"), parent)
+    , m_details(new QWidget)
+    , m_missing(textLabel(QStringLiteral("appMissing")))
+    , m_icon(iconLabel(QStringLiteral("appIcon")))
+    , m_name(headingLabel(QStringLiteral("appName")))
+    , m_genericName(textLabel(QStringLiteral("appGenericName")))
+    , m_comment(textLabel(QStringLiteral("appComment")))
+{
+    auto* heading = new QHBoxLayout;
+    auto* names = new QVBoxLayout;
+    names->addWidget(m_name);
+    names->addWidget(m_genericName);
+    names->addWidget(m_comment);
+    heading->addWidget(m_icon, 0, Qt::AlignTop);
+    heading->addLayout(names, 1);
+
+    auto* form = new QFormLayout;
+    m_id = addRow(form, QStringLiteral("Desktop file ID:"), QStringLiteral("appId"), true);
+    m_path = addRow(form, QStringLiteral("File:"), QStringLiteral("appPath"), true);
+    m_openFolder = new QPushButton(QStringLiteral("Open Containing &Folder"));
+    m_openFolder->setObjectName(QStringLiteral("openContainingFolder"));
+    m_openFolder->setAccessibleName(QStringLiteral("Open Containing Folder"));
+    m_openFolder->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    form->addRow(QString(), m_openFolder);
+    m_commandLine = addRow(form, QStringLiteral("Command:"), QStringLiteral("appCommand"), true);
+    m_categories = addRow(form, QStringLiteral("Categories:"), QStringLiteral("appCategories"));
+    m_terminal = addRow(form, QStringLiteral("Runs in a terminal:"), QStringLiteral("appTerminal"));
+    m_pinned = addRow(form, QStringLiteral("Pinned:"), QStringLiteral("appPinned"));
+    m_pomvarCategories =
+        addRow(form, QStringLiteral("Pomvar categories:"), QStringLiteral("appPomvarCategories"));
+
+    auto* details = new QVBoxLayout(m_details);
+    details->setContentsMargins({});
+    details->addLayout(heading);
+    details->addSpacing(8);
+    details->addLayout(form);
+    body()->addWidget(m_details);
+    body()->addWidget(m_missing);
+
+    m_organize = addButton(QStringLiteral("O&rganize…"), QStringLiteral("organize"));
+    m_open = addButton(QStringLiteral("&Open"), QStringLiteral("open"));
+    m_close = addButton(QStringLiteral("&Close"), QStringLiteral("close"));
+    connect(m_openFolder, &QPushButton::clicked, this, [this] {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(m_folder));
+    });
+    connect(m_open, &QPushButton::clicked, this, [this] {
+        Q_EMIT launchRequested(m_appkey);
+        close();
+    });
+    connect(m_organize, &QPushButton::clicked, this, [this] {
+        Q_EMIT organizeRequested(m_appkey);
+        close();
+    });
+    connect(m_close, &QPushButton::clicked, this, &QDialog::close);
+}
+
+QLabel* AppInfoWindow::addRow(QFormLayout* form,
+                              const QString& caption,
+                              const QString& objectName,
+                              bool selectable)
+{
+    QLabel* value = textLabel(objectName, selectable);
+    form->addRow(caption, value);
+    return value;
+}
+
+void AppInfoWindow::showApp(const AppInfo& info)
+{
+    m_appkey = info.appkey;
+    const bool found = info.details.has_value();
+    m_details->setVisible(found);
+    m_missing->setVisible(!found);
+    m_open->setVisible(found);
+    m_organize->setVisible(found);
+    if (!found) {
+        setTitle(QStringLiteral("App Info"));
+        m_missing->setText(
+            QStringLiteral("No installed app has the key \u201c%1\u201d.").arg(m_appkey));
+        m_close->setFocus();
+        return;
+    }
+    const AppDetails& details = *info.details;
+    setTitle(details.name);
+    setIcon(m_icon, info.icon);
+    m_icon->setAccessibleName(details.name);
+    m_name->setText(details.name);
+    m_genericName->setText(details.genericName);
+    m_genericName->setVisible(!details.genericName.isEmpty());
+    m_comment->setText(details.comment);
+    m_comment->setVisible(!details.comment.isEmpty());
+    m_id->setText(details.id);
+    m_path->setText(details.path);
+    m_folder = QFileInfo(details.path).absolutePath();
+    m_commandLine->setText(details.commandLine);
+    m_categories->setText(listOrNone(details.categories));
+    m_terminal->setText(yesNo(details.terminal));
+    m_pinned->setText(yesNo(info.pinned));
+    m_pomvarCategories->setText(listOrNone(info.categories));
+    m_open->setFocus();
+}
+
+} // namespace pomvar::srv

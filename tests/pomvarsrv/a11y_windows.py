@@ -1,0 +1,60 @@
+#!/usr/bin/python3
+# The info, about, welcome and updates windows as a screen reader finds them (atspi_session):
+# each window is found by its title, every control in it has a name, the names are the visible
+# labels, and its buttons are pressed through AT-SPI; Escape closes a window.
+# usage: a11y_windows.py <pomvarsrv>
+import json, os, sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
+from atspi_session import Atspi, Session, find, find_all, press, waited  # noqa: E402
+
+# No store: the welcome shows at the first start.
+session = Session(sys.argv[1], entries={
+    "editor": "Name=Editor\nComment=Edit plain text\nCategories=Utility;\n"
+              "Exec=touch {root}/opened",
+    "mail": "Name=Mail\nCategories=Network;Email;\nExec=true"})
+with open(os.path.join(os.path.dirname(sys.argv[1]), "version")) as f:
+    version = f.read().strip()
+
+
+def window(title, buttons, labels=()):
+    """The window, checked: its buttons and labels are there by name, nothing is unnamed."""
+    shown = session.window(title)
+    session.check_named(shown)
+    for role, names in (("push button", buttons), ("label", labels)):
+        for name in names:
+            if not find(shown, role, name):
+                session.fail(f"no {role} named {name!r} in {title!r}")
+    return shown
+
+
+def store():
+    with open(f"{session.root}/home/.config/pomvar/pomvarsrv.json") as f:
+        return json.load(f)
+
+
+welcome = window("Welcome to Pomvar", ("Start with categories", "Skip"), ("Welcome to Pomvar",))
+press(find(welcome, "push button", "Start with categories"))
+if not waited(lambda: [c["name"] for c in store()["categories"]] == ["Accessories", "Internet"]):
+    session.fail(f"the welcome's categories are {store()['categories']}")
+
+session.request('{\n    "id": "get-info-app",\n    "appkey": "editor.desktop"\n}')
+info = window("Editor", ("Open", "Organize…", "Open Containing Folder", "Close"),
+              ("Edit plain text", "editor.desktop", "Accessories"))
+press(find(info, "push button", "Open"))
+if not waited(lambda: os.path.exists(f"{session.root}/opened")):
+    session.fail("Open launched nothing")
+
+session.request('{\n    "id": "get-info-appcat",\n    "appcat": "Internet"\n}')
+category = window("Internet", ("Organize…", "Close"), ("Internet", "1 app"))
+if [row.get_name() for row in find_all(category, "list item")] != ["Mail"]:
+    session.fail("the category's rows are not read as its apps' names")
+
+session.request('{\n    "id": "about"\n}')
+window("About Pomvar", ("Close",), (f"Version {version}",))
+session.request('{\n    "id": "check-updates"\n}')
+updates = window("Pomvar Updates", ("Close",), (f"Pomvar {version} is up to date.",))
+Atspi.generate_keyboard_event(0xff1b, None, Atspi.KeySynthType.SYM)  # XK_Escape
+if not waited(lambda: not updates.get_state_set().contains(Atspi.StateType.SHOWING)):
+    session.fail("Escape did not close the updates window")
+session.finish("the welcome, info, about and updates windows are found, named and pressed")

@@ -1,0 +1,251 @@
+// The info, about and welcome windows of a server run in-process over real desktop entries,
+// opened by their requests over the wire and driven by keys: what each shows, one window per kind
+// switched by the next request, Escape, and what their buttons do. The server starts on an empty
+// store, so the welcome shows at once; its categories are read back over the wire.
+#include "AppInfoWindow.h"
+#include "CategoryInfoWindow.h"
+#include "InProcessServer.h"
+#include "SrvClient.h"
+#include "TestDesktop.h"
+#include "wire/Protocol.h"
+#include "wire/Version.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+using namespace pomvar::srv;
+using namespace pomvar::test;
+namespace rq = pomvar::request;
+using Json = nlohmann::json;
+
+class TestServerWindows : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void openUrl(const QUrl& url) { m_opened = url; }
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        m_marker = m_desktop.root() + "/bin/marker";
+        QVERIFY(TestDesktop::write(m_marker, "#!/bin/sh\ntouch \"$0.$1\"\n", true));
+        const QByteArray exec = "Exec=" + m_marker.toUtf8();
+        const std::pair<const char*, QByteArray> entries[] = {
+            { "editor",
+              "Name=Editor\nGenericName=Text Editor\nComment=Edit plain text\n" + exec +
+                  " editor %F\nCategories=GTK;Utility;TextEditor;" },
+            { "shell", "Name=Shell\nTerminal=true\n" + exec + " shell\nCategories=System;" },
+            { "panel", "Name=Control Panel\n" + exec + " panel\nCategories=Settings;System;" },
+            { "music", "Name=Music\n" + exec + " music\nCategories=Audio;AudioVideo;" },
+            { "plain", "Name=Plain\n" + exec + " plain" },
+        };
+        for (const auto& [id, lines] : entries)
+            QVERIFY(TestDesktop::writeEntry(
+                m_desktop.systemData(), QString::fromLatin1(id) + ".desktop", lines));
+        InProcessServer::useDesktop(m_desktop);
+        QDesktopServices::setUrlHandler("file", this, "openUrl");
+        QVERIFY(m_server.start());
+    }
+
+    void welcomeAtTheFirstStartMakesCategoriesFromTheEntries()
+    {
+        QWidget* welcome = InProcessServer::waitForWindow("welcomeWindow");
+        QVERIFY(welcome);
+        QVERIFY(QFile::exists(m_desktop.storePath())); // so it never shows again
+        QTest::keyClick(welcome, Qt::Key_Return);      // "Start with categories", the default
+        QVERIFY(!welcome->isVisible());
+        JCOMPARE(m_server.ask(rq::plain(rq::getMenuDataModifiedStatus))["appcatsModified"], true);
+        const Json myApps = m_server.ask(rq::plain(rq::getMyAppsMenuData));
+        JCOMPARE(myApps["appcats"],
+                 Json::parse(R"(["Accessories", "Settings", "Sound & Video", "System"])"));
+        Json members;
+        for (const auto& [name, apps] : myApps["appcatapps"].items())
+            for (const auto& app : apps)
+                members[name].push_back(app["appkey"]);
+        JCOMPARE(members, Json::parse(R"({"Accessories": ["editor.desktop"],
+                                 "Settings": ["panel.desktop"],
+                                 "Sound & Video": ["music.desktop"],
+                                 "System": ["shell.desktop"]})"));
+        // Another start on this store shows no welcome, unless asked to.
+        for (const bool asked : { false, true }) {
+            welcome->close();
+            InProcessServer again;
+            ServerOptions options;
+            options.welcome = asked;
+            QVERIFY(again.start(options)); // which shows it, or not
+            const QWidgetList windows = QApplication::topLevelWidgets();
+            QCOMPARE(std::count_if(windows.begin(),
+                                   windows.end(),
+                                   [](QWidget* w) {
+                                       return w->objectName() == "welcomeWindow" && w->isVisible();
+                                   }),
+                     asked ? 1 : 0);
+        }
+    }
+
+    void appInfo_data()
+    {
+        QTest::addColumn<QString>("appkey");
+        QTest::addColumn<QStringList>("shown"); // objectName=text of the labels
+        const QString path = m_desktop.systemData() + "/applications/";
+        QTest::newRow("pinned, in a category")
+            << "editor.desktop"
+            << QStringList{ "appName=Editor",
+                            "appGenericName=Text Editor",
+                            "appComment=Edit plain text",
+                            "appId=editor.desktop",
+                            "appPath=" + path + "editor.desktop",
+                            "appCommand=" + m_marker + " editor %F",
+                            "appCategories=GTK, Utility, TextEditor",
+                            "appTerminal=No",
+                            "appPinned=Yes",
+                            "appPomvarCategories=Accessories" };
+        QTest::newRow("in a terminal") << "shell.desktop"
+                                       << QStringList{ "appName=Shell",
+                                                       "appTerminal=Yes",
+                                                       "appPinned=No",
+                                                       "appCategories=System",
+                                                       "appPomvarCategories=System" };
+        QTest::newRow("plain") << "plain.desktop"
+                               << QStringList{ "appName=Plain",
+                                               "appCategories=None",
+                                               "appPomvarCategories=None" };
+    }
+    void appInfo()
+    {
+        QFETCH(QString, appkey);
+        QFETCH(QStringList, shown);
+        if (!m_pinned)
+            m_pinned = m_server.send(rq::togglePinApp("editor.desktop"));
+        // Each switches the window shown.
+        auto* window = openWindow<AppInfoWindow>(
+            rq::getInfoApp(appkey.toStdString()), "appInfo", shown[0].section(u'=', 1));
+        QVERIFY(window);
+        for (const QString& line : shown)
+            QCOMPARE(window->findChild<QLabel*>(line.section(u'=', 0, 0))->text(),
+                     line.section(u'=', 1));
+        QVERIFY(!window->findChild<QLabel*>("appGenericName")->isHidden() ==
+                shown.contains("appGenericName=Text Editor"));
+    }
+
+    void appInfoButtonsAndKeys()
+    {
+        auto* window =
+            openWindow<AppInfoWindow>(rq::getInfoApp("editor.desktop"), "appInfo", "Editor");
+        QVERIFY(window);
+        // Tab reaches the values to copy and every button, Open first.
+        QCOMPARE(tabStops(),
+                 (QStringList{ "open",
+                               "close",
+                               "appId",
+                               "appPath",
+                               "openContainingFolder",
+                               "appCommand",
+                               "organize" }));
+        QSignalSpy organize(window, &AppInfoWindow::organizeRequested);
+        window->findChild<QPushButton*>("openContainingFolder")->click();
+        QCOMPARE(m_opened, QUrl::fromLocalFile(m_desktop.systemData() + "/applications"));
+        window->findChild<QPushButton*>("organize")->click();
+        QCOMPARE(organize.value(0), QVariantList{ "editor.desktop" });
+        QVERIFY(!window->isVisible());
+        // Enter opens it: launched as "launch" would, then the window closes.
+        QCOMPARE(openWindow<AppInfoWindow>(rq::getInfoApp("editor.desktop"), "appInfo", "Editor"),
+                 window);
+        QTest::keyClick(window, Qt::Key_Return);
+        QTRY_VERIFY(QFile::exists(m_marker + ".editor"));
+        JCOMPARE(m_server.ask(rq::plain(rq::getRecentAppsMenuData))[0]["appkey"], "editor.desktop");
+        // An unknown key says so; Escape closes.
+        QCOMPARE(openWindow<AppInfoWindow>(rq::getInfoApp("gone.desktop"), "appInfo", "App Info"),
+                 window);
+        QCOMPARE(window->findChild<QLabel*>("appMissing")->text(),
+                 "No installed app has the key \u201cgone.desktop\u201d.");
+        QVERIFY(window->findChild<QPushButton*>("open")->isHidden());
+        QTest::keyClick(window, Qt::Key_Escape);
+        QVERIFY(!window->isVisible());
+    }
+
+    void categoryInfo()
+    {
+        QVERIFY(m_server.send(rq::toggleSetAppcat("plain.desktop", "System")));
+        auto* window =
+            openWindow<CategoryInfoWindow>(rq::getInfoAppcat("System"), "categoryInfo", "System");
+        QVERIFY(window);
+        QCOMPARE(window->findChild<QLabel*>("categoryCount")->text(), "2 apps");
+        auto* apps = window->findChild<QListWidget*>();
+        QCOMPARE(apps->count(), 2);
+        QCOMPARE(apps->item(1)->text(), "Plain");
+        QVERIFY(!apps->item(1)->icon().isNull());
+        // Enter on an app shows its info.
+        QTest::keyClick(apps, Qt::Key_Down);
+        QTest::keyClick(apps, Qt::Key_Return);
+        auto* info = InProcessServer::waitForWindow<AppInfoWindow>("appInfoWindow");
+        QVERIFY(info && info->appkey() == "plain.desktop" && window->isVisible());
+        QVERIFY(info->findChild<QLabel*>("appMissing")->isHidden());
+        QCOMPARE(openWindow<CategoryInfoWindow>(
+                     rq::getInfoAppcat("Gone"), "categoryInfo", "Category Info"),
+                 window);
+        QCOMPARE(window->findChild<QLabel*>("categoryCount")->text(),
+                 "There is no category named \u201cGone\u201d.");
+        QVERIFY(apps->isHidden());
+        window->findChild<QPushButton*>("close")->click();
+        QVERIFY(!window->isVisible());
+    }
+
+    void about()
+    {
+        QVERIFY(m_server.send(rq::plain(rq::about)));
+        QWidget* window = InProcessServer::waitForWindow("aboutWindow");
+        QVERIFY(window);
+        QCOMPARE(window->findChild<QLabel*>("aboutVersion")->text(),
+                 "Version " + QString::fromUtf8(pomvar::version()));
+        QVERIFY(window->findChild<QLabel*>("aboutLibraries")
+                    ->text()
+                    .contains(QStringLiteral("Qt ") + qVersion() + ", GLib 2."));
+        QVERIFY(!window->findChild<QLabel*>("aboutIcon")->pixmap().isNull());
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        QCOMPARE(tabStops(), (QStringList{ "close", "aboutVersion", "aboutLibraries" }));
+        QTest::keyClick(window, Qt::Key_Escape);
+        QVERIFY(!window->isVisible());
+    }
+
+private:
+    // The widgets Tab goes through, from the focused one.
+    static QStringList tabStops()
+    {
+        QStringList stops;
+        for (QWidget* at = QApplication::focusWidget(); at && !stops.contains(at->objectName());
+             at = QApplication::focusWidget()) {
+            stops << at->objectName();
+            QTest::keyClick(at, Qt::Key_Tab);
+        }
+        return stops;
+    }
+
+    // Sends the request; the window once it shows that title and holds the focus.
+    template <typename Window>
+    Window* openWindow(const std::string& body, const char* kind, const QString& title)
+    {
+        if (!m_server.send(body))
+            return nullptr;
+        auto* window = InProcessServer::waitForWindow<Window>(QString::fromLatin1(kind) + "Window");
+        return window && QTest::qWaitFor([&] { return window->windowTitle() == title; }) &&
+                       QTest::qWaitForWindowActive(window)
+                   ? window
+                   : nullptr;
+    }
+
+    TestDesktop m_desktop;
+    QString m_marker;
+    QUrl m_opened;
+    bool m_pinned = false;
+    InProcessServer m_server;
+};
+
+QTEST_MAIN(TestServerWindows)
+#include "tst_serverwindows.moc"

@@ -1,0 +1,186 @@
+// Updates the Linux way, in a server run in-process whose install folder is a temporary one:
+// the version file installed there against the running version, over the wire and in the updates
+// window; a change of the folder noticed while the window is open; the wait for the front end
+// to go; the restart into the installed front end and "updateFinished" once after it.
+#include "FrontEndExit.h"
+#include "InProcessServer.h"
+#include "SrvClient.h"
+#include "TestDesktop.h"
+#include "Updates.h"
+#include "wire/InstallPaths.h"
+#include "wire/Protocol.h"
+#include "wire/Version.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QtTest>
+
+#include <csignal>
+
+using namespace pomvar::srv;
+using namespace pomvar::test;
+namespace rq = pomvar::request;
+
+class TestUpdates : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(TestDesktop::writeEntry(m_desktop.systemData(), "a.desktop", "Name=A\nExec=true"));
+        QVERIFY(
+            TestDesktop::write(m_desktop.storePath(), R"({"version": 1, "pins": ["a.desktop"]})"));
+        // <prefix>/bin/pomvar notes that it was started.
+        QVERIFY(TestDesktop::write(
+            m_prefix.filePath("bin/pomvar"), "#!/bin/sh\ntouch \"$0.started\"\n", true));
+        InProcessServer::useDesktop(m_desktop);
+        QVERIFY(m_server.start(options()));
+    }
+
+    void theInstalledVersion_data()
+    {
+        QTest::addColumn<QByteArray>("installed"); // the version file; empty: none
+        QTest::addColumn<bool>("newer");
+        QTest::newRow("newer") << QByteArray("99.1.0\n") << true;
+        QTest::newRow("the same") << QByteArray(pomvar::version().data()) << false;
+        QTest::newRow("older") << QByteArray("0.0.1\n") << false;
+        QTest::newRow("unreadable") << QByteArray("next\n") << false;
+        QTest::newRow("none") << QByteArray() << false;
+    }
+    void theInstalledVersion()
+    {
+        QFETCH(QByteArray, installed);
+        QFETCH(bool, newer);
+        QFile::remove(versionFile());
+        QVERIFY(installed.isEmpty() || TestDesktop::write(versionFile(), installed));
+        JCOMPARE(m_server.ask(rq::plain(rq::checkUpdateAvailable))["isUpdateAvailable"], newer);
+        JCOMPARE(m_server.ask(rq::plain(rq::getAppUpdateStatus))["status"],
+                 newer ? "updateAvailable" : "noUpdate");
+        QWidget* window = openUpdates();
+        QVERIFY(window);
+        QCOMPARE(text(window),
+                 newer ? QString("Pomvar 99.1.0 is installed. Restart to use it.")
+                       : QString("Pomvar %1 is up to date.").arg(pomvar::version().data()));
+        QCOMPARE(window->findChild<QPushButton*>("restartPomvar")->isVisible(), newer);
+        // Nothing newer: nothing to restart into.
+        Updates updates(options().installDir, QString::fromUtf8(pomvar::version()));
+        updates.confirm();
+        QCOMPARE(updates.isConfirmed(), newer);
+    }
+
+    void aChangedInstallFolderIsNoticed()
+    {
+        QWidget* window = openUpdates();
+        QVERIFY(window);
+        // As a package manager does: the new file beside, then renamed over the old one.
+        QVERIFY(TestDesktop::write(versionFile() + ".new", "99.2.0\n"));
+        QVERIFY(QFile::rename(versionFile() + ".new", versionFile()));
+        QTRY_COMPARE(text(window), "Pomvar 99.2.0 is installed. Restart to use it.");
+        // And as a hand edit does: written in place.
+        QFile file(versionFile());
+        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write("99.3.0\n"));
+        file.close();
+        QTRY_COMPARE(text(window), "Pomvar 99.3.0 is installed. Restart to use it.");
+    }
+
+    void restartIntoTheInstalledFrontEnd()
+    {
+        QWidget* window = openUpdates();
+        QVERIFY(window && window->findChild<QPushButton*>("restartPomvar")->isVisible());
+        QTest::keyClick(window, Qt::Key_Return); // "Restart Pomvar", the default
+        // No front end runs: the installed one is started at once, after the port was closed.
+        QTRY_VERIFY(QFile::exists(m_prefix.filePath("bin/pomvar.started")));
+        SrvClient client;
+        QVERIFY(!client.connectTo(m_server.port()));
+        const auto store = nlohmann::json::parse(TestDesktop::read(m_desktop.storePath()).data());
+        JCOMPARE(store["updatedFrom"], std::string(pomvar::version()));
+        // The restarted server says once that the update is finished.
+        InProcessServer restarted;
+        QVERIFY(restarted.start(options()));
+        for (const bool finished : { true, false })
+            JCOMPARE(restarted.ask(rq::plain(rq::getAppStatus)),
+                     (nlohmann::json{ { "ready", true }, { "updateFinished", finished } }));
+        JCOMPARE(nlohmann::json::parse(TestDesktop::read(m_desktop.storePath()).data())["pins"],
+                 store["pins"]);
+    }
+
+    void waitingForTheFrontEnd_data()
+    {
+        QTest::addColumn<bool>("running");     // a process of the front end's program
+        QTest::addColumn<bool>("stale");       // the PID file names another program
+        QTest::addColumn<bool>("quitsItself"); // removes its PID file and ends while waited for
+        QTest::newRow("none") << false << false << false;
+        QTest::newRow("a stale PID file") << false << true << false;
+        QTest::newRow("quits at its poll") << true << false << true;
+        QTest::newRow("not polling: SIGTERM") << true << false << false;
+    }
+    void waitingForTheFrontEnd()
+    {
+        QFETCH(bool, running);
+        QFETCH(bool, stale);
+        QFETCH(bool, quitsItself);
+        QTemporaryDir dir;
+        const QString program = dir.filePath("bin/pomvar"), pidFile = dir.filePath("pomvar.pid");
+        QVERIFY(QDir().mkpath(dir.filePath("bin")) && QFile::copy("/bin/sleep", program));
+        QProcess frontEnd;
+        if (running) {
+            frontEnd.start(program, { "60" });
+            QVERIFY(frontEnd.waitForStarted());
+        }
+        const qint64 pid = stale ? QCoreApplication::applicationPid() : frontEnd.processId();
+        QVERIFY(!(running || stale) || TestDesktop::write(pidFile, QByteArray::number(pid)));
+        FrontEndExit exit(pidFile, program, 300);
+        QSignalSpy gone(&exit, &FrontEndExit::gone);
+        exit.wait();
+        if (quitsItself) {
+            QTest::qWait(100);
+            QVERIFY(gone.isEmpty());
+            QVERIFY(QFile::remove(pidFile));
+            frontEnd.kill();
+        }
+        QTRY_COMPARE(gone.size(), 1);
+        QVERIFY(!QFile::exists(pidFile));
+        if (running) {
+            QTRY_COMPARE(frontEnd.state(), QProcess::NotRunning);
+            QCOMPARE(frontEnd.exitCode(), quitsItself ? SIGKILL : SIGTERM); // the signal
+        }
+    }
+
+private:
+    ServerOptions options() const
+    {
+        ServerOptions options;
+        options.installDir = m_prefix.filePath("libexec/pomvar");
+        QDir().mkpath(options.installDir);
+        return options;
+    }
+    QString versionFile() const
+    {
+        return m_prefix.filePath("libexec/pomvar/") + pomvar::paths::versionFile;
+    }
+    // Closed first, so that what it shows is the answer to this request.
+    QWidget* openUpdates()
+    {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->objectName() == "updatesWindow")
+                window->close();
+        if (!m_server.send(rq::plain(rq::checkUpdates)))
+            return nullptr;
+        QWidget* window = InProcessServer::waitForWindow("updatesWindow");
+        return window && QTest::qWaitForWindowActive(window) ? window : nullptr;
+    }
+    static QString text(QWidget* window)
+    {
+        return window->findChild<QLabel*>("updatesText")->text();
+    }
+
+    TestDesktop m_desktop;
+    QTemporaryDir m_prefix;
+    InProcessServer m_server;
+};
+
+QTEST_MAIN(TestUpdates)
+#include "tst_updates.moc"

@@ -8,9 +8,11 @@ packages=(
     cmake ninja-build g++ pkg-config clang-format
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6 libgl-dev libxcb1-dev
     nlohmann-json3-dev libsimdjson-dev libglib2.0-dev
+    qt6-tools-dev qt6-l10n-tools   # CMake's LinguistTools package; lupdate and lrelease
     # run
     lsof fonts-urw-base35 fonts-liberation2 adwaita-icon-theme hicolor-icon-theme
     qt6-wayland
+    qt6-translations-l10n          # Qt's own texts (standard buttons) in the user's language
     # tests and screenshots
     xvfb xauth trayer xdotool x11-utils imagemagick dbus dbus-x11
     at-spi2-core gir1.2-atspi-2.0 python3-gi desktop-file-utils

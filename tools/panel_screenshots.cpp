@@ -1,13 +1,17 @@
 // Takes the panel's screenshots for the documentation: run it under Xvfb (scripts/screenshots.sh)
 // with the folder to write to. The panel is built against the in-process fake runtime server with
 // app names and icons of the system theme, opened from the tray icon's activation as a click
-// would, and grabbed from the screen, popup menus included, cropped to what shows.
+// would, and grabbed from the screen, popup menus included, cropped to what shows. Under a German
+// locale (LANG=de_DE.UTF-8 LANGUAGE=de) the panel and its data are in German, and the files are
+// named panel-*-de.png.
 #include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
 #include "ThemeIcons.h"
+#include "i18n/Translations.h"
 #include "model/MenuList.h"
 #include "model/PomvarViewModel.h"
 #include "model/UserDefaults.h"
+#include "ui/AppContextMenu.h"
 #include "ui/ControlMenu.h"
 #include "ui/MenuBarScene.h"
 #include "ui/MenuListView.h"
@@ -28,6 +32,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <string_view>
 
 using namespace pomvar;
 using test::FakeMenus;
@@ -40,48 +45,73 @@ struct ScreenshotApp
 {
     const char* key;
     const char* name;
+    const char* germanName; // as a German desktop names it
     const char* icon;
 };
 
 // Apps as a desktop might have them, with icons of the system theme.
 const ScreenshotApp kApps[] = {
-    { "terminal", "Terminal", "utilities-terminal" },
-    { "browser", "Web Browser", "web-browser" },
-    { "files", "Files", "system-file-manager" },
-    { "editor", "Text Editor", "accessories-text-editor" },
-    { "calculator", "Calculator", "accessories-calculator" },
-    { "charmap", "Characters", "accessories-character-map" },
-    { "dictionary", "Dictionary", "accessories-dictionary" },
-    { "screenshot", "Screenshot", "applets-screenshooter" },
-    { "camera", "Camera", "camera-photo" },
-    { "video", "Video Recorder", "camera-video" },
-    { "contacts", "Contacts", "address-book-new" },
-    { "calendar", "Calendar", "appointment-new" },
-    { "mail", "Mail", "emblem-mail" },
-    { "music", "Music Player", "multimedia-player" },
-    { "volume", "Volume Control", "multimedia-volume-control" },
-    { "photos", "Photos", "emblem-photos" },
-    { "fonts", "Fonts", "preferences-desktop-font" },
-    { "keyboard", "Keyboard Layout", "preferences-desktop-keyboard" },
-    { "display", "Displays", "preferences-desktop-display" },
-    { "remote", "Remote Desktop Viewer", "preferences-desktop-remote-desktop" },
-    { "wallpaper", "Backgrounds", "preferences-desktop-wallpaper" },
-    { "accessibility", "Accessibility", "preferences-desktop-accessibility" },
-    { "network", "Network Connections", "preferences-system-network" },
-    { "privacy", "Privacy", "preferences-system-privacy" },
-    { "software", "Software Updates", "system-software-update" },
-    { "install", "Package Installer", "system-software-install" },
-    { "users", "Users and Groups", "system-users" },
-    { "help", "Help", "help-browser" },
-    { "search", "File Search", "system-search" },
-    { "spelling", "Spell Checker", "tools-check-spelling" },
-    { "science", "Periodic Table", "applications-science" },
-    { "graphics", "Drawing", "applications-graphics" },
-    { "office", "Office Suite", "applications-office" },
-    { "print", "Print Queue", "document-print" },
-    { "games", "Chess", "trophy-gold" },
-    { "vpn", "VPN Manager", "network-vpn" },
+    { "terminal", "Terminal", "Terminal", "utilities-terminal" },
+    { "browser", "Web Browser", "Webbrowser", "web-browser" },
+    { "files", "Files", "Dateien", "system-file-manager" },
+    { "editor", "Text Editor", "Texteditor", "accessories-text-editor" },
+    { "calculator", "Calculator", "Rechner", "accessories-calculator" },
+    { "charmap", "Characters", "Zeichen", "accessories-character-map" },
+    { "dictionary", "Dictionary", "Wörterbuch", "accessories-dictionary" },
+    { "screenshot", "Screenshot", "Bildschirmfoto", "applets-screenshooter" },
+    { "camera", "Camera", "Kamera", "camera-photo" },
+    { "video", "Video Recorder", "Videorekorder", "camera-video" },
+    { "contacts", "Contacts", "Kontakte", "address-book-new" },
+    { "calendar", "Calendar", "Kalender", "appointment-new" },
+    { "mail", "Mail", "E-Mail", "emblem-mail" },
+    { "music", "Music Player", "Musikwiedergabe", "multimedia-player" },
+    { "volume", "Volume Control", "Lautstärkeregler", "multimedia-volume-control" },
+    { "photos", "Photos", "Fotos", "emblem-photos" },
+    { "fonts", "Fonts", "Schriften", "preferences-desktop-font" },
+    { "keyboard", "Keyboard Layout", "Tastaturbelegung", "preferences-desktop-keyboard" },
+    { "display", "Displays", "Bildschirme", "preferences-desktop-display" },
+    { "remote",
+      "Remote Desktop Viewer",
+      "Entfernte Arbeitsflächen",
+      "preferences-desktop-remote-desktop" },
+    { "wallpaper", "Backgrounds", "Hintergründe", "preferences-desktop-wallpaper" },
+    { "accessibility", "Accessibility", "Barrierefreiheit", "preferences-desktop-accessibility" },
+    { "network", "Network Connections", "Netzwerkverbindungen", "preferences-system-network" },
+    { "privacy", "Privacy", "Datenschutz", "preferences-system-privacy" },
+    { "software", "Software Updates", "Softwareaktualisierung", "system-software-update" },
+    { "install", "Package Installer", "Paketinstallation", "system-software-install" },
+    { "users", "Users and Groups", "Benutzer und Gruppen", "system-users" },
+    { "help", "Help", "Hilfe", "help-browser" },
+    { "search", "File Search", "Dateisuche", "system-search" },
+    { "spelling", "Spell Checker", "Rechtschreibprüfung", "tools-check-spelling" },
+    { "science", "Periodic Table", "Periodensystem", "applications-science" },
+    { "graphics", "Drawing", "Zeichnen", "applications-graphics" },
+    { "office", "Office Suite", "Office-Paket", "applications-office" },
+    { "print", "Print Queue", "Druckerwarteschlange", "document-print" },
+    { "games", "Chess", "Schach", "trophy-gold" },
+    { "vpn", "VPN Manager", "VPN-Verwaltung", "network-vpn" },
 };
+
+bool g_german = false;
+
+std::string nameOf(const ScreenshotApp& app)
+{
+    return g_german ? app.germanName : app.name;
+}
+
+QString nameOf(const char* key)
+{
+    for (const ScreenshotApp& app : kApps)
+        if (std::string_view(app.key) == key)
+            return QString::fromStdString(nameOf(app));
+    return {};
+}
+
+// A category as the welcome names it, in English or German.
+std::string category(const char* name, const char* germanName)
+{
+    return g_german ? germanName : name;
+}
 
 // Fills the screen behind the panel, as a desktop would.
 class Desktop : public QWidget
@@ -107,8 +137,9 @@ protected:
 class Shooter
 {
 public:
-    explicit Shooter(QString folder)
+    Shooter(QString folder, QString suffix)
         : m_folder(std::move(folder))
+        , m_suffix(std::move(suffix))
     {}
 
     // The panel and every popup shown, with a margin of desktop around them.
@@ -122,7 +153,8 @@ public:
         area = area.adjusted(-12, -12, 12, 12) & panel.screen()->geometry();
         const QPixmap shot =
             panel.screen()->grabWindow(0, area.x(), area.y(), area.width(), area.height());
-        const QString path = QDir(m_folder).filePath(name);
+        const QString path =
+            QDir(m_folder).filePath(QStringLiteral("panel-%1%2.png").arg(name, m_suffix));
         if (!shot.save(path))
             std::fprintf(stderr, "panel_screenshots: cannot write %s\n", qPrintable(path));
         else
@@ -131,6 +163,7 @@ public:
 
 private:
     QString m_folder;
+    QString m_suffix; // "-de" for the German shots
 };
 
 // A fake runtime server with the menus, a view model and the tray scene on top.
@@ -199,7 +232,10 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "usage: panel_screenshots FOLDER (under an X server)\n");
         return 2;
     }
-    Shooter shooter(QString::fromLocal8Bit(argv[1]));
+    const QString language = Translations::install(QStringLiteral(POMVAR_TRANSLATIONS_DIR));
+    g_german = language == u"de";
+    Shooter shooter(QString::fromLocal8Bit(argv[1]),
+                    language.isEmpty() ? QString() : u'-' + language);
     Desktop desktop;
     desktop.show();
     // The tray sits at the top right; with no tray geometry the panel opens at the pointer.
@@ -213,18 +249,24 @@ int main(int argc, char** argv)
             std::fprintf(stderr, "panel_screenshots: the icon %s is missing\n", entry.icon);
             return 1;
         }
-        menus.addApp(
-            { entry.key, entry.name, icon->path.toStdString(), icon->path2x.toStdString(), false });
+        menus.addApp({ entry.key,
+                       nameOf(entry),
+                       icon->path.toStdString(),
+                       icon->path2x.toStdString(),
+                       false });
     }
     menus.pin("terminal");
     menus.pin("browser");
     menus.pin("files");
-    menus.addCategory("Accessories",
+    const std::string accessories = category("Accessories", "Zubehör");
+    menus.addCategory(accessories,
                       { "calculator", "charmap", "dictionary", "editor", "screenshot" });
-    menus.addCategory("Graphics", { "camera", "photos", "graphics" });
-    menus.addCategory("Office", { "calendar", "contacts", "mail", "office", "print" });
-    menus.addCategory("Sound & Video", { "music", "video", "volume" });
-    menus.addCategory("System", { "network", "software", "install", "users", "vpn" });
+    menus.addCategory(category("Graphics", "Grafik"), { "camera", "photos", "graphics" });
+    menus.addCategory(category("Office", "Büro"),
+                      { "calendar", "contacts", "mail", "office", "print" });
+    menus.addCategory(category("Sound & Video", "Audio & Video"), { "music", "video", "volume" });
+    menus.addCategory(category("System", "System"),
+                      { "network", "software", "install", "users", "vpn" });
     for (const char* key : { "editor", "terminal", "calculator", "photos", "mail", "browser" })
         menus.addRecent(key);
 
@@ -233,38 +275,34 @@ int main(int argc, char** argv)
         Scene s;
         s.start(menus);
         s.open();
-        s.vm->setExpandedAppCat("Accessories", true);
+        s.vm->setExpandedAppCat(accessories, true);
         QTest::qWait(100);
-        shooter.shoot(QStringLiteral("panel-my-apps.png"), s.panel());
+        shooter.shoot(QStringLiteral("my-apps"), s.panel());
 
         s.select(Pomvar::Recent);
-        shooter.shoot(QStringLiteral("panel-recent.png"), s.panel());
+        shooter.shoot(QStringLiteral("recent"), s.panel());
 
         s.select(Pomvar::AllApps);
         MenuListView* all = s.view().menuView(Pomvar::AllApps);
         // The pointer over a row shows the hover highlight.
-        const QModelIndex hovered = rowNamed(all->model(), QStringLiteral("Dictionary"));
+        const QModelIndex hovered = rowNamed(all->model(), nameOf("dictionary"));
         const QPoint over = all->viewport()->mapToGlobal(all->visualRect(hovered).center());
         QCursor::setPos(over);
         QTest::mouseMove(all->viewport(), all->viewport()->mapFromGlobal(over));
-        shooter.shoot(QStringLiteral("panel-all-apps.png"), s.panel());
+        shooter.shoot(QStringLiteral("all-apps"), s.panel());
 
         // An app row's context menu, with its "App Categories" submenu open.
-        const QModelIndex row = rowNamed(all->model(), QStringLiteral("Text Editor"));
+        const QModelIndex row = rowNamed(all->model(), nameOf("editor"));
         const QPoint at = all->viewport()->mapToGlobal(all->visualRect(row).center());
         QCursor::setPos(at);
         QTest::mouseMove(all->viewport(), all->viewport()->mapFromGlobal(at));
         Q_EMIT all->rowContextMenuRequested(row, at);
         QTest::qWait(200);
-        if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
-            for (QAction* action : menu->actions()) {
-                if (action->text() == QStringLiteral("App Categories")) {
-                    menu->setActiveAction(action);
-                    QTest::keyClick(menu, Qt::Key_Right);
-                }
-            }
+        if (auto* menu = qobject_cast<AppContextMenu*>(QApplication::activePopupWidget())) {
+            menu->setActiveAction(menu->appCategoriesMenu()->menuAction());
+            QTest::keyClick(menu, Qt::Key_Right);
         }
-        shooter.shoot(QStringLiteral("panel-context-menu.png"), s.panel());
+        shooter.shoot(QStringLiteral("context-menu"), s.panel());
         closePopups();
 
         if (!s.panel().isVisible())
@@ -272,7 +310,7 @@ int main(int argc, char** argv)
         auto* control = s.view().findChild<ControlMenu*>();
         // showMenu() returns when the menu closes: the shot is taken from a timer meanwhile.
         QTimer::singleShot(300, [&] {
-            shooter.shoot(QStringLiteral("panel-control-menu.png"), s.panel());
+            shooter.shoot(QStringLiteral("control-menu"), s.panel());
             closePopups();
         });
         control->showMenu();
@@ -285,7 +323,7 @@ int main(int argc, char** argv)
         for (const ScreenshotApp& entry : kApps) {
             const auto icon = ThemeIcons::named(QString::fromLatin1(entry.icon));
             empty.addApp({ entry.key,
-                           entry.name,
+                           nameOf(entry),
                            icon->path.toStdString(),
                            icon->path2x.toStdString(),
                            false });
@@ -294,9 +332,9 @@ int main(int argc, char** argv)
         Scene s;
         s.start(empty);
         s.open();
-        shooter.shoot(QStringLiteral("panel-my-apps-empty.png"), s.panel());
+        shooter.shoot(QStringLiteral("my-apps-empty"), s.panel());
         s.select(Pomvar::Recent);
-        shooter.shoot(QStringLiteral("panel-recent-empty.png"), s.panel());
+        shooter.shoot(QStringLiteral("recent-empty"), s.panel());
         s.panel().dismiss();
     }
     return 0;

@@ -16,7 +16,7 @@ namespace pomvar::srv {
 AboutWindow::AboutWindow(QWidget* parent)
     : ServerWindow(QStringLiteral("aboutWindow"), parent)
 {
-    setTitle(QStringLiteral("About Pomvar"));
+    setTitle(tr("About Pomvar"));
     QLabel* icon = iconLabel(QStringLiteral("aboutIcon"));
     setIcon(icon, QStringLiteral(":/pomvarsrv/pomvar.svg"));
     icon->setAccessibleName(QStringLiteral("Pomvar"));
@@ -24,16 +24,16 @@ AboutWindow::AboutWindow(QWidget* parent)
     name->setText(QStringLiteral("Pomvar"));
     const std::string_view version = pomvar::version();
     QLabel* versionLine = textLabel(QStringLiteral("aboutVersion"), true);
-    versionLine->setText(QStringLiteral("Version ") +
-                         QString::fromUtf8(version.data(), qsizetype(version.size())));
+    versionLine->setText(
+        tr("Version %1").arg(QString::fromUtf8(version.data(), qsizetype(version.size()))));
     QLabel* what = textLabel(QStringLiteral("aboutWhat"));
-    what->setText(QStringLiteral("An application launcher for the Linux desktop: your apps, pinned "
-                                 "and in categories of your own, a click away in the tray."));
+    what->setText(tr("An application launcher for the Linux desktop: your apps, pinned and in "
+                     "categories of your own, a click away in the tray."));
     QLabel* licence = textLabel(QStringLiteral("aboutLicence"));
-    licence->setText(
-        QStringLiteral("Free software under the GNU General Public License, version 3 or later."));
+    licence->setText(tr("Free software under the GNU General Public License, version 3 or later."));
     QLabel* libraries = textLabel(QStringLiteral("aboutLibraries"), true);
-    libraries->setText(QStringLiteral("Built with ") + AboutWindow::libraries().join(u", ") + u'.');
+    //: %1: the libraries and their versions, as "Qt 6.4.2, GLib 2.74.6".
+    libraries->setText(tr("Built with %1.").arg(AboutWindow::libraries().join(u", ")));
 
     auto* heading = new QHBoxLayout;
     auto* lines = new QVBoxLayout;
@@ -43,7 +43,7 @@ AboutWindow::AboutWindow(QWidget* parent)
     heading->addLayout(lines, 1);
     body()->addLayout(heading);
 
-    QPushButton* close = addButton(QStringLiteral("&Close"), QStringLiteral("close"));
+    QPushButton* close = addButton(tr("&Close"), QStringLiteral("close"));
     close->setFocus();
     connect(close, &QPushButton::clicked, this, &QDialog::close);
 }

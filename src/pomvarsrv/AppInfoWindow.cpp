@@ -14,12 +14,13 @@ namespace {
 
 QString yesNo(bool value)
 {
-    return value ? QStringLiteral("Yes") : QStringLiteral("No");
+    return value ? AppInfoWindow::tr("Yes") : AppInfoWindow::tr("No");
 }
 
 QString listOrNone(const QStringList& items)
 {
-    return items.isEmpty() ? QStringLiteral("None") : items.join(QStringLiteral(", "));
+    //: No categories.
+    return items.isEmpty() ? AppInfoWindow::tr("None") : items.join(QStringLiteral(", "));
 }
 
 } // namespace
@@ -42,19 +43,21 @@ AppInfoWindow::AppInfoWindow(QWidget* parent)
     heading->addLayout(names, 1);
 
     auto* form = new QFormLayout;
-    m_id = addRow(form, QStringLiteral("Desktop file ID:"), QStringLiteral("appId"), true);
-    m_path = addRow(form, QStringLiteral("File:"), QStringLiteral("appPath"), true);
-    m_openFolder = new QPushButton(QStringLiteral("Open Containing &Folder"));
+    m_id = addRow(form, tr("Desktop file ID:"), QStringLiteral("appId"), true);
+    m_path = addRow(form, tr("File:"), QStringLiteral("appPath"), true);
+    m_openFolder = new QPushButton(tr("Open Containing &Folder"));
     m_openFolder->setObjectName(QStringLiteral("openContainingFolder"));
-    m_openFolder->setAccessibleName(QStringLiteral("Open Containing Folder"));
+    m_openFolder->setAccessibleName(m_openFolder->text().remove(u'&'));
     m_openFolder->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     form->addRow(QString(), m_openFolder);
-    m_commandLine = addRow(form, QStringLiteral("Command:"), QStringLiteral("appCommand"), true);
-    m_categories = addRow(form, QStringLiteral("Categories:"), QStringLiteral("appCategories"));
-    m_terminal = addRow(form, QStringLiteral("Runs in a terminal:"), QStringLiteral("appTerminal"));
-    m_pinned = addRow(form, QStringLiteral("Pinned:"), QStringLiteral("appPinned"));
+    m_commandLine = addRow(form, tr("Command:"), QStringLiteral("appCommand"), true);
+    //: The menu categories the app's desktop entry lists.
+    m_categories = addRow(form, tr("Categories:"), QStringLiteral("appCategories"));
+    m_terminal = addRow(form, tr("Runs in a terminal:"), QStringLiteral("appTerminal"));
+    m_pinned = addRow(form, tr("Pinned:"), QStringLiteral("appPinned"));
+    //: The user's own categories that hold the app.
     m_pomvarCategories =
-        addRow(form, QStringLiteral("Pomvar categories:"), QStringLiteral("appPomvarCategories"));
+        addRow(form, tr("Pomvar categories:"), QStringLiteral("appPomvarCategories"));
 
     auto* details = new QVBoxLayout(m_details);
     details->setContentsMargins({});
@@ -64,9 +67,9 @@ AppInfoWindow::AppInfoWindow(QWidget* parent)
     body()->addWidget(m_details);
     body()->addWidget(m_missing);
 
-    m_organize = addButton(QStringLiteral("O&rganize…"), QStringLiteral("organize"));
-    m_open = addButton(QStringLiteral("&Open"), QStringLiteral("open"));
-    m_close = addButton(QStringLiteral("&Close"), QStringLiteral("close"));
+    m_organize = addButton(tr("O&rganize…"), QStringLiteral("organize"));
+    m_open = addButton(tr("&Open"), QStringLiteral("open"));
+    m_close = addButton(tr("&Close"), QStringLiteral("close"));
     connect(m_openFolder, &QPushButton::clicked, this, [this] {
         QDesktopServices::openUrl(QUrl::fromLocalFile(m_folder));
     });
@@ -100,9 +103,8 @@ void AppInfoWindow::showApp(const AppInfo& info)
     m_open->setVisible(found);
     m_organize->setVisible(found);
     if (!found) {
-        setTitle(QStringLiteral("App Info"));
-        m_missing->setText(
-            QStringLiteral("No installed app has the key \u201c%1\u201d.").arg(m_appkey));
+        setTitle(tr("App Info"));
+        m_missing->setText(tr("No installed app has the key \u201c%1\u201d.").arg(m_appkey));
         m_close->setFocus();
         return;
     }

@@ -23,15 +23,16 @@ AppPicker::AppPicker(const InstalledApps& apps,
     , m_excluded(std::move(excluded))
     , m_field(new QLineEdit(this))
     , m_model(new OrganizerListModel(OrganizerListModel::Kind::apps, false, this))
-    , m_list(new OrganizerListView(m_model, QStringLiteral("Apps"), this))
+    , m_list(new OrganizerListView(m_model, tr("Apps"), this))
 {
     setObjectName(QStringLiteral("appPicker"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(title);
     setAccessibleName(title);
     m_field->setObjectName(QStringLiteral("appPickerFilter"));
-    m_field->setPlaceholderText(QStringLiteral("Filter"));
-    m_field->setAccessibleName(QStringLiteral("Filter"));
+    //: The field that narrows the list to the apps matching what is typed.
+    m_field->setPlaceholderText(tr("Filter"));
+    m_field->setAccessibleName(m_field->placeholderText());
     m_field->setClearButtonEnabled(false);
     m_field->installEventFilter(this);
     m_list->setObjectName(QStringLiteral("appPickerList"));

@@ -17,8 +17,8 @@ constexpr int kAppKey = Qt::UserRole;
 QString count(std::size_t apps)
 {
     if (apps == 0)
-        return QStringLiteral("No apps");
-    return apps == 1 ? QStringLiteral("1 app") : QStringLiteral("%1 apps").arg(apps);
+        return CategoryInfoWindow::tr("No apps");
+    return CategoryInfoWindow::tr("%n app(s)", nullptr, int(apps));
 }
 
 } // namespace
@@ -30,7 +30,7 @@ CategoryInfoWindow::CategoryInfoWindow(QWidget* parent)
     , m_apps(new QListWidget)
 {
     m_apps->setObjectName(QStringLiteral("categoryApps"));
-    m_apps->setAccessibleName(QStringLiteral("Apps"));
+    m_apps->setAccessibleName(tr("Apps"));
     m_apps->setIconSize(QSize(24, 24));
     m_apps->setFixedSize(360, 200);
     QLabel* icon = iconLabel(QStringLiteral("categoryIcon"));
@@ -44,8 +44,8 @@ CategoryInfoWindow::CategoryInfoWindow(QWidget* parent)
     heading->addLayout(lines, 1);
     body()->addLayout(heading);
     body()->addWidget(m_apps);
-    m_organize = addButton(QStringLiteral("O&rganize…"), QStringLiteral("organize"));
-    m_close = addButton(QStringLiteral("&Close"), QStringLiteral("close"));
+    m_organize = addButton(tr("O&rganize…"), QStringLiteral("organize"));
+    m_close = addButton(tr("&Close"), QStringLiteral("close"));
     m_apps->installEventFilter(this);
     connect(m_apps, &QListWidget::itemDoubleClicked, this, &CategoryInfoWindow::showAppInfo);
     connect(m_organize, &QPushButton::clicked, this, [this] {
@@ -81,10 +81,9 @@ void CategoryInfoWindow::showCategory(const CategoryInfo& info)
     m_apps->setVisible(found);
     m_organize->setVisible(found);
     if (!found) {
-        setTitle(QStringLiteral("Category Info"));
+        setTitle(tr("Category Info"));
         m_name->setText(info.name);
-        m_count->setText(
-            QStringLiteral("There is no category named \u201c%1\u201d.").arg(info.name));
+        m_count->setText(tr("There is no category named \u201c%1\u201d.").arg(info.name));
         m_close->setFocus();
         return;
     }

@@ -24,7 +24,7 @@ CategoryNameDialog::CategoryNameDialog(const Store& store,
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(title);
     setAccessibleName(title);
-    auto* label = new QLabel(QStringLiteral("Category name"), this);
+    auto* label = new QLabel(tr("Category name"), this);
     label->setBuddy(m_field);
     m_field->setObjectName(QStringLiteral("categoryNameField"));
     m_field->setAccessibleName(label->text());
@@ -34,8 +34,7 @@ CategoryNameDialog::CategoryNameDialog(const Store& store,
     m_problem->setStyleSheet(QStringLiteral("color: #c01c28"));
     m_problem->hide();
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)
-        ->setText(current.isEmpty() ? QStringLiteral("Create") : QStringLiteral("Rename"));
+    buttons->button(QDialogButtonBox::Ok)->setText(current.isEmpty() ? tr("Create") : tr("Rename"));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_field, &QLineEdit::textEdited, this, [this] { showProblem({}); });

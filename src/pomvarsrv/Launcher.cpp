@@ -6,13 +6,16 @@
 
 #include "ServerLog.h"
 
+#include <QCoreApplication>
+
 namespace pomvar::srv {
 
 bool Launcher::launch(const QString& desktopId, const QString& action, QString* error)
 {
     GDesktopAppInfo* info = g_desktop_app_info_new(desktopId.toUtf8().constData());
     if (!info) {
-        *error = QStringLiteral("no desktop entry named %1").arg(desktopId);
+        *error = QCoreApplication::translate("pomvar::srv::Launcher", "no desktop entry named %1")
+                     .arg(desktopId);
         return false;
     }
     GAppLaunchContext* context = g_app_launch_context_new();

@@ -13,7 +13,7 @@ NewCategoryPrompt::NewCategoryPrompt(ServerModel& model, QObject* parent)
 
 void NewCategoryPrompt::ask(const QString& appkey)
 {
-    auto* dialog = new CategoryNameDialog(m_model.store(), QStringLiteral("New Category"));
+    auto* dialog = new CategoryNameDialog(m_model.store(), tr("New Category"));
     dialog->setObjectName(QStringLiteral("newCategoryPrompt"));
     connect(dialog, &CategoryNameDialog::nameChosen, this, [this, appkey](const QString& name) {
         create(name, appkey);

@@ -29,12 +29,12 @@ OrganizeAppPane::OrganizeAppPane(ServerModel& model,
     , m_name(new QLabel(this))
     , m_genericNameLabel(new QLabel(this))
     , m_id(new QLabel(this))
-    , m_pinned(new QCheckBox(QStringLiteral("Pinned"), this))
-    , m_categoriesGroup(new QGroupBox(QStringLiteral("Categories"), this))
+    , m_pinned(new QCheckBox(tr("Pinned"), this))
+    , m_categoriesGroup(new QGroupBox(tr("Categories"), this))
     , m_categories(new QVBoxLayout)
-    , m_newCategory(new QPushButton(QStringLiteral("New Category\u2026"), this))
-    , m_info(new QPushButton(QStringLiteral("Get Info"), this))
-    , m_choose(new QPushButton(QStringLiteral("Choose App\u2026"), this))
+    , m_newCategory(new QPushButton(tr("New Category\u2026"), this))
+    , m_info(new QPushButton(tr("Get Info"), this))
+    , m_choose(new QPushButton(tr("Choose App\u2026"), this))
 {
     setObjectName(QStringLiteral("organizeAppPane"));
     m_icon->setFixedSize(48, 48);
@@ -57,8 +57,8 @@ OrganizeAppPane::OrganizeAppPane(ServerModel& model,
     header->addWidget(m_icon, 0, Qt::AlignTop);
     auto* facts = new QFormLayout;
     facts->addRow(m_name);
-    facts->addRow(QStringLiteral("Generic name:"), m_genericNameLabel);
-    facts->addRow(QStringLiteral("Desktop file id:"), m_id);
+    facts->addRow(tr("Generic name:"), m_genericNameLabel);
+    facts->addRow(tr("Desktop file ID:"), m_id);
     header->addLayout(facts, 1);
     header->addWidget(m_choose, 0, Qt::AlignTop);
 
@@ -107,7 +107,7 @@ void OrganizeAppPane::refresh()
     const AppEntry* app = m_model.apps().find(key);
     if (!app)
         m_appkey.clear();
-    m_name->setText(app ? QString::fromStdString(app->name) : QStringLiteral("No app chosen"));
+    m_name->setText(app ? QString::fromStdString(app->name) : tr("No app chosen"));
     m_genericNameLabel->setText(app ? m_genericName(key) : QString());
     m_id->setText(m_appkey);
     QIcon icon;
@@ -166,8 +166,9 @@ void OrganizeAppPane::setMember(const std::string& category, bool member)
 
 void OrganizeAppPane::chooseApp()
 {
-    auto* picker = new AppPicker(
-        m_model.apps(), m_filter, {}, QStringLiteral("Choose App"), QStringLiteral("Choose"), this);
+    //: The picker's button that shows the chosen app in this pane.
+    const QString choose = tr("Choose");
+    auto* picker = new AppPicker(m_model.apps(), m_filter, {}, tr("Choose App"), choose, this);
     connect(picker, &AppPicker::chosen, this, [this](const QStringList& keys) {
         setApp(keys.front());
     });
@@ -180,8 +181,7 @@ void OrganizeAppPane::chooseApp()
 
 void OrganizeAppPane::newCategory()
 {
-    auto* dialog =
-        new CategoryNameDialog(m_model.store(), QStringLiteral("New Category"), {}, this);
+    auto* dialog = new CategoryNameDialog(m_model.store(), tr("New Category"), {}, this);
     connect(dialog, &CategoryNameDialog::nameChosen, this, [this](const QString& name) {
         m_model.createCategoryWith(name.toStdString(), m_appkey.toStdString());
         refresh();

@@ -26,8 +26,8 @@ std::vector<std::string> utf8(const QStringList& keys)
 
 QString membersTitle(const QString& category)
 {
-    return category.isEmpty() ? QStringLiteral("Apps in the Category")
-                              : QStringLiteral("Apps in \u201c%1\u201d").arg(category);
+    return category.isEmpty() ? OrganizePane::tr("Apps in the Category")
+                              : OrganizePane::tr("Apps in \u201c%1\u201d").arg(category);
 }
 
 } // namespace
@@ -40,9 +40,9 @@ OrganizePane::OrganizePane(ServerModel& model, AppPicker::Filter filter, QWidget
     using Kind = OrganizerListModel::Kind;
     setObjectName(QStringLiteral("organizePane"));
     m_pins = new OrganizerListView(
-        new OrganizerListModel(Kind::apps, true, this), QStringLiteral("Pinned Apps"), this);
+        new OrganizerListModel(Kind::apps, true, this), tr("Pinned Apps"), this);
     m_categories = new OrganizerListView(
-        new OrganizerListModel(Kind::categories, true, this), QStringLiteral("Categories"), this);
+        new OrganizerListModel(Kind::categories, true, this), tr("Categories"), this);
     m_members = new OrganizerListView(
         new OrganizerListModel(Kind::apps, true, this), membersTitle({}), this);
     m_pins->setObjectName(QStringLiteral("pinnedApps"));
@@ -50,28 +50,29 @@ OrganizePane::OrganizePane(ServerModel& model, AppPicker::Filter filter, QWidget
     m_members->setObjectName(QStringLiteral("categoryApps"));
     m_categories->setSelectionMode(QAbstractItemView::SingleSelection);
 
-    auto* pinApps = button(QStringLiteral("Pin Apps\u2026"), "pinApps");
-    auto* unpin = button(QStringLiteral("Unpin"), "unpin");
-    auto* pinsUp = button(QStringLiteral("Move Up"), "pinsUp");
-    auto* pinsDown = button(QStringLiteral("Move Down"), "pinsDown");
-    auto* create = button(QStringLiteral("New Category\u2026"), "newCategory");
-    auto* rename = button(QStringLiteral("Rename\u2026"), "renameCategory");
-    auto* remove = button(QStringLiteral("Delete"), "deleteCategory");
-    auto* categoriesUp = button(QStringLiteral("Move Up"), "categoriesUp");
-    auto* categoriesDown = button(QStringLiteral("Move Down"), "categoriesDown");
-    auto* addApps = button(QStringLiteral("Add Apps\u2026"), "addApps");
-    auto* removeApps = button(QStringLiteral("Remove"), "removeApps");
-    auto* membersUp = button(QStringLiteral("Move Up"), "membersUp");
-    auto* membersDown = button(QStringLiteral("Move Down"), "membersDown");
+    auto* pinApps = button(tr("Pin Apps\u2026"), "pinApps");
+    //: Takes the chosen apps out of the pinned apps.
+    auto* unpin = button(tr("Unpin"), "unpin");
+    auto* pinsUp = button(tr("Move Up"), "pinsUp");
+    auto* pinsDown = button(tr("Move Down"), "pinsDown");
+    auto* create = button(tr("New Category\u2026"), "newCategory");
+    auto* rename = button(tr("Rename\u2026"), "renameCategory");
+    auto* remove = button(tr("Delete"), "deleteCategory");
+    auto* categoriesUp = button(tr("Move Up"), "categoriesUp");
+    auto* categoriesDown = button(tr("Move Down"), "categoriesDown");
+    auto* addApps = button(tr("Add Apps\u2026"), "addApps");
+    //: Takes the chosen apps out of the category; they stay installed.
+    auto* removeApps = button(tr("Remove"), "removeApps");
+    auto* membersUp = button(tr("Move Up"), "membersUp");
+    auto* membersDown = button(tr("Move Down"), "membersDown");
     m_needPin = { unpin, pinsUp, pinsDown };
     m_needCategory = { rename, remove, categoriesUp, categoriesDown, addApps };
     m_needMember = { removeApps, membersUp, membersDown };
 
     auto* layout = new QHBoxLayout(this);
-    layout->addWidget(
-        group(List::pins, QStringLiteral("Pinned Apps"), { pinApps, unpin, pinsUp, pinsDown }));
+    layout->addWidget(group(List::pins, tr("Pinned Apps"), { pinApps, unpin, pinsUp, pinsDown }));
     layout->addWidget(group(List::categories,
-                            QStringLiteral("Categories"),
+                            tr("Categories"),
                             { create, rename, remove, categoriesUp, categoriesDown }));
     m_membersGroup =
         group(List::members, membersTitle({}), { addApps, removeApps, membersUp, membersDown });
@@ -296,15 +297,16 @@ void OrganizePane::pickApps(List list)
     if (list == List::members && !found)
         return;
     const auto& present = list == List::pins ? m_model.store().pins() : found->apps;
-    const QString title = list == List::pins
-                              ? QStringLiteral("Pin Apps")
-                              : QStringLiteral("Add Apps to \u201c%1\u201d").arg(category);
-    auto* picker = new AppPicker(m_model.apps(),
-                                 m_filter,
-                                 { present.begin(), present.end() },
-                                 title,
-                                 list == List::pins ? QStringLiteral("Pin") : QStringLiteral("Add"),
-                                 this);
+    const QString title =
+        list == List::pins ? tr("Pin Apps") : tr("Add Apps to \u201c%1\u201d").arg(category);
+    auto* picker = new AppPicker(
+        m_model.apps(),
+        m_filter,
+        { present.begin(), present.end() },
+        title,
+        //: The picker's button that pins the chosen apps, or adds them to the category.
+        list == List::pins ? tr("Pin") : tr("Add"),
+        this);
     connect(picker, &AppPicker::chosen, this, [this, list, category](const QStringList& keys) {
         if (list == List::pins)
             m_model.placePins(utf8(keys), {});
@@ -322,8 +324,7 @@ void OrganizePane::pickApps(List list)
 
 void OrganizePane::newCategory()
 {
-    auto* dialog =
-        new CategoryNameDialog(m_model.store(), QStringLiteral("New Category"), {}, this);
+    auto* dialog = new CategoryNameDialog(m_model.store(), tr("New Category"), {}, this);
     connect(dialog, &CategoryNameDialog::nameChosen, this, [this](const QString& name) {
         m_model.createCategoryWith(name.toStdString(), {});
         selectCategory(name);
@@ -339,8 +340,7 @@ void OrganizePane::renameCategory()
     const QString category = currentCategory();
     if (category.isEmpty())
         return;
-    auto* dialog =
-        new CategoryNameDialog(m_model.store(), QStringLiteral("Rename Category"), category, this);
+    auto* dialog = new CategoryNameDialog(m_model.store(), tr("Rename Category"), category, this);
     connect(dialog, &CategoryNameDialog::nameChosen, this, [this, category](const QString& name) {
         m_model.renameCategory(category.toStdString(), name.toStdString());
         selectCategory(name);
@@ -357,14 +357,14 @@ void OrganizePane::confirmDelete()
     if (category.isEmpty())
         return;
     auto* box = new QMessageBox(QMessageBox::Question,
-                                QStringLiteral("Delete Category"),
-                                QStringLiteral("Delete the category \u201c%1\u201d?").arg(category),
+                                tr("Delete Category"),
+                                tr("Delete the category \u201c%1\u201d?").arg(category),
                                 QMessageBox::Cancel,
                                 this);
     box->setObjectName(QStringLiteral("deleteCategoryConfirmation"));
-    box->setInformativeText(QStringLiteral("The apps in it stay installed."));
+    box->setInformativeText(tr("The apps in it stay installed."));
     box->setAttribute(Qt::WA_DeleteOnClose);
-    QPushButton* confirm = box->addButton(QStringLiteral("Delete"), QMessageBox::DestructiveRole);
+    QPushButton* confirm = box->addButton(tr("Delete"), QMessageBox::DestructiveRole);
     connect(confirm, &QPushButton::clicked, this, [this, category] {
         m_model.deleteCategory(category.toStdString());
         refresh();

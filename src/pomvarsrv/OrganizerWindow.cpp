@@ -21,13 +21,14 @@ OrganizerWindow::OrganizerWindow(ServerModel& model,
     , m_settings(new SettingsPane(model, AutostartEntry(), this))
 {
     setObjectName(QStringLiteral("organizerWindow"));
-    setWindowTitle(QStringLiteral("Pomvar Organizer"));
-    setAccessibleName(QStringLiteral("Pomvar Organizer"));
+    setWindowTitle(tr("Pomvar Organizer"));
+    setAccessibleName(windowTitle());
     m_tabs->setObjectName(QStringLiteral("organizerPanes"));
-    m_tabs->setAccessibleName(QStringLiteral("Panes"));
-    m_tabs->addTab(m_organize, QStringLiteral("Organize"));
-    m_tabs->addTab(m_organizeApp, QStringLiteral("Organize App"));
-    m_tabs->addTab(m_settings, QStringLiteral("Settings"));
+    //: The organizer's tabs, as screen readers name them.
+    m_tabs->setAccessibleName(tr("Panes"));
+    m_tabs->addTab(m_organize, tr("Organize"));
+    m_tabs->addTab(m_organizeApp, tr("Organize App"));
+    m_tabs->addTab(m_settings, tr("Settings"));
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_tabs);
     resize(900, 560);

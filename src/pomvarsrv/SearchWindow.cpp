@@ -20,15 +20,15 @@ SearchWindow::SearchWindow(Results results, Actions actions, QWidget* parent)
     , m_list(new QListView(this))
 {
     setObjectName(QStringLiteral("searchWindow"));
-    setWindowTitle(QStringLiteral("Search Apps"));
-    setAccessibleName(QStringLiteral("Search Apps"));
+    setWindowTitle(tr("Search Apps"));
+    setAccessibleName(windowTitle());
     setFixedSize(kWidth, kHeight);
     m_field->setObjectName(QStringLiteral("searchField"));
-    m_field->setPlaceholderText(QStringLiteral("Search Apps"));
-    m_field->setAccessibleName(QStringLiteral("Search Apps"));
+    m_field->setPlaceholderText(windowTitle());
+    m_field->setAccessibleName(windowTitle());
     m_field->installEventFilter(this);
     m_list->setObjectName(QStringLiteral("searchResults"));
-    m_list->setAccessibleName(QStringLiteral("Results"));
+    m_list->setAccessibleName(tr("Results"));
     m_list->setModel(&m_model);
     m_list->setItemDelegate(new SearchResultDelegate(m_list));
     m_list->setUniformItemSizes(true);

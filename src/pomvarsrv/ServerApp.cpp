@@ -347,7 +347,8 @@ void ServerApp::launch(const QString& appkey, const QString& action)
     const AppEntry* app = m_model.apps().find(appkey.toStdString());
     const QString name = app ? QString::fromStdString(app->name) : appkey;
     UserNotice::show(QStringLiteral("Pomvar"),
-                     QStringLiteral("%1 could not be started.\n\n%2").arg(name, error));
+                     //: %1: the app's name; %2: why it could not be started.
+                     tr("%1 could not be started.\n\n%2").arg(name, error));
 }
 
 } // namespace pomvar::srv

@@ -17,14 +17,16 @@ SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget
     : QWidget(parent)
     , m_model(model)
     , m_autostart(std::move(autostart))
-    , m_normal(new QRadioButton(QStringLiteral("Normal"), this))
-    , m_compact(new QRadioButton(QStringLiteral("Compact"), this))
-    , m_animation(checkBox(QStringLiteral("Animation effects"), "animationFx"))
-    , m_saveExpanded(checkBox(QStringLiteral("Remember expanded categories"), "saveExpAppCats"))
-    , m_saveLastMenu(checkBox(QStringLiteral("Remember last menu"), "saveLastMenu"))
-    , m_oneExpanded(checkBox(QStringLiteral("Only one category open at a time"), "oneExpAppCat"))
-    , m_atLogin(checkBox(QStringLiteral("Start Pomvar at login"), "startAtLogin"))
-    , m_clearRecent(new QPushButton(QStringLiteral("Clear Recent Apps"), this))
+    //: Menu density: rows of the normal height.
+    , m_normal(new QRadioButton(tr("Normal"), this))
+    //: Menu density: rows of a smaller height.
+    , m_compact(new QRadioButton(tr("Compact"), this))
+    , m_animation(checkBox(tr("Animation effects"), "animationFx"))
+    , m_saveExpanded(checkBox(tr("Remember expanded categories"), "saveExpAppCats"))
+    , m_saveLastMenu(checkBox(tr("Remember last menu"), "saveLastMenu"))
+    , m_oneExpanded(checkBox(tr("Only one category open at a time"), "oneExpAppCat"))
+    , m_atLogin(checkBox(tr("Start Pomvar at login"), "startAtLogin"))
+    , m_clearRecent(new QPushButton(tr("Clear Recent Apps"), this))
 {
     setObjectName(QStringLiteral("settingsPane"));
     m_normal->setObjectName(QStringLiteral("densityNormal"));
@@ -32,16 +34,17 @@ SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget
     m_clearRecent->setObjectName(QStringLiteral("clearRecent"));
     m_clearRecent->setAutoDefault(false);
 
-    auto* density = new QGroupBox(QStringLiteral("Menu density"), this);
+    auto* density = new QGroupBox(tr("Menu density"), this);
     auto* densityLayout = new QHBoxLayout(density);
     densityLayout->addWidget(m_normal);
     densityLayout->addWidget(m_compact);
     densityLayout->addStretch(1);
-    auto* menus = new QGroupBox(QStringLiteral("Menus"), this);
+    auto* menus = new QGroupBox(tr("Menus"), this);
     auto* menusLayout = new QVBoxLayout(menus);
     for (QCheckBox* box : { m_animation, m_saveExpanded, m_saveLastMenu, m_oneExpanded })
         menusLayout->addWidget(box);
-    auto* system = new QGroupBox(QStringLiteral("System"), this);
+    //: The settings that concern the desktop session.
+    auto* system = new QGroupBox(tr("System"), this);
     auto* systemLayout = new QVBoxLayout(system);
     systemLayout->addWidget(m_atLogin);
     systemLayout->addWidget(m_clearRecent, 0, Qt::AlignLeft);
@@ -57,9 +60,9 @@ SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget
     connect(m_atLogin, &QCheckBox::toggled, this, [this](bool enabled) {
         if (!m_autostart.setEnabled(enabled)) {
             qCWarning(lcServer) << "cannot change the autostart entry" << m_autostart.path();
-            UserNotice::show(QStringLiteral("Pomvar Organizer"),
-                             QStringLiteral("The autostart entry %1 could not be changed.")
-                                 .arg(m_autostart.path()));
+            UserNotice::show(
+                tr("Pomvar Organizer"),
+                tr("The autostart entry %1 could not be changed.").arg(m_autostart.path()));
         }
         refresh();
     });

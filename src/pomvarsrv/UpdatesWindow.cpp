@@ -10,7 +10,7 @@ UpdatesWindow::UpdatesWindow(QWidget* parent)
     : ServerWindow(QStringLiteral("updatesWindow"), parent)
     , m_text(textLabel(QStringLiteral("updatesText")))
 {
-    setTitle(QStringLiteral("Pomvar Updates"));
+    setTitle(tr("Pomvar Updates"));
     QLabel* icon = iconLabel(QStringLiteral("updatesIcon"));
     setIcon(icon, QStringLiteral(":/pomvarsrv/pomvar.svg"));
     icon->setAccessibleName(QStringLiteral("Pomvar"));
@@ -19,8 +19,8 @@ UpdatesWindow::UpdatesWindow(QWidget* parent)
     row->addWidget(icon, 0, Qt::AlignTop);
     row->addWidget(m_text, 1);
     body()->addLayout(row);
-    m_close = addButton(QStringLiteral("&Close"), QStringLiteral("close"));
-    m_restart = addButton(QStringLiteral("&Restart Pomvar"), QStringLiteral("restartPomvar"));
+    m_close = addButton(tr("&Close"), QStringLiteral("close"));
+    m_restart = addButton(tr("&Restart Pomvar"), QStringLiteral("restartPomvar"));
     connect(m_close, &QPushButton::clicked, this, &QDialog::close);
     connect(m_restart, &QPushButton::clicked, this, &UpdatesWindow::restartRequested);
 }
@@ -31,11 +31,11 @@ void UpdatesWindow::showState(const QString& running, const QString& newer, bool
     m_restart->setEnabled(!restarting);
     m_close->setEnabled(!restarting);
     if (restarting)
-        m_text->setText(QStringLiteral("Pomvar restarts as soon as its panel has closed."));
+        m_text->setText(tr("Pomvar restarts as soon as its panel has closed."));
     else if (newer.isEmpty())
-        m_text->setText(QStringLiteral("Pomvar %1 is up to date.").arg(running));
+        m_text->setText(tr("Pomvar %1 is up to date.").arg(running));
     else
-        m_text->setText(QStringLiteral("Pomvar %1 is installed. Restart to use it.").arg(newer));
+        m_text->setText(tr("Pomvar %1 is installed. Restart to use it.").arg(newer));
     (newer.isEmpty() ? m_close : m_restart)->setFocus();
 }
 

@@ -11,7 +11,8 @@
 namespace pomvar::srv {
 
 // The categories the welcome offers to start with: the freedesktop main categories of the apps,
-// under the names menus usually give them ("Network" is "Internet"). Plain data in and out.
+// under the names menus usually give them ("Network" is "Internet"), in the user's language.
+// Plain data in and out.
 class WelcomeCategories
 {
 public:

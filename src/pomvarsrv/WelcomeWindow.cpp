@@ -9,22 +9,23 @@ namespace pomvar::srv {
 WelcomeWindow::WelcomeWindow(QWidget* parent)
     : ServerWindow(QStringLiteral("welcomeWindow"), parent)
 {
-    setTitle(QStringLiteral("Welcome to Pomvar"));
+    setTitle(tr("Welcome to Pomvar"));
     QLabel* icon = iconLabel(QStringLiteral("welcomeIcon"));
     setIcon(icon, QStringLiteral(":/pomvarsrv/pomvar.svg"));
     icon->setAccessibleName(QStringLiteral("Pomvar"));
     QLabel* heading = headingLabel(QStringLiteral("welcomeHeading"));
-    heading->setText(QStringLiteral("Welcome to Pomvar"));
+    heading->setText(windowTitle());
     const QString lines[] = {
-        QStringLiteral("Pomvar opens your apps from one panel: your pinned apps and categories, "
-                       "the apps you used lately, and all of them."),
-        QStringLiteral("Its icon lives in the system tray, at a corner of the screen: click it "
-                       "to open the panel."),
-        QStringLiteral("Right-click an app there to pin it or to file it into a category."),
+        tr("Pomvar opens your apps from one panel: your pinned apps and categories, the apps "
+           "you used lately, and all of them."),
+        tr("Its icon lives in the system tray, at a corner of the screen: click it to open the "
+           "panel."),
+        tr("Right-click an app there to pin it or to file it into a category."),
     };
     QLabel* offer = textLabel(QStringLiteral("welcomeOffer"));
-    offer->setText(QStringLiteral("Pomvar can start you off with categories made from your "
-                                  "apps, such as Internet, Office and Games."));
+    //: Name three of the categories "Start with categories" makes, as they are translated.
+    offer->setText(tr("Pomvar can start you off with categories made from your apps, such as "
+                      "Internet, Office and Games."));
 
     auto* text = new QVBoxLayout;
     text->addWidget(heading);
@@ -40,9 +41,9 @@ WelcomeWindow::WelcomeWindow(QWidget* parent)
     row->addLayout(text, 1);
     body()->addLayout(row);
 
-    QPushButton* skip = addButton(QStringLiteral("S&kip"), QStringLiteral("skip"));
+    QPushButton* skip = addButton(tr("S&kip"), QStringLiteral("skip"));
     QPushButton* start =
-        addButton(QStringLiteral("&Start with categories"), QStringLiteral("startWithCategories"));
+        addButton(tr("&Start with categories"), QStringLiteral("startWithCategories"));
     start->setFocus();
     connect(skip, &QPushButton::clicked, this, &QDialog::close);
     connect(start, &QPushButton::clicked, this, [this] {

@@ -4,6 +4,7 @@
 #include "ServerApp.h"
 #include "ServerLog.h"
 #include "ServerOptions.h"
+#include "i18n/Translations.h"
 
 #include <QApplication>
 
@@ -44,6 +45,9 @@ int main(int argc, char* argv[])
     AppCatalogue::addFlatpakDataDirs();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pomvarsrv"));
+    // libexec/pomvar/pomvarsrv: two folders below the prefix.
+    pomvar::Translations::install(
+        pomvar::Translations::folderFor(QApplication::applicationDirPath(), 2));
     if (!notes.empty())
         qCInfo(lcServer).noquote() << QString::fromStdString(notes).trimmed();
     qCInfo(lcServer) << "listening on port" << port;

@@ -3,6 +3,7 @@
 #include "LoopbackSockets.h"
 #include "ServerProcess.h"
 #include "SrvClient.h"
+#include "i18n/Translations.h"
 
 #include <QTest>
 
@@ -32,6 +33,9 @@ bool InProcessServer::start(const srv::ServerOptions& options)
     if (srv::LoopbackSockets::open(m_port, sockets, notes) !=
         srv::LoopbackSockets::Result::listening)
         return false;
+    // As the program does, in the test's language: the plural forms need them in English too.
+    [[maybe_unused]] static const QString language =
+        Translations::install(QStringLiteral(POMVAR_TRANSLATIONS_DIR));
     m_app = std::make_unique<srv::ServerApp>(options);
     m_app->start(sockets);
     return true;

@@ -2,6 +2,7 @@
 // so help, version and "already running" need no display.
 #include "app/PlatformChoice.h"
 #include "app/PomvarApp.h"
+#include "i18n/Translations.h"
 #include "model/PomvarViewModel.h"
 #include "ui/MenuBarScene.h"
 #include "ui/TrayIcon.h"
@@ -35,6 +36,9 @@ int main(int argc, char** argv)
     // The name tray hosts show for the icon, and the Wayland app id.
     QApplication::setApplicationDisplayName(QStringLiteral("Pomvar"));
     QGuiApplication::setDesktopFileName(pomvar::TrayIcon::applicationId);
+    // After the start-up sequence: its command-line outputs stay English.
+    pomvar::Translations::install(
+        pomvar::Translations::folderFor(QCoreApplication::applicationDirPath(), 1));
 
     // The scene (tray icon and panel): its first use of app.vm() creates the view model.
     pomvar::MenuBarScene scene(app.vm(), [&app] { app.terminate(); });

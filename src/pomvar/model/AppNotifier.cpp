@@ -61,9 +61,8 @@ void AppNotifier::sendUpdateComplete()
     const QVariantMap hints = { { QStringLiteral("sound-name"),
                                   QStringLiteral("message-new-instant") } };
     notify << QStringLiteral("Pomvar") << uint(0) << QStringLiteral("pomvar")
-           << QStringLiteral("Update Complete")
-           << QStringLiteral("Pomvar for Mac was successfully updated.") << QStringList() << hints
-           << int(-1);
+           << tr("Update Complete") << tr("Pomvar for Mac was successfully updated.")
+           << QStringList() << hints << int(-1);
     const auto call = QDBusConnection::sessionBus().asyncCall(notify);
     auto* watcher = new QDBusPendingCallWatcher(call, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* w) {

@@ -15,12 +15,12 @@ AppCategoryContextMenu::AppCategoryContextMenu(PomvarViewModel& vm,
     , m_item(std::move(item))
 {
     setObjectName(QStringLiteral("appCategoryContextMenu"));
-    QAction* getInfo = addAction(QStringLiteral("Get Info"));
+    QAction* getInfo = addAction(tr("Get Info"));
     connect(getInfo, &QAction::triggered, this, [this] {
         m_dismiss();
         m_vm.sendMessage(request::getInfoAppcat(m_item.id));
     });
-    QAction* organize = addAction(QStringLiteral("Organize"));
+    QAction* organize = addAction(tr("Organize"));
     connect(organize, &QAction::triggered, this, [this] {
         m_dismiss();
         m_vm.openOrganizer(OrganizerDlgMode::organize, m_item.id);

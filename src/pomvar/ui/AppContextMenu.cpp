@@ -20,17 +20,17 @@ AppContextMenu::AppContextMenu(PomvarViewModel& vm,
 {
     setObjectName(QStringLiteral("appContextMenu"));
 
-    QAction* open = addAction(QStringLiteral("Open"));
+    //: Starts the app.
+    QAction* open = addAction(tr("Open"));
     connect(open, &QAction::triggered, this, [this] { m_launchApp(m_item.id); });
 
-    QAction* getInfo = addAction(QStringLiteral("Get Info"));
+    QAction* getInfo = addAction(tr("Get Info"));
     connect(getInfo, &QAction::triggered, this, [this] {
         m_dismiss();
         m_vm.sendMessage(request::getInfoApp(m_item.id));
     });
 
-    QAction* pin =
-        addAction(m_item.isPinned ? QStringLiteral("Unpin App") : QStringLiteral("Pin App"));
+    QAction* pin = addAction(m_item.isPinned ? tr("Unpin App") : tr("Pin App"));
     connect(pin, &QAction::triggered, this, [this] {
         m_vm.sendMessage(request::togglePinApp(m_item.id));
         saveExpansionAndRefresh();
@@ -39,7 +39,7 @@ AppContextMenu::AppContextMenu(PomvarViewModel& vm,
     addSeparator();
     addAppCategories();
 
-    QAction* organize = addAction(QStringLiteral("Organize"));
+    QAction* organize = addAction(tr("Organize"));
     connect(organize, &QAction::triggered, this, [this] {
         m_dismiss();
         m_vm.openOrganizer(OrganizerDlgMode::organizeApp, m_item.id);
@@ -48,7 +48,7 @@ AppContextMenu::AppContextMenu(PomvarViewModel& vm,
 
 void AppContextMenu::addAppCategories()
 {
-    m_appCategories = addMenu(QStringLiteral("App Categories"));
+    m_appCategories = addMenu(tr("App Categories"));
     m_appCategories->setObjectName(QStringLiteral("appCategoriesMenu"));
     const auto memberships = m_vm.appsAppcats().find(m_item.id);
     const QPalette palette = this->palette();
@@ -69,7 +69,7 @@ void AppContextMenu::addAppCategories()
             saveExpansionAndRefresh();
         });
     }
-    QAction* addToNew = m_appCategories->addAction(QStringLiteral("Add to New Category…"));
+    QAction* addToNew = m_appCategories->addAction(tr("Add to New Category…"));
     connect(addToNew, &QAction::triggered, this, [this] {
         m_dismiss();
         m_vm.sendMessage(request::createNewAppcatCxtmnu(m_item.id));

@@ -25,13 +25,13 @@ CheckForUpdatesMenuItem::CheckForUpdatesMenuItem(PomvarViewModel& vm,
 void CheckForUpdatesMenuItem::refresh(bool updateAvailable)
 {
     if (updateAvailable) {
-        setText(QStringLiteral("Install Pomvar Update"));
+        setText(tr("Install Pomvar Update"));
         QIcon badge;
         badge.addPixmap(Assets::pixmap(QStringLiteral("menuItemBadge"), QSize(16, 16), 1.0));
         badge.addPixmap(Assets::pixmap(QStringLiteral("menuItemBadge"), QSize(16, 16), 2.0));
         setIcon(badge);
     } else {
-        setText(QStringLiteral("Check For Updates"));
+        setText(tr("Check For Updates"));
         setIcon({});
     }
 }

@@ -18,7 +18,8 @@ ControlMenu::ControlMenu(PomvarViewModel& vm,
     , m_menu(new ControlMenuEntries(vm, std::move(dismiss), std::move(terminate), this))
 {
     setObjectName(QStringLiteral("controlMenu"));
-    setAccessibleName(QStringLiteral("Pomvar Menu"));
+    //: The control menu's button, as screen readers name it.
+    setAccessibleName(tr("Pomvar Menu"));
     setPopupMode(QToolButton::InstantPopup);
     setFocusPolicy(Qt::NoFocus);
     setCursor(Qt::PointingHandCursor);

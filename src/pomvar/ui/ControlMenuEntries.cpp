@@ -15,13 +15,13 @@ ControlMenuEntries::ControlMenuEntries(PomvarViewModel& vm,
     , m_dismiss(std::move(dismiss))
     , m_terminate(std::move(terminate))
 {
-    QAction* settings = addAction(QStringLiteral("Settings…"));
+    QAction* settings = addAction(tr("Settings…"));
     settings->setObjectName(QStringLiteral("settingsMenuItem"));
     connect(settings, &QAction::triggered, this, [this] {
         m_dismiss();
         m_vm.settings();
     });
-    QAction* about = addAction(QStringLiteral("About…"));
+    QAction* about = addAction(tr("About…"));
     about->setObjectName(QStringLiteral("aboutMenuItem"));
     connect(about, &QAction::triggered, this, [this] {
         m_dismiss();
@@ -29,7 +29,7 @@ ControlMenuEntries::ControlMenuEntries(PomvarViewModel& vm,
     });
     addAction(new CheckForUpdatesMenuItem(m_vm, m_dismiss, this));
     addSeparator();
-    QAction* quit = addAction(QStringLiteral("Quit"));
+    QAction* quit = addAction(tr("Quit"));
     quit->setObjectName(QStringLiteral("quitMenuItem"));
     connect(quit, &QAction::triggered, this, [this] {
         m_dismiss();

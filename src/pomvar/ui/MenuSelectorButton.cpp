@@ -11,13 +11,16 @@ VStackButtonLabel MenuSelectorButton::labelFor(Pomvar menu)
 {
     switch (menu) {
         case Pomvar::MyApps:
-            return { QStringLiteral("My Apps"), QStringLiteral("myapps") };
+            //: The selector of the pinned apps and categories (a star), 56 pixels wide at 12
+            //: pixels: keep it short, as the others.
+            return { tr("My Apps"), QStringLiteral("myapps") };
         case Pomvar::Recent:
-            return { QStringLiteral("Recent"), QStringLiteral("recent") };
+            //: The selector of the recently launched apps.
+            return { tr("Recent"), QStringLiteral("recent") };
         case Pomvar::AllApps:
             break;
     }
-    return { QStringLiteral("All Apps"), QStringLiteral("allapps") };
+    return { tr("All Apps"), QStringLiteral("allapps") };
 }
 
 MenuSelectorButton::MenuSelectorButton(Pomvar menu, QWidget* parent)

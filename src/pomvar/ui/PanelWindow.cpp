@@ -23,8 +23,9 @@ PanelWindow::PanelWindow(PomvarViewModel& vm, std::function<void()> terminate, Q
     , m_terminate(std::move(terminate))
 {
     setObjectName(QStringLiteral("pomvarPanel"));
-    setWindowTitle(QStringLiteral("Pomvar"));
-    setAccessibleName(QStringLiteral("Pomvar"));
+    //: The panel's window title: the product's name.
+    setWindowTitle(tr("Pomvar"));
+    setAccessibleName(windowTitle());
     setFixedSize(panelWidth, panelHeight);
     setAutoFillBackground(true);
     auto* layout = new QVBoxLayout(this);

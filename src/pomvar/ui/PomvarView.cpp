@@ -176,16 +176,16 @@ QWidget* PomvarView::controlBar()
     layout->setContentsMargins(10, 10, 0, 10);
     layout->setSpacing(4);
 
-    auto* search = new ControlButton(QStringLiteral("Search"), QStringLiteral("search"), bar);
+    //: Opens the search window.
+    auto* search = new ControlButton(tr("Search"), QStringLiteral("search"), bar);
     search->setObjectName(QStringLiteral("searchButton"));
     connect(search, &QAbstractButton::clicked, this, [this] {
         m_dismiss();
         m_vm.sendMessage(request::plain(request::appSearch));
     });
-    auto* organize = new ControlButton(QStringLiteral("Organize"),
-                                       QStringLiteral("organzr"),
-                                       PanelFonts::callout(bar->font()),
-                                       bar);
+    //: Opens the organizer window, where apps are pinned and filed into categories.
+    auto* organize = new ControlButton(
+        tr("Organize"), QStringLiteral("organzr"), PanelFonts::callout(bar->font()), bar);
     organize->setObjectName(QStringLiteral("organizeButton"));
     connect(organize, &QAbstractButton::clicked, this, [this] {
         m_dismiss();
@@ -250,10 +250,12 @@ QWidget* PomvarView::myAppsEmpty()
 {
     auto* empty = new EmptyState(
         QStringLiteral("myappsEmpty"),
-        QStringLiteral("My Apps"),
-        { QStringLiteral("Click Organize to pin your favorite apps to the Pomvar and organize "
-                         "apps into app categories."),
-          QStringLiteral("Click All Apps on the left to browse apps on your Mac.") },
+        //: The pinned apps and categories' menu, named as its selector on the left.
+        tr("My Apps"),
+        { tr("Click Organize to pin your favorite apps to the Pomvar and organize apps into app "
+             "categories."),
+          //: "your Mac" is the user's computer.
+          tr("Click All Apps on the left to browse apps on your Mac.") },
         this);
     empty->setObjectName(QStringLiteral("myAppsEmpty"));
     return empty;
@@ -261,11 +263,11 @@ QWidget* PomvarView::myAppsEmpty()
 
 QWidget* PomvarView::recentAppsEmpty()
 {
-    auto* empty = new EmptyState(
-        QStringLiteral("recentEmpty"),
-        QStringLiteral("Recent Apps"),
-        { QStringLiteral("Apps that were recently launched from the Pomvar will appear here.") },
-        this);
+    auto* empty =
+        new EmptyState(QStringLiteral("recentEmpty"),
+                       tr("Recent Apps"),
+                       { tr("Apps that were recently launched from the Pomvar will appear here.") },
+                       this);
     empty->setObjectName(QStringLiteral("recentAppsEmpty"));
     return empty;
 }

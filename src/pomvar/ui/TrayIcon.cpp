@@ -26,13 +26,14 @@ namespace {
 // The icon's accessible label, title and tool tip.
 QString label()
 {
-    return QStringLiteral("Pomvar");
+    //: The tray icon's tool tip and title: the product's name.
+    return TrayIcon::tr("Pomvar");
 }
 
 QString noTrayNotice()
 {
-    return QStringLiteral("Pomvar: no system tray is available; the Pomvar icon will appear as "
-                          "soon as one starts.");
+    return TrayIcon::tr("Pomvar: no system tray is available; the Pomvar icon will appear as "
+                        "soon as one starts.");
 }
 
 // The installed icon theme folder beside the program (share/icons), when it holds the icon.
@@ -78,7 +79,7 @@ TrayIcon::TrayIcon(QObject* parent)
     , m_icon(new QSystemTrayIcon(this))
     , m_item(new StatusNotifierItem(QDBusConnection::sessionBus(), applicationId, this))
 {
-    m_icon->setObjectName(label());
+    m_icon->setObjectName(QStringLiteral("Pomvar"));
     m_icon->setToolTip(label());
     setGlyphColour(XEmbedTrayTint::forBackground(QApplication::palette().color(QPalette::Window)));
     connect(m_icon, &QSystemTrayIcon::activated, this, &TrayIcon::activated);

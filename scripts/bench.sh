@@ -5,7 +5,7 @@
 #   first and later panel openings and scrolling at 1,000 and 5,000 apps (bench_panel, Xvfb);
 #   building the menus at 1,000 and 5,000 apps (bench_menu_build);
 #   the search keystroke and window (bench_search, Xvfb);
-#   the organizer's opening (bench_organizer, Xvfb, when built);
+#   the organizer's opening (bench_organizer) and the other windows' (bench_windows), Xvfb;
 #   the server's start-up and payloads (bench_pomvarsrv), the request round trip
 #   (bench_ipc_roundtrip) and the front end's readiness probe (bench_startup).
 # Benchmarks that take port 50818 run one after another; run nothing else on the machine meanwhile.
@@ -41,10 +41,10 @@ section "building the menus (bench_menu_build)"
 QT_QPA_PLATFORM=offscreen "$b/bench_menu_build"
 section "search (bench_search)"
 xvfb "$b/bench_search"
-if [ -x "$b/bench_organizer" ]; then
-    section "organizer (bench_organizer)"
-    xvfb "$b/bench_organizer"
-fi
+section "organizer (bench_organizer)"
+xvfb "$b/bench_organizer"
+section "info, about, welcome and updates windows (bench_windows)"
+xvfb "$b/bench_windows"
 section "runtime server start-up and payloads (bench_pomvarsrv)"
 "$b/bench_pomvarsrv"
 section "request round trip (bench_ipc_roundtrip)"

@@ -16,6 +16,8 @@ packages=(
     # tests and screenshots
     xvfb xauth trayer xdotool x11-utils imagemagick dbus dbus-x11
     at-spi2-core gir1.2-atspi-2.0 python3-gi desktop-file-utils
+    # packaging and its checks
+    dpkg-dev lintian appstream man-db
     util-linux procps
     weston xwayland
 )

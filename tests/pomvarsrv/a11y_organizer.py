@@ -1,29 +1,20 @@
 #!/usr/bin/python3
-# The organizer as a screen reader finds it (atspi_session): its panes, lists, rows, buttons and
+# The organizer as a screen reader finds it (desktop_session): its panes, lists, rows, buttons and
 # check boxes are found by their visible names and none is unnamed; a preference ticked, "Clear
 # Recent Apps" and a pin's row selected then "Unpin", all pressed over AT-SPI, reach the store.
 # usage: a11y_organizer.py <pomvarsrv>
 import json, os, sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
-from atspi_session import Session, find, press, waited  # noqa: E402
+from desktop_session import DesktopSession, press, waited  # noqa: E402
 
-session = Session(sys.argv[1], entries={"alpha": "Name=Alpha\nExec=true",
-                                        "beta": "Name=Beta\nExec=true"},
-                  store=json.dumps({"version": 1, "pins": ["alpha.desktop", "beta.desktop"],
-                                    "categories": [{"name": "Games", "apps": ["beta.desktop"]}],
-                                    "recent": ["alpha.desktop"]}))
-stored = f"{session.root}/home/.config/pomvar/pomvarsrv.json"
-
-
-def store():
-    with open(stored) as f:
-        return json.load(f)
-
-
-def found(node, role, name):
-    return waited(lambda: find(node, role, name)) or session.fail(f"no {role} named {name!r}")
-
+session = DesktopSession(
+    entries={"alpha": "Name=Alpha\nExec=true", "beta": "Name=Beta\nExec=true"},
+    store=json.dumps({"version": 1, "pins": ["alpha.desktop", "beta.desktop"],
+                      "categories": [{"name": "Games", "apps": ["beta.desktop"]}],
+                      "recent": ["alpha.desktop"]}))
+session.serve(sys.argv[1])
+found = session.found
 
 session.request('{\n    "id": "organizer",\n    "pane": 2,\n    "itemkey": null\n}')
 window = session.window("Pomvar Organizer")
@@ -33,10 +24,10 @@ for name in ("Organize", "Organize App", "Settings"):
 for name in ("Normal", "Compact"):
     found(window, "radio button", name)
 press(found(window, "check box", "Animation effects"))
-if not waited(lambda: store()["prefs"]["AnimationFx"] is False):
+if not waited(lambda: session.store()["prefs"]["AnimationFx"] is False):
     session.fail("ticking Animation effects did not reach the store")
 press(found(window, "push button", "Clear Recent Apps"))
-if not waited(lambda: store()["recent"] == []):
+if not waited(lambda: session.store()["recent"] == []):
     session.fail("Clear Recent Apps did not clear the store's Recent")
 
 press(found(window, "page tab", "Organize"))
@@ -50,6 +41,6 @@ if rows != ["Alpha", "Beta"]:
     session.fail(f"the pinned apps read {rows}")
 press(pins.get_child_at_index(1))
 press(found(window, "push button", "Unpin"))
-if not waited(lambda: store()["pins"] == ["alpha.desktop"]):
-    session.fail(f"selecting Beta and pressing Unpin left the pins {store()['pins']}")
+if not waited(lambda: session.store()["pins"] == ["alpha.desktop"]):
+    session.fail(f"selecting Beta and pressing Unpin left the pins {session.store()['pins']}")
 session.finish("the organizer's controls are named, found and pressed over AT-SPI")

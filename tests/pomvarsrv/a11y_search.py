@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-# The search window as a screen reader finds it (atspi_session): the window, its field and its
+# The search window as a screen reader finds it (desktop_session): the window, its field and its
 # rows are found by name, every control has one, the rows read as the apps' names, text set
 # through the field's editable-text interface ranks the results, and a row selected through its
 # action is launched by Return, as a screen reader user does it.
@@ -7,19 +7,21 @@
 import os, subprocess, sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
-from atspi_session import Atspi, Session, find, press, waited  # noqa: E402
+from desktop_session import Atspi, DesktopSession, press, waited  # noqa: E402
 
-session = Session(sys.argv[1], store='{"version": 1, "recent": ["beta.desktop", "alpha.desktop"]}',
-                  entries={name.split()[0].lower(): f"Name={name}\nExec=touch {{root}}/launched"
-                           for name in ("Alpha Editor", "Beta Viewer")})
+session = DesktopSession(
+    store='{"version": 1, "recent": ["beta.desktop", "alpha.desktop"]}',
+    entries={name.split()[0].lower(): f"Name={name}\nExec=touch {{root}}/launched"
+             for name in ("Alpha Editor", "Beta Viewer")})
+session.serve(sys.argv[1])
 launched = f"{session.root}/launched"
 
 # Opened the way a keyboard shortcut does.
 if subprocess.run([sys.argv[1], "--search"], env=session.env, stderr=subprocess.DEVNULL).returncode:
     session.fail("pomvarsrv --search did not reach the server")
 window = session.window("Search Apps")
-field = find(window, "text", "Search Apps") or session.fail("no field named Search Apps")
-results = find(window, "list", "Results") or session.fail("no list named Results")
+field = session.found(window, "text", "Search Apps")
+results = session.found(window, "list", "Results")
 session.check_named(window)
 
 

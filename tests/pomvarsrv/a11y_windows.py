@@ -1,18 +1,19 @@
 #!/usr/bin/python3
-# The info, about, welcome and updates windows as a screen reader finds them (atspi_session):
+# The info, about, welcome and updates windows as a screen reader finds them (desktop_session):
 # each window is found by its title, every control in it has a name, the names are the visible
 # labels, and its buttons are pressed through AT-SPI; Escape closes a window.
 # usage: a11y_windows.py <pomvarsrv>
-import json, os, sys
+import os, sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
-from atspi_session import Atspi, Session, find, find_all, press, waited  # noqa: E402
+from desktop_session import Atspi, DesktopSession, find, find_all, press, waited  # noqa: E402
 
 # No store: the welcome shows at the first start.
-session = Session(sys.argv[1], entries={
+session = DesktopSession(entries={
     "editor": "Name=Editor\nComment=Edit plain text\nCategories=Utility;\n"
               "Exec=touch {root}/opened",
     "mail": "Name=Mail\nCategories=Network;Email;\nExec=true"})
+session.serve(sys.argv[1])
 with open(os.path.join(os.path.dirname(sys.argv[1]), "version")) as f:
     version = f.read().strip()
 
@@ -23,20 +24,14 @@ def window(title, buttons, labels=()):
     session.check_named(shown)
     for role, names in (("push button", buttons), ("label", labels)):
         for name in names:
-            if not find(shown, role, name):
-                session.fail(f"no {role} named {name!r} in {title!r}")
+            session.found(shown, role, name)
     return shown
-
-
-def store():
-    with open(f"{session.root}/home/.config/pomvar/pomvarsrv.json") as f:
-        return json.load(f)
 
 
 welcome = window("Welcome to Pomvar", ("Start with categories", "Skip"), ("Welcome to Pomvar",))
 press(find(welcome, "push button", "Start with categories"))
-if not waited(lambda: [c["name"] for c in store()["categories"]] == ["Accessories", "Internet"]):
-    session.fail(f"the welcome's categories are {store()['categories']}")
+if not waited(lambda: [c["name"] for c in session.store()["categories"]] == ["Accessories", "Internet"]):
+    session.fail(f"the welcome's categories are {session.store()['categories']}")
 
 session.request('{\n    "id": "get-info-app",\n    "appkey": "editor.desktop"\n}')
 info = window("Editor", ("Open", "Organize…", "Open Containing Folder", "Close"),

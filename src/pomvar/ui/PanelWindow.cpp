@@ -3,6 +3,7 @@
 #include "ui/PanelPlacement.h"
 #include "ui/PomvarView.h"
 
+#include <QCloseEvent>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -15,6 +16,10 @@ namespace {
 // A click on the tray icon while the panel is open first closes the panel (a click outside a
 // popup), then reaches the icon; within this many milliseconds it counts as the same click.
 constexpr qint64 kSameClickMs = 300;
+// Closing the panel gives the focus back to the desktop, and the window system reports the
+// application inactive only a moment later (up to about half a second on X11). A click on the
+// tray icon within that moment opens the panel again; that late report must not close it.
+constexpr qint64 kLateDeactivationMs = 1000;
 } // namespace
 
 PanelWindow::PanelWindow(PomvarViewModel& vm, std::function<void()> terminate, QWidget* parent)
@@ -57,6 +62,7 @@ void PanelWindow::open(const QRect& anchor)
     const QRect available = screen ? screen->availableGeometry() : QRect(0, 0, 1024, 768);
     move(PanelPlacement::topLeft(size(), anchor, QCursor::pos(), available));
 
+    m_sinceOpened.start();
     show();
     raise();
     activateWindow();
@@ -82,6 +88,19 @@ void PanelWindow::dismiss()
     m_dismissing = true;
     hide();
     m_dismissing = false;
+}
+
+void PanelWindow::closeEvent(QCloseEvent* event)
+{
+    // Qt closes popups when the application turns inactive. Within a moment of the opening that
+    // is the late report of the last closing, not the user leaving: the panel stays. (A click
+    // outside in that moment does not close it either; the next one does.)
+    if (m_sinceOpened.isValid() && m_sinceOpened.elapsed() < kLateDeactivationMs &&
+        QGuiApplication::applicationState() != Qt::ApplicationActive) {
+        event->ignore();
+        return;
+    }
+    QWidget::closeEvent(event);
 }
 
 void PanelWindow::hideEvent(QHideEvent* event)

@@ -37,6 +37,7 @@ Q_SIGNALS:
     void dismissed();
 
 protected:
+    void closeEvent(QCloseEvent* event) override;
     void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
@@ -45,6 +46,7 @@ private:
     std::function<void()> m_terminate;
     QPointer<PomvarView> m_view;
     QElapsedTimer m_sinceHidden;
+    QElapsedTimer m_sinceOpened;
     bool m_dismissing = false;
 };
 

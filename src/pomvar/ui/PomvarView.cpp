@@ -138,7 +138,12 @@ void PomvarView::onAppear()
     m_vm.updateMenu();
     if (!requirePrefs(m_vm)->saveLastMenu)
         setSelectedMenu(Pomvar::MyApps);
-    menuView(m_selectedMenu)->setFocus(Qt::PopupFocusReason);
+    // An empty menu has no row to focus: its selector button takes the focus, so that keyboard
+    // and screen reader users start in the panel.
+    if (menuPage(m_selectedMenu)->isShowingEmptyState())
+        m_selectorButtons[slot(m_selectedMenu)]->setFocus(Qt::PopupFocusReason);
+    else
+        menuView(m_selectedMenu)->setFocus(Qt::PopupFocusReason);
 }
 
 void PomvarView::onDisappear()

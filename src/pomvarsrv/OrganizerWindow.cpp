@@ -2,6 +2,7 @@
 
 #include "OrganizePane.h"
 #include "SettingsPane.h"
+#include "WindowPresenter.h"
 
 #include <QEvent>
 #include <QShortcut>
@@ -58,9 +59,7 @@ void OrganizerWindow::present(int pane, const QString& itemkey)
         m_organize->selectCategory(itemkey);
     else if (pane == 1)
         m_organizeApp->setApp(itemkey);
-    show();
-    raise();
-    activateWindow();
+    WindowPresenter::present(*this);
     if (pane != 0)
         m_tabs->currentWidget()->setFocus();
 }

@@ -1,13 +1,12 @@
 #include "SearchWindow.h"
 
 #include "SearchResultDelegate.h"
+#include "WindowPresenter.h"
 
 #include <QApplication>
-#include <QCursor>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
-#include <QScreen>
 #include <QVBoxLayout>
 
 namespace pomvar::srv {
@@ -51,16 +50,9 @@ SearchWindow::SearchWindow(Results results, Actions actions, QWidget* parent)
 
 void SearchWindow::present()
 {
-    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    const QRect area = screen->availableGeometry();
-    move(area.left() + (area.width() - kWidth) / 2, area.top() + area.height() / 3);
     m_actionsOf.clear();
     refresh();
-    show();
-    raise();
-    activateWindow();
+    WindowPresenter::present(*this, WindowPresenter::Placement::upperThird);
     m_field->setFocus();
     m_field->selectAll();
 }

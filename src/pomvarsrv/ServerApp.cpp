@@ -6,15 +6,11 @@
 #include "UserNotice.h"
 #include "wire/Version.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QSet>
 #include <QTimer>
-
-#include <algorithm>
-#include <ctime>
 
 #include <malloc.h>
 #include <map>
@@ -45,12 +41,11 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     , m_updates(m_options.installDir, QString::fromUtf8(pomvar::version()))
     , m_handler(m_model, &m_updates)
     , m_server(m_handler)
-    , m_prompt(m_model)
-    , m_windows(
-          m_model,
-          m_updates,
-          [this](const QString& appkey) { launch(appkey); },
-          [this](int pane, const QString& itemkey) { showOrganizer(pane, itemkey); })
+    , m_windows(m_model,
+                m_updates,
+                m_search,
+                m_entries,
+                [this](const QString& appkey, const QString& action) { launch(appkey, action); })
 {
     QGuiApplication::setQuitOnLastWindowClosed(false);
     m_scanPool.setMaxThreadCount(1);
@@ -63,13 +58,20 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     connect(&m_handler, &RequestHandler::launchRequested, this, [this](const QString& appkey) {
         launch(appkey);
     });
-    connect(&m_handler, &RequestHandler::newCategoryRequested, &m_prompt, &NewCategoryPrompt::ask);
-    connect(&m_handler, &RequestHandler::searchRequested, this, &ServerApp::showSearch);
-    connect(&m_handler, &RequestHandler::organizerRequested, this, &ServerApp::showOrganizer);
-    connect(&m_handler, &RequestHandler::appInfoRequested, this, &ServerApp::showAppInfo);
-    connect(&m_handler, &RequestHandler::categoryInfoRequested, this, &ServerApp::showCategoryInfo);
-    connect(&m_handler, &RequestHandler::aboutRequested, this, &ServerApp::showAbout);
-    connect(&m_handler, &RequestHandler::updatesRequested, this, &ServerApp::showUpdates);
+    connect(&m_handler,
+            &RequestHandler::newCategoryRequested,
+            &m_windows,
+            &ServerWindows::askNewCategory);
+    connect(&m_handler, &RequestHandler::searchRequested, &m_windows, &ServerWindows::showSearch);
+    connect(
+        &m_handler, &RequestHandler::organizerRequested, &m_windows, &ServerWindows::showOrganizer);
+    connect(&m_handler, &RequestHandler::appInfoRequested, &m_windows, &ServerWindows::showAppInfo);
+    connect(&m_handler,
+            &RequestHandler::categoryInfoRequested,
+            &m_windows,
+            &ServerWindows::showCategoryInfo);
+    connect(&m_handler, &RequestHandler::aboutRequested, &m_windows, &ServerWindows::showAbout);
+    connect(&m_handler, &RequestHandler::updatesRequested, &m_windows, &ServerWindows::showUpdates);
     connect(&m_updates, &Updates::restartDue, this, &ServerApp::restartIntoUpdate);
     connect(&m_catalogue, &AppCatalogue::changed, this, [this] {
         qCInfo(lcServer) << "the installed apps changed";
@@ -213,74 +215,6 @@ void ServerApp::pruneIcons()
         qCInfo(lcServer) << removed << "stale icon renders removed";
 }
 
-void ServerApp::showSearch()
-{
-    qCInfo(lcServer) << "app-search requested: showing the search window";
-    if (!m_searchWindow) {
-        m_searchWindow = std::make_unique<SearchWindow>(
-            [this](const QString& query) { return searchRows(query); },
-            [this](const QString& appkey) { return actionRows(appkey); });
-        connect(m_searchWindow.get(),
-                &SearchWindow::launchRequested,
-                this,
-                [this](const QString& appkey) { launch(appkey); });
-        connect(m_searchWindow.get(), &SearchWindow::actionRequested, this, &ServerApp::launch);
-    }
-    m_searchWindow->present();
-}
-
-void ServerApp::showOrganizer(int pane, const QString& itemkey)
-{
-    qCInfo(lcServer) << "organizer requested, pane" << pane << "item" << itemkey;
-    if (!m_organizer) {
-        m_organizer = std::make_unique<OrganizerWindow>(
-            m_model,
-            [this](const QString& query) { return pickerApps(query); },
-            [this](const std::string& appkey) {
-                for (const DesktopApp& entry : m_entries) {
-                    if (entry.id == appkey)
-                        return entry.genericName;
-                }
-                return QString();
-            });
-        connect(m_organizer.get(), &OrganizerWindow::infoRequested, this, &ServerApp::showAppInfo);
-    }
-    m_organizer->present(pane, itemkey);
-}
-
-std::vector<std::string> ServerApp::pickerApps(const QString& query) const
-{
-    std::vector<std::string> keys;
-    if (query.trimmed().isEmpty()) {
-        for (const AppEntry& app : m_model.apps().all())
-            keys.push_back(app.key);
-        return keys;
-    }
-    for (const std::size_t at : m_search.rank(query, m_model.store().uses(std::time(nullptr))))
-        keys.push_back(m_entries[at].id);
-    return keys;
-}
-
-void ServerApp::showAppInfo(const QString& appkey)
-{
-    m_windows.showAppInfo(appkey);
-}
-
-void ServerApp::showCategoryInfo(const QString& appcat)
-{
-    m_windows.showCategoryInfo(appcat);
-}
-
-void ServerApp::showAbout()
-{
-    m_windows.showAbout();
-}
-
-void ServerApp::showUpdates()
-{
-    m_windows.showUpdates();
-}
-
 void ServerApp::restartIntoUpdate()
 {
     // The port first: the new front end waits for its own server to take it.
@@ -289,50 +223,6 @@ void ServerApp::restartIntoUpdate()
     m_updates.startInstalledFrontEnd();
     qCInfo(lcServer) << "restarted into the installed Pomvar: leaving";
     QCoreApplication::exit(0);
-}
-
-SearchRow ServerApp::rowOf(const std::string& appkey, const DesktopApp* entry) const
-{
-    SearchRow row{ QString::fromStdString(appkey), {}, {}, {}, {} };
-    if (const AppEntry* app = m_model.apps().find(appkey)) {
-        row.name = QString::fromStdString(app->name);
-        row.icon = QString::fromStdString(app->iconPath);
-        row.icon2x = QString::fromStdString(app->iconPath2x);
-    }
-    if (!entry) {
-        const auto found = std::find_if(
-            m_entries.begin(), m_entries.end(), [&](const auto& e) { return e.id == appkey; });
-        entry = found == m_entries.end() ? nullptr : &*found;
-    }
-    if (entry)
-        row.detail = entry->genericName.isEmpty() ? entry->comment : entry->genericName;
-    return row;
-}
-
-std::vector<SearchRow> ServerApp::searchRows(const QString& query) const
-{
-    constexpr std::size_t kShown = 50;
-    std::vector<SearchRow> rows;
-    if (query.trimmed().isEmpty()) {
-        for (const std::string& appkey : m_model.store().recent())
-            if (m_model.apps().contains(appkey))
-                rows.push_back(rowOf(appkey));
-        return rows;
-    }
-    const auto order = m_search.rank(query, m_model.store().uses(std::time(nullptr)));
-    for (std::size_t i = 0; i < order.size() && rows.size() < kShown; ++i) {
-        rows.push_back(rowOf(m_entries[order[i]].id, &m_entries[order[i]]));
-    }
-    return rows;
-}
-
-std::vector<SearchRow> ServerApp::actionRows(const QString& appkey) const
-{
-    std::vector<SearchRow> rows;
-    const SearchRow app = rowOf(appkey.toStdString());
-    for (const auto& [action, name] : Launcher::actions(appkey))
-        rows.push_back({ action, name, app.name, app.icon, app.icon2x });
-    return rows;
 }
 
 void ServerApp::launch(const QString& appkey, const QString& action)

@@ -4,12 +4,9 @@
 #include "CatalogueCache.h"
 #include "CatalogueScan.h"
 #include "IconCache.h"
-#include "NewCategoryPrompt.h"
-#include "OrganizerWindow.h"
 #include "RequestHandler.h"
 #include "RuntimeServer.h"
 #include "SearchIndex.h"
-#include "SearchWindow.h"
 #include "ServerModel.h"
 #include "ServerOptions.h"
 #include "ServerWindows.h"
@@ -19,14 +16,13 @@
 #include <QObject>
 #include <QThreadPool>
 
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace pomvar::srv {
 
-// The whole server: store, catalogue, icons, request handling and the listening sockets.
+// The whole server: store, catalogue, icons, request handling and the listening sockets, wired
+// to the windows (ServerWindows).
 // start() takes over the listening sockets, opened before Qt started (LoopbackSockets), then
 // loads the catalogue before anything is served (connections wait in the listen backlog
 // meanwhile): from the catalogue
@@ -57,23 +53,8 @@ private:
     void pruneIcons();
     // The app, or one of its desktop actions; Recent and its flag follow, a failure is shown.
     void launch(const QString& appkey, const QString& action = {});
-    // The search window, made at its first request.
-    void showSearch();
-    // The organizer on a pane (OrganizerDlgMode) and an item (a category or an app key).
-    void showOrganizer(int pane, const QString& itemkey);
-    // The organizer's picker: the apps matching a query as the search ranks them; all, in menu
-    // order, for an empty one.
-    std::vector<std::string> pickerApps(const QString& query) const;
-    void showAppInfo(const QString& appkey);
-    void showCategoryInfo(const QString& appcat);
-    void showAbout();
-    void showUpdates();
     // The old front end is gone after the user asked to restart into the installed programs.
     void restartIntoUpdate();
-    std::vector<SearchRow> searchRows(const QString& query) const;
-    std::vector<SearchRow> actionRows(const QString& appkey) const;
-    // The app's row; its entry is looked up when not given.
-    SearchRow rowOf(const std::string& appkey, const DesktopApp* entry = nullptr) const;
 
     ServerOptions m_options;
     StoreFile m_storeFile;
@@ -85,12 +66,9 @@ private:
     IconCache m_icons;
     CatalogueCache m_catalogueCache;
     std::string m_environment;
-    NewCategoryPrompt m_prompt;
     IconCache::Files m_genericIcons;
     SearchIndex m_search;
     std::vector<DesktopApp> m_entries; // in the search index's order
-    std::unique_ptr<SearchWindow> m_searchWindow;
-    std::unique_ptr<OrganizerWindow> m_organizer;
     ServerWindows m_windows;
     // Counts scans started and lists applied: only the latest one's results are used.
     int m_scanGeneration = 0;

@@ -1,11 +1,11 @@
 #include "ServerWindow.h"
 
+#include "WindowPresenter.h"
+
 #include <QApplication>
-#include <QCursor>
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QScreen>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -92,17 +92,9 @@ void ServerWindow::setIcon(QLabel* label, const QString& file)
 
 void ServerWindow::present()
 {
-    if (!isVisible()) {
+    if (!isVisible())
         adjustSize();
-        const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
-        if (!screen)
-            screen = QGuiApplication::primaryScreen();
-        const QRect area = screen->availableGeometry();
-        move(area.center() - rect().center());
-    }
-    show();
-    raise();
-    activateWindow();
+    WindowPresenter::present(*this);
 }
 
 } // namespace pomvar::srv

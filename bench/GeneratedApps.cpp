@@ -46,4 +46,12 @@ QProcessEnvironment benchEnvironment(const TestDesktop& desktop, std::uint16_t p
     return env;
 }
 
+void useInThisProcess(const TestDesktop& desktop)
+{
+    const QProcessEnvironment env = benchEnvironment(desktop, 0);
+    for (const char* name :
+         { "HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "PATH" })
+        qputenv(name, env.value(name).toUtf8());
+}
+
 } // namespace pomvar::bench

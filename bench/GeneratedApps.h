@@ -16,4 +16,8 @@ void populate(const test::TestDesktop& desktop, int count, int ownIcons);
 // desktop: their folders are indexed at every scan.
 QProcessEnvironment benchEnvironment(const test::TestDesktop& desktop, std::uint16_t port);
 
+// Points this process at benchEnvironment(), for a runtime server run in-process: before the
+// QApplication is made.
+void useInThisProcess(const test::TestDesktop& desktop);
+
 } // namespace pomvar::bench

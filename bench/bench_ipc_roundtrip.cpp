@@ -2,6 +2,7 @@
 // beside a bare blocking-socket ping-pong with the same server, and the time to receive an
 // 8 MiB All Apps reply and read it into menu rows.
 #include "FakeRuntimeServer.h"
+#include "Median.h"
 #include "ipc/JsonDocument.h"
 #include "ipc/MenuPayloadReader.h"
 #include "ipc/RuntimeLink.h"
@@ -25,13 +26,9 @@
 using namespace pomvar;
 using Clock = std::chrono::steady_clock;
 
-namespace {
+using pomvar::bench::median;
 
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
+namespace {
 
 double microsSince(Clock::time_point start)
 {

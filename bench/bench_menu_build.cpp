@@ -3,6 +3,7 @@
 // rebuild after the apps changed, and an opening with nothing changed (four exchanges).
 #include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
+#include "Median.h"
 #include "model/PomvarViewModel.h"
 
 #include <QCoreApplication>
@@ -16,13 +17,9 @@ using namespace pomvar;
 using Clock = std::chrono::steady_clock;
 using test::FakeRuntimeServer;
 
-namespace {
+using pomvar::bench::median;
 
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
+namespace {
 
 double millisSince(Clock::time_point start)
 {

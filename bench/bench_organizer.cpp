@@ -7,8 +7,9 @@
 // process's first window (fonts, style, the display's resources).
 #include "GeneratedApps.h"
 #include "InProcessServer.h"
-#include "SrvClient.h"
+#include "Median.h"
 #include "TestDesktop.h"
+#include "WindowTiming.h"
 #include "wire/Protocol.h"
 
 #include <nlohmann/json.hpp>
@@ -25,52 +26,9 @@
 #include <vector>
 
 using namespace pomvar;
+using bench::median;
+using bench::WindowTiming;
 using test::InProcessServer;
-
-namespace {
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? -1 : values[values.size() / 2];
-}
-
-QWidget* activeWindow(const char* objectName)
-{
-    QWidget* window = QApplication::activeWindow();
-    return window && window->objectName() == QLatin1String(objectName) ? window : nullptr;
-}
-
-// Milliseconds from sending the request to the organizer shown and active; -1 on a time-out.
-double openMs(quint16 port, OrganizerDlgMode pane, std::string_view item)
-{
-    test::SrvClient client;
-    client.connectTo(port);
-    QElapsedTimer clock;
-    clock.start();
-    client.send(request::organizer(pane, item));
-    if (!QTest::qWaitFor([] { return activeWindow("organizerWindow") != nullptr; }, 5000))
-        return -1;
-    return clock.nsecsElapsed() / 1e6;
-}
-
-// Stops the clock at the next paint of the watched widget.
-class PaintClock : public QObject
-{
-public:
-    QElapsedTimer clock;
-    double paintedMs = -1;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint && paintedMs < 0)
-            paintedMs = clock.nsecsElapsed() / 1e6;
-        return QObject::eventFilter(watched, event);
-    }
-};
-
-} // namespace
 
 int main(int argc, char* argv[])
 {
@@ -88,10 +46,7 @@ int main(int argc, char* argv[])
             { { "name", "Category " + std::to_string(c) }, { "apps", apps } });
     }
     test::TestDesktop::write(desktop.storePath(), QByteArray::fromStdString(store.dump()));
-    const QProcessEnvironment env = bench::benchEnvironment(desktop, 0);
-    for (const char* name :
-         { "HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "PATH" })
-        qputenv(name, env.value(name).toUtf8());
+    bench::useInThisProcess(desktop);
     QApplication app(argc, argv);
     InProcessServer server;
     if (!server.start())
@@ -99,23 +54,23 @@ int main(int argc, char* argv[])
     const quint16 port = server.port();
 
     const bool warm = app.arguments().contains(QStringLiteral("--warm"));
+    const auto openMs = [port](OrganizerDlgMode pane, std::string_view item) {
+        return WindowTiming::openingMs(port, request::organizer(pane, item), "organizerWindow");
+    };
     if (warm) {
-        test::SrvClient client;
-        client.connectTo(port);
-        client.send(request::plain(request::appSearch));
-        if (!QTest::qWaitFor([] { return activeWindow("searchWindow") != nullptr; }, 5000))
+        if (WindowTiming::openingMs(port, request::plain(request::appSearch), "searchWindow") < 0)
             return 1;
-        activeWindow("searchWindow")->close();
+        WindowTiming::activeWindow("searchWindow")->close();
         QTest::qWait(100);
     }
-    const double firstMs = openMs(port, OrganizerDlgMode::organize, "Category 3");
+    const double firstMs = openMs(OrganizerDlgMode::organize, "Category 3");
     std::vector<double> panes[3];
     for (int run = 0; run < 7; ++run) {
         for (int pane = 0; pane < 3; ++pane) {
-            activeWindow("organizerWindow")->close();
+            WindowTiming::activeWindow("organizerWindow")->close();
             QTest::qWait(50);
             const char* items[] = { "Category 5", "org.example.Bench42.desktop", "" };
-            panes[pane].push_back(openMs(port, OrganizerDlgMode(pane), items[pane]));
+            panes[pane].push_back(openMs(OrganizerDlgMode(pane), items[pane]));
         }
     }
     std::printf(
@@ -131,25 +86,22 @@ int main(int argc, char* argv[])
 
     std::vector<double> pickerMs, keyMs;
     std::fflush(stdout);
-    openMs(port, OrganizerDlgMode::organize, "");
-    auto* pin = activeWindow("organizerWindow")->findChild<QPushButton*>("pinApps");
+    openMs(OrganizerDlgMode::organize, "");
+    auto* pin = WindowTiming::activeWindow("organizerWindow")->findChild<QPushButton*>("pinApps");
     for (int run = 0; run < 7; ++run) {
         QElapsedTimer clock;
         clock.start();
         pin->click();
-        if (!QTest::qWaitFor([] { return activeWindow("appPicker") != nullptr; }, 5000))
+        QWidget* picker = WindowTiming::activeWindow("appPicker");
+        if (!picker)
             return 1;
         pickerMs.push_back(clock.nsecsElapsed() / 1e6);
-        QWidget* picker = activeWindow("appPicker");
-        auto* list = picker->findChild<QListView*>();
+        QWidget& list = *picker->findChild<QListView*>()->viewport();
         for (const char letter : std::string("bench1")) {
-            PaintClock paint;
-            list->viewport()->installEventFilter(&paint);
-            paint.clock.start();
-            QTest::keyClick(picker->findChild<QLineEdit*>(), letter);
-            if (QTest::qWaitFor([&] { return paint.paintedMs >= 0; }, 1000))
-                keyMs.push_back(paint.paintedMs);
-            list->viewport()->removeEventFilter(&paint);
+            const double ms = WindowTiming::repaintMs(
+                list, [&] { QTest::keyClick(picker->findChild<QLineEdit*>(), letter); });
+            if (ms >= 0)
+                keyMs.push_back(ms);
         }
         picker->close();
         QTest::qWait(50);

@@ -15,6 +15,7 @@
 // and flushed to the platform.
 #include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
+#include "Median.h"
 #include "ThemeIcons.h"
 #include "model/PomvarViewModel.h"
 #include "model/UserDefaults.h"
@@ -47,18 +48,12 @@ using test::FakeMenus;
 using test::FakeRuntimeServer;
 using test::ThemeIcons;
 
+using pomvar::bench::median;
+
 namespace {
 
 constexpr int kRuns = 5;
 constexpr int kLaterOpenings = 7;
-
-double median(std::vector<double> values)
-{
-    if (values.empty())
-        return 0;
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 double percentile(std::vector<double> values, double p)
 {

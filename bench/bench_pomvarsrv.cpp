@@ -3,6 +3,7 @@
 // icon cache (every icon to render) and a warm one; the time until the background renders are
 // in; the "get-allapps-menu-data" reply time and size for 1,000 and 5,000 apps.
 #include "GeneratedApps.h"
+#include "Median.h"
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
@@ -23,6 +24,8 @@ using namespace pomvar::test;
 using pomvar::bench::benchEnvironment;
 using pomvar::bench::populate;
 
+using pomvar::bench::median;
+
 namespace {
 
 // A request without fields, as plain JSON: the server reads it as it reads the front end's text.
@@ -37,12 +40,6 @@ struct StartFigures
     double readyMs = 0;
     double iconsMs = 0;
 };
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
 
 bool waitForIcons(std::uint16_t port)
 {

@@ -5,9 +5,10 @@
 // figures (QT_QPA_PLATFORM=xcb).
 #include "GeneratedApps.h"
 #include "InProcessServer.h"
+#include "Median.h"
 #include "SearchIndex.h"
-#include "SrvClient.h"
 #include "TestDesktop.h"
+#include "WindowTiming.h"
 #include "wire/Protocol.h"
 
 #include <QApplication>
@@ -22,13 +23,10 @@
 
 using namespace pomvar::srv;
 
-namespace {
+using pomvar::bench::median;
+using pomvar::bench::WindowTiming;
 
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
+namespace {
 
 std::vector<DesktopApp> generatedApps(int count)
 {
@@ -52,70 +50,36 @@ std::vector<DesktopApp> generatedApps(int count)
     return apps;
 }
 
-// Stops the clock at the next paint of the watched widget.
-class PaintClock : public QObject
-{
-public:
-    QElapsedTimer clock;
-    double paintedMs = -1;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override
-    {
-        if (event->type() == QEvent::Paint && paintedMs < 0)
-            paintedMs = clock.nsecsElapsed() / 1e6;
-        return QObject::eventFilter(watched, event);
-    }
-};
-
 void windowFigures(int argc, char* argv[])
 {
     using pomvar::test::TestDesktop;
     TestDesktop desktop;
     pomvar::bench::populate(desktop, 5000, 400);
-    const QProcessEnvironment env = pomvar::bench::benchEnvironment(desktop, 0);
-    for (const char* name :
-         { "HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "PATH" })
-        qputenv(name, env.value(name).toUtf8());
+    pomvar::bench::useInThisProcess(desktop);
     QApplication app(argc, argv);
     pomvar::test::InProcessServer server;
     if (!server.start())
         return;
-    const quint16 port = server.port();
     std::vector<double> shownMs, repaintMs;
-    QLineEdit* field = nullptr;
     for (int run = 0; run < 7; ++run) {
-        pomvar::test::SrvClient client;
-        client.connectTo(port);
-        QElapsedTimer clock;
-        clock.start();
-        client.send(pomvar::request::plain(pomvar::request::appSearch));
-        const bool shown = QTest::qWaitFor(
-            [&] {
-                for (QWidget* window : QApplication::topLevelWidgets())
-                    if (window->objectName() == "searchWindow" && window->isActiveWindow())
-                        field = window->findChild<QLineEdit*>();
-                return field && field->hasFocus();
-            },
-            5000);
-        if (!shown)
+        const double ms = WindowTiming::openingMs(
+            server.port(), pomvar::request::plain(pomvar::request::appSearch), "searchWindow");
+        QWidget* window = WindowTiming::activeWindow("searchWindow");
+        auto* field = window ? window->findChild<QLineEdit*>() : nullptr;
+        if (ms < 0 || !field || !QTest::qWaitFor([&] { return field->hasFocus(); }))
             return;
-        shownMs.push_back(clock.nsecsElapsed() / 1e6);
-        auto* list = field->window()->findChild<QListView*>();
+        shownMs.push_back(ms);
+        QWidget& list = *window->findChild<QListView*>()->viewport();
         for (const char letter : std::string("appli")) {
-            PaintClock paint;
-            list->viewport()->installEventFilter(&paint);
-            paint.clock.start();
-            QTest::keyClick(field, letter);
-            if (QTest::qWaitFor([&] { return paint.paintedMs >= 0; }, 1000))
-                repaintMs.push_back(paint.paintedMs);
-            list->viewport()->removeEventFilter(&paint);
+            const double key =
+                WindowTiming::repaintMs(list, [&] { QTest::keyClick(field, letter); });
+            if (key >= 0)
+                repaintMs.push_back(key);
         }
-        field->window()->close();
-        field = nullptr;
+        window->close();
         QTest::qWait(50);
     }
-    std::printf("search window over %zu apps: app-search to shown and focused median %.1f ms; key "
+    std::printf("search window over %zu apps: app-search to shown and active median %.1f ms; key "
                 "press to repainted results median %.1f ms, worst %.1f ms (%zu keys)\n",
                 server.app().model().apps().size(),
                 median(shownMs),

@@ -4,6 +4,8 @@
 //
 // The layout is a copy of the install tree in a temporary folder: bin/pomvar and the fake
 // server as libexec/pomvar/pomvarsrv. A timing stand-in for lsof goes first on the PATH.
+#include "Median.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -24,6 +26,8 @@ extern char** environ;
 
 namespace fs = std::filesystem;
 
+using pomvar::bench::median;
+
 namespace {
 
 struct Probe
@@ -38,12 +42,6 @@ long long nowNs()
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC, &now);
     return now.tv_sec * 1000000000LL + now.tv_nsec;
-}
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
 }
 
 std::vector<Probe> readProbes(const fs::path& log)

@@ -5,6 +5,7 @@
 // connection, and the peak RSS of both programs once the panel was opened. Runs its own Xvfb and
 // tray host (trayer); uses port 50818: run it alone.
 #include "GeneratedApps.h"
+#include "Median.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
 
@@ -30,15 +31,11 @@
 using pomvar::test::SrvClient;
 using pomvar::test::TestDesktop;
 
+using pomvar::bench::median;
+
 namespace {
 
 constexpr int kRuns = 7;
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values.empty() ? 0 : values[values.size() / 2];
-}
 
 // Finds the viewable windows of a process by their _NET_WM_PID.
 class WindowProbe

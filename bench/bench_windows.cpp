@@ -5,8 +5,10 @@
 // Run it under Xvfb (QT_QPA_PLATFORM=xcb) for real windows.
 #include "GeneratedApps.h"
 #include "InProcessServer.h"
+#include "Median.h"
 #include "TestDesktop.h"
 #include "Updates.h"
+#include "WindowTiming.h"
 #include "wire/InstallPaths.h"
 #include "wire/Protocol.h"
 
@@ -23,35 +25,19 @@
 using namespace pomvar;
 using test::InProcessServer;
 
-namespace {
+using bench::median;
 
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
+namespace {
 
 // From sending the request to the window of that object name shown and active, in ms; -1 when
 // it did not show. The window is closed afterwards.
 double opening(const InProcessServer& server, const std::string& request, const char* window)
 {
-    QElapsedTimer clock;
-    clock.start();
-    server.send(request);
-    QWidget* shown = nullptr;
-    const bool active = QTest::qWaitFor(
-        [&] {
-            for (QWidget* w : QApplication::topLevelWidgets())
-                if (w->objectName() == QLatin1String(window) && w->isActiveWindow())
-                    shown = w;
-            return shown != nullptr;
-        },
-        10000);
-    const double ms = clock.nsecsElapsed() / 1e6;
-    if (shown)
+    const double ms = bench::WindowTiming::openingMs(server.port(), request, window);
+    if (QWidget* shown = bench::WindowTiming::activeWindow(window, 0))
         shown->close();
     QTest::qWait(20);
-    return active ? ms : -1;
+    return ms;
 }
 
 } // namespace
@@ -61,10 +47,7 @@ int main(int argc, char* argv[])
     constexpr int kApps = 5000;
     test::TestDesktop desktop;
     bench::populate(desktop, kApps, 400);
-    const QProcessEnvironment env = bench::benchEnvironment(desktop, 0);
-    for (const char* name :
-         { "HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "PATH" })
-        qputenv(name, env.value(name).toUtf8());
+    bench::useInThisProcess(desktop);
     QTemporaryDir install;
     test::TestDesktop::write(install.filePath(paths::versionFile), "99.0.0\n");
     QApplication app(argc, argv);

@@ -3,6 +3,7 @@
 // private session bus), a second server on the same port.
 // What each request does is tst_servermodel's.
 #include "ServerProcess.h"
+#include "SessionBus.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
 #include "wire/Frame.h"
@@ -170,12 +171,10 @@ void TestProtocol::aDBusActivatableAppIsActivatedOverTheBus()
     QVERIFY(TestDesktop::write(
         m_desktop.dataHome() + "/dbus-1/services/org.example.Activated.service",
         "[D-BUS Service]\nName=org.example.Activated\nExec=" + m_script.toUtf8() + " dbus\n"));
-    QProcess bus;
-    bus.setProcessEnvironment(m_desktop.environment(0));
-    bus.start("dbus-daemon", { "--session", "--nofork", "--nopidfile", "--print-address=1" });
-    QVERIFY(bus.waitForReadyRead(10000));
+    SessionBus bus;
+    QVERIFY(bus.start(m_desktop.environment(0)));
     QProcessEnvironment withBus;
-    withBus.insert("DBUS_SESSION_BUS_ADDRESS", QString::fromUtf8(bus.readLine().trimmed()));
+    withBus.insert("DBUS_SESSION_BUS_ADDRESS", bus.address());
     ServerProcess server(m_desktop, withBus);
     QVERIFY(server.start());
     SrvClient client;
@@ -183,8 +182,6 @@ void TestProtocol::aDBusActivatableAppIsActivatedOverTheBus()
             client.send(rq::launch("org.example.Activated.desktop")));
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_script + ".dbus"), 20000);
     QVERIFY(!QFile::exists(m_script + ".exec")); // not through its Exec line
-    bus.kill();
-    bus.waitForFinished();
 }
 
 void TestProtocol::theSearchShortcutAsksTheRunningServer()

@@ -4,6 +4,7 @@
 // the search window, and nothing crashes.
 #include "HeadlessWeston.h"
 #include "InstallLayout.h"
+#include "SessionBus.h"
 #include "SniWatcher.h"
 
 #include <QLibraryInfo>
@@ -18,12 +19,7 @@ class TestWayland : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        m_bus.start("dbus-daemon", { "--session", "--nofork", "--nopidfile", "--print-address=1" });
-        QVERIFY2(m_bus.waitForReadyRead(10000), "dbus-daemon (package dbus) did not start");
-        m_address = QString::fromUtf8(m_bus.readLine().trimmed());
-    }
+    void initTestCase() { QVERIFY2(m_bus.start(), "dbus-daemon (package dbus) did not start"); }
 
     void startsAndOpensThePanel_data()
     {
@@ -46,7 +42,7 @@ private Q_SLOTS:
 
         HeadlessWeston weston(xwayland);
         QVERIFY2(weston.waitUntilReady(), weston.log().constData());
-        SniWatcher tray(m_address);
+        SniWatcher tray(m_bus.address());
         QVERIFY(tray.start());
         InstallLayout layout;
         QVERIFY(layout.isValid());
@@ -56,7 +52,7 @@ private Q_SLOTS:
         session.insert("XDG_SESSION_TYPE", "wayland");
         session.insert("XDG_RUNTIME_DIR", weston.runtimeDir());
         session.insert("WAYLAND_DISPLAY", weston.socket());
-        session.insert("DBUS_SESSION_BUS_ADDRESS", m_address);
+        session.insert("DBUS_SESSION_BUS_ADDRESS", m_bus.address());
         if (xwayland)
             session.insert("DISPLAY", weston.xDisplay());
         const auto pomvar = layout.start({}, session);
@@ -91,8 +87,7 @@ private Q_SLOTS:
     }
 
 private:
-    QProcess m_bus; // killed with the test
-    QString m_address;
+    SessionBus m_bus;
 };
 
 QTEST_GUILESS_MAIN(TestWayland)

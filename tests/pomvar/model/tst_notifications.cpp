@@ -1,14 +1,15 @@
 // The post-update notice over D-Bus, against a notification service of the test's own on a
 // private session bus.
 #include "FakeRuntimeServer.h"
+#include "SessionBus.h"
 #include "model/PomvarViewModel.h"
 
 #include <QDBusConnection>
-#include <QProcess>
 #include <QTest>
 
 using namespace pomvar;
 using test::FakeRuntimeServer;
+using test::SessionBus;
 
 namespace {
 
@@ -46,16 +47,14 @@ class TestNotifications : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        m_bus.start("dbus-daemon", { "--session", "--nofork", "--nopidfile", "--print-address=1" });
-        QVERIFY(m_bus.waitForReadyRead(10000));
-        m_address = QString::fromUtf8(m_bus.readLine().trimmed());
-        qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
+        QVERIFY(m_bus.start());
+        m_bus.useInThisProcess();
         QVERIFY(QDBusConnection::sessionBus().isConnected());
         QVERIFY(m_server.listen());
     }
     void theServiceShowsTheUpdateNoticeAfterTheFirstBuild()
     {
-        QDBusConnection bus = QDBusConnection::connectToBus(m_address, "service");
+        QDBusConnection bus = QDBusConnection::connectToBus(m_bus.address(), "service");
         NotificationService service;
         QVERIFY(bus.registerObject(
             "/org/freedesktop/Notifications", &service, QDBusConnection::ExportAllSlots));
@@ -76,8 +75,7 @@ private Q_SLOTS:
     }
 
 private:
-    QProcess m_bus; // killed with the test
-    QString m_address;
+    SessionBus m_bus;
     FakeRuntimeServer m_server;
 };
 

@@ -2,6 +2,7 @@
 // what hosts read, the panel at the host's point, the right and middle clicks on either kind of
 // tray, and the item coming back when the tray restarts.
 #include "PanelFixture.h"
+#include "SessionBus.h"
 #include "SniWatcher.h"
 
 #include "tray/SniToolTip.h"
@@ -11,7 +12,6 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QProcess>
 #include <QScreen>
 #include <QtTest>
 
@@ -25,10 +25,8 @@ class TestTrayItem : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        m_bus.start("dbus-daemon", { "--session", "--nofork", "--nopidfile", "--print-address=1" });
-        QVERIFY2(m_bus.waitForReadyRead(10000), "dbus-daemon (package dbus) did not start");
-        m_address = QString::fromUtf8(m_bus.readLine().trimmed());
-        qputenv("DBUS_SESSION_BUS_ADDRESS", m_address.toUtf8());
+        QVERIFY2(m_bus.start(), "dbus-daemon (package dbus) did not start");
+        m_bus.useInThisProcess();
         QVERIFY(QDBusConnection::sessionBus().isConnected());
     }
 
@@ -42,7 +40,7 @@ private Q_SLOTS:
     void registersWhatHostsShowAndComesBack()
     {
         QFETCH(bool, trayFirst);
-        SniWatcher tray(m_address);
+        SniWatcher tray(m_bus.address());
         QVERIFY(!trayFirst || tray.start());
         PanelFixture f;
         f.start();
@@ -94,7 +92,7 @@ private Q_SLOTS:
     {
         QFETCH(QPoint, point);
         QFETCH(QPoint, topLeft);
-        SniWatcher tray(m_address);
+        SniWatcher tray(m_bus.address());
         QVERIFY(tray.start());
         PanelFixture f;
         f.start();
@@ -121,7 +119,7 @@ private Q_SLOTS:
     void rightAndMiddleClicks()
     {
         QFETCH(bool, statusNotifier);
-        SniWatcher tray(m_address);
+        SniWatcher tray(m_bus.address());
         QVERIFY(!statusNotifier || tray.start());
         PanelFixture f;
         f.start();
@@ -164,8 +162,7 @@ private Q_SLOTS:
     }
 
 private:
-    QProcess m_bus; // killed with the test
-    QString m_address;
+    SessionBus m_bus;
 };
 
 QTEST_MAIN(TestTrayItem)

@@ -17,9 +17,7 @@ AboutWindow::AboutWindow(QWidget* parent)
     : ServerWindow(QStringLiteral("aboutWindow"), parent)
 {
     setTitle(tr("About Pomvar"));
-    QLabel* icon = iconLabel(QStringLiteral("aboutIcon"));
-    setIcon(icon, QStringLiteral(":/pomvarsrv/pomvar.svg"));
-    icon->setAccessibleName(QStringLiteral("Pomvar"));
+    QLabel* icon = pomvarIconLabel(QStringLiteral("aboutIcon"));
     QLabel* name = headingLabel(QStringLiteral("aboutName"));
     name->setText(QStringLiteral("Pomvar"));
     const std::string_view version = pomvar::version();

@@ -315,11 +315,16 @@ void OrganizePane::pickApps(List list)
         refresh();
         view(list)->selectKeys(keys);
     });
-    if (m_dialog)
-        m_dialog->close();
-    m_dialog = picker;
+    replaceOpenDialog(picker);
     picker->show();
     picker->activateWindow();
+}
+
+void OrganizePane::replaceOpenDialog(QWidget* dialog)
+{
+    if (m_dialog)
+        m_dialog->close();
+    m_dialog = dialog;
 }
 
 void OrganizePane::newCategory()
@@ -329,9 +334,7 @@ void OrganizePane::newCategory()
         m_model.createCategoryWith(name.toStdString(), {});
         selectCategory(name);
     });
-    if (m_dialog)
-        m_dialog->close();
-    m_dialog = dialog;
+    replaceOpenDialog(dialog);
     dialog->open();
 }
 
@@ -345,9 +348,7 @@ void OrganizePane::renameCategory()
         m_model.renameCategory(category.toStdString(), name.toStdString());
         selectCategory(name);
     });
-    if (m_dialog)
-        m_dialog->close();
-    m_dialog = dialog;
+    replaceOpenDialog(dialog);
     dialog->open();
 }
 
@@ -369,9 +370,7 @@ void OrganizePane::confirmDelete()
         m_model.deleteCategory(category.toStdString());
         refresh();
     });
-    if (m_dialog)
-        m_dialog->close();
-    m_dialog = box;
+    replaceOpenDialog(box);
     box->open();
 }
 

@@ -56,6 +56,8 @@ private:
     void newCategory();
     void renameCategory();
     void confirmDelete();
+    // Closes the picker or dialog open before: one at a time.
+    void replaceOpenDialog(QWidget* dialog);
 
     ServerModel& m_model;
     AppPicker::Filter m_filter;
@@ -64,7 +66,7 @@ private:
     OrganizerListView* m_members;
     QGroupBox* m_membersGroup = nullptr;
     std::vector<QPushButton*> m_needPin, m_needCategory, m_needMember;
-    QPointer<QWidget> m_dialog; // the picker or dialog open, one at a time
+    QPointer<QWidget> m_dialog;
 };
 
 } // namespace pomvar::srv

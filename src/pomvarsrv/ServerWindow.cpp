@@ -82,6 +82,14 @@ QLabel* ServerWindow::iconLabel(const QString& objectName)
     return label;
 }
 
+QLabel* ServerWindow::pomvarIconLabel(const QString& objectName)
+{
+    QLabel* label = iconLabel(objectName);
+    setIcon(label, QStringLiteral(":/pomvarsrv/pomvar.svg"));
+    label->setAccessibleName(QStringLiteral("Pomvar"));
+    return label;
+}
+
 void ServerWindow::setIcon(QLabel* label, const QString& file)
 {
     QPixmap pixmap = QIcon(file).pixmap(kIconSize, kIconSize);

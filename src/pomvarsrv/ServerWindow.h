@@ -33,6 +33,8 @@ protected:
     // The 48 px heading of a window: an icon beside a bold title.
     static QLabel* headingLabel(const QString& objectName);
     static QLabel* iconLabel(const QString& objectName);
+    // An icon label showing Pomvar's own icon, named "Pomvar" for screen readers.
+    static QLabel* pomvarIconLabel(const QString& objectName);
     // Shows the image file at 48 px (the generic icon when it cannot be read).
     static void setIcon(QLabel* label, const QString& file);
 

@@ -11,9 +11,7 @@ UpdatesWindow::UpdatesWindow(QWidget* parent)
     , m_text(textLabel(QStringLiteral("updatesText")))
 {
     setTitle(tr("Pomvar Updates"));
-    QLabel* icon = iconLabel(QStringLiteral("updatesIcon"));
-    setIcon(icon, QStringLiteral(":/pomvarsrv/pomvar.svg"));
-    icon->setAccessibleName(QStringLiteral("Pomvar"));
+    QLabel* icon = pomvarIconLabel(QStringLiteral("updatesIcon"));
     m_text->setMinimumWidth(300);
     auto* row = new QHBoxLayout;
     row->addWidget(icon, 0, Qt::AlignTop);

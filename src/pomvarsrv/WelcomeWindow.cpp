@@ -10,9 +10,7 @@ WelcomeWindow::WelcomeWindow(QWidget* parent)
     : ServerWindow(QStringLiteral("welcomeWindow"), parent)
 {
     setTitle(tr("Welcome to Pomvar"));
-    QLabel* icon = iconLabel(QStringLiteral("welcomeIcon"));
-    setIcon(icon, QStringLiteral(":/pomvarsrv/pomvar.svg"));
-    icon->setAccessibleName(QStringLiteral("Pomvar"));
+    QLabel* icon = pomvarIconLabel(QStringLiteral("welcomeIcon"));
     QLabel* heading = headingLabel(QStringLiteral("welcomeHeading"));
     heading->setText(windowTitle());
     const QString lines[] = {

@@ -1,12 +1,11 @@
-// The command line, the PID file, the shell runner behind the readiness probe, the detached
-// launch, and the lines a signal handler may write.
+// The command line, the platform under Wayland, the PID file and the detached launch. The shell
+// runner behind the readiness probe is checked in the program's runs (tst_shell): its output
+// read, a failure retried, output that is not UTF-8 ending the start.
 #include "TestDesktop.h"
 #include "app/CommandLine.h"
 #include "app/DetachedProcess.h"
-#include "app/Execute.h"
 #include "app/PidFile.h"
 #include "app/PlatformChoice.h"
-#include "app/SignalSafe.h"
 
 #include <QDir>
 #include <QFile>
@@ -14,14 +13,11 @@
 #include <QTest>
 
 #include <cerrno>
-#include <climits>
-#include <cstdio>
 #include <map>
 #include <sys/wait.h>
 #include <unistd.h>
 
 using pomvar::CmdLine;
-using pomvar::CommandError;
 using pomvar::PidFile;
 using pomvar::test::TestDesktop;
 
@@ -89,9 +85,9 @@ private Q_SLOTS:
         qputenv("XDG_CACHE_HOME", m_dir.path().toUtf8());
         const QString path = m_dir.filePath("Pomvar4Mac/pomvar.pid");
         QCOMPARE(QString::fromStdString(PidFile::getPidFilePath()), path);
-        // Its folder is made; the bare number is written, nothing left over from the atomic write.
+        // Its folder is made, nothing left over from the atomic write (the number in it and its
+        // deletion at a signal: tst_shell).
         PidFile::create();
-        QCOMPARE(TestDesktop::read(path), QByteArray::number(::getpid()));
         QCOMPARE(
             QDir(m_dir.filePath("Pomvar4Mac")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
             QStringList{ "pomvar.pid" });
@@ -109,28 +105,6 @@ private Q_SLOTS:
         qunsetenv("XDG_CACHE_HOME");
         QCOMPARE(PidFile::getPidFilePath(),
                  QDir::homePath().toStdString() + "/.cache/Pomvar4Mac/pomvar.pid");
-    }
-
-    void executeGivesStandardOutputOrItsFault()
-    {
-        using K = CommandError::Kind;
-        const std::tuple<std::string, std::optional<K>, std::string> cases[] = {
-            { "printf 'one\\ntwo'; echo noise >&2", std::nullopt, "one\ntwo" },
-            { "printf partial; exit 3", K::commandFailed, "partial" },
-            // Output that is not UTF-8 wins over the status.
-            { "printf '\\300\\200'; exit 1", K::invalidData, "" },
-        };
-        for (const auto& [command, fault, output] : cases) {
-            std::optional<K> got;
-            std::string out;
-            try {
-                out = pomvar::execute(command);
-            } catch (const CommandError& error) {
-                got = error.kind();
-                out = error.output();
-            }
-            QVERIFY2(got == fault && out == output, command.c_str());
-        }
     }
 
     void aDetachedProgramIsNotOurChildAndGetsItsArguments()
@@ -151,24 +125,6 @@ private Q_SLOTS:
         QCOMPARE(errno, ECHILD);
         QCOMPARE(pomvar::startDetached(m_dir.filePath("none").toStdString(), {}),
                  std::make_error_code(std::errc::no_such_file_or_directory));
-    }
-
-    void signalSafeLinesCarryTheWholeNumber()
-    {
-        int ends[2];
-        QCOMPARE(::pipe(ends), 0);
-        std::fflush(stdout);
-        const int saved = ::dup(STDOUT_FILENO);
-        ::dup2(ends[1], STDOUT_FILENO);
-        for (const long number : { 0L, 15L, -42L, LONG_MIN })
-            pomvar::signal_safe::writeLine("n=", number);
-        ::dup2(saved, STDOUT_FILENO);
-        ::close(saved);
-        ::close(ends[1]);
-        QByteArray got(256, '\0');
-        got.truncate(static_cast<int>(std::max<ssize_t>(0, ::read(ends[0], got.data(), 256))));
-        ::close(ends[0]);
-        QCOMPARE(got, "n=0\nn=15\nn=-42\nn=-9223372036854775808\n");
     }
 };
 

@@ -22,11 +22,9 @@ namespace {
 // The entry of that text, in the menu or its submenus.
 QAction* entry(QMenu* menu, const QString& text)
 {
-    for (QAction* action : menu->actions())
-        if (QAction* found = action->text() == text ? action
-                             : action->menu()       ? entry(action->menu(), text)
-                                                    : nullptr)
-            return found;
+    for (QAction* action : menu->findChildren<QAction*>())
+        if (action->text() == text)
+            return action;
     return nullptr;
 }
 
@@ -202,9 +200,6 @@ private Q_SLOTS:
         QTRY_VERIFY(f.rowOf(mine, "app2").isValid() && !f.rowOf(mine, "app2").parent().isValid());
         QVERIFY(mine.isExpanded(f.rowOf(mine, "Work")));
         QCOMPARE(mine.isExpanded(f.rowOf(mine, "Games")), !oneOpen);
-        menu->close();
-        menu = qobject_cast<AppContextMenu*>(f.openContextMenu(mine, f.rowOf(mine, "app2")));
-        QCOMPARE(menu->actions().at(2)->text(), "Unpin App");
 
         // Closing saves the map; the next opening shows it again.
         menu->close();

@@ -279,7 +279,8 @@ private Q_SLOTS:
         const QColor text = f.view().palette().color(QPalette::WindowText);
         for (QLabel* hint : empty->findChildren<QLabel*>("emptyHint"))
             QCOMPARE(hint->palette().color(hint->foregroundRole()), text);
-        // Only Organize is in the callout font; Search is in the default one.
+        // The title at 36; only Organize is in the callout font, Search in the default one.
+        QCOMPARE(f.view().findChild<QWidget*>("pomvarTitle")->font().pixelSize(), 36);
         auto* search = f.view().findChild<QAbstractButton*>("searchButton");
         auto* organize = f.view().findChild<QAbstractButton*>("organizeButton");
         QCOMPARE(search->font(), f.view().font());

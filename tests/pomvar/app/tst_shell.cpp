@@ -18,6 +18,7 @@
 #include <cerrno>
 #include <csignal>
 #include <map>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -117,6 +118,11 @@ private Q_SLOTS:
         QCOMPARE(
             QDir(m_dir.filePath("Pomvar4Mac")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
             QStringList{ "pomvar.pid" });
+        struct stat folder;
+        const mode_t umask = ::umask(0);
+        ::umask(umask);
+        QCOMPARE(::stat(QFile::encodeName(m_dir.filePath("Pomvar4Mac")), &folder), 0);
+        QCOMPARE(folder.st_mode & 07777, 0777 & ~umask);
         PidFile::deleteFile();
         QVERIFY(!QFile::exists(path));
         // The signal handler deletes the file at the path taken beforehand.

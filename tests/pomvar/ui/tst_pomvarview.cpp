@@ -28,7 +28,8 @@ QAction* entry(QMenu* menu, const QString& text)
     return nullptr;
 }
 
-// Four apps: "app1" pinned, "app2" in Games and Work, "app3" in Games; then opens the panel.
+// Four apps: "app1" pinned, "app2" in Games and Work, "app3" in Games and Recent, "app4" in
+// Sound & Video; then opens the panel.
 bool open(PanelFixture& f, int lastMenu = 0)
 {
     const std::string icon = f.icons().square().toStdString();
@@ -38,6 +39,7 @@ bool open(PanelFixture& f, int lastMenu = 0)
     f.menus().addCategory("Games", { "app2", "app3" });
     f.menus().addCategory("Work", { "app2" });
     f.menus().addCategory("Sound & Video", { "app4" });
+    f.menus().addRecent("app3");
     UserDefaults::setLastMenu(lastMenu);
     f.start();
     return f.clickTray();
@@ -66,11 +68,17 @@ private Q_SLOTS:
         QVERIFY(open(f, 2));
         QCOMPARE(f.panel().size(), QSize(360, 494));
         QCOMPARE(f.view().geometry(), f.panel().rect());
-        // All Apps starts 10 below the top of its page, edge to edge otherwise.
-        MenuPage* all = f.view().menuPage(Pomvar::AllApps);
-        QCOMPARE(all->view()->geometry(), all->rect().adjusted(0, 10, 0, 0));
+        // The selector's buttons stacked from 10 below the top, 1 apart. Each list starts 10 below
+        // the top of its page, edge to edge otherwise.
+        for (auto* button : f.view().findChildren<MenuSelectorButton*>()) {
+            QTest::mouseClick(button, Qt::LeftButton);
+            const int menu = int(f.view().selectedMenu());
+            QCOMPARE(button->y(), 10 + menu * (button->height() + 1));
+            MenuPage* page = f.view().menuPage(Pomvar(menu));
+            QTRY_COMPARE(page->view()->geometry(), page->rect().adjusted(0, 10, 0, 0));
+        }
         QPointer<PomvarView> first = &f.view();
-        QTest::keyClick(all->view(), Qt::Key_Escape);
+        QTest::keyClick(f.view().menuView(Pomvar::AllApps), Qt::Key_Escape);
         QVERIFY(!f.panel().isVisible());
         // Each opening builds the content anew.
         QVERIFY(f.clickTray());

@@ -14,22 +14,17 @@ namespace {
 
 TreeItem app(const std::string& key, const QString& icon, bool pinnedRow = false, bool pin = false)
 {
-    TreeItem item;
-    item.id = item.name = key;
-    item.isPinnedAppMenuItem = pinnedRow;
-    item.isPinned = pin || pinnedRow;
-    item.iconPath = item.iconPath2x = icon.toStdString();
-    return item;
+    const std::string path = icon.toStdString();
+    return { key, key, pinnedRow, pin || pinnedRow, "", path, path, std::nullopt };
 }
 
 // A pinned app, then Games with an app and a pinned app.
 void fillMyApps(MenuList& list, const QString& icon)
 {
     list.append(app("pinned", icon, true));
-    TreeItem games;
-    games.id = games.name = "Games";
-    games.children = std::vector<TreeItem>{ app("member", icon), app("pin", icon, false, true) };
-    list.append(games);
+    const std::vector<TreeItem> games = { app("member", icon), app("pin", icon, false, true) };
+    list.append(
+        { "Games", "Games", false, false, std::nullopt, std::nullopt, std::nullopt, games });
 }
 
 // The colour drawn at a point of the view, whatever the display's scale; antialiased fills may

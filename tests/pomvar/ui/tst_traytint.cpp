@@ -55,6 +55,8 @@ private Q_SLOTS:
             << "#202020" << light << "" << XEmbedTrayTint::lightGlyph << true;
         QTest::newRow("light tray, dark look")
             << "#e8e8e8" << dark << "" << XEmbedTrayTint::darkGlyph << true;
+        QTest::newRow("mid grey tray, dark look")
+            << "#8a8a8a" << dark << "" << XEmbedTrayTint::darkGlyph << true;
         // Pomvar started before the tray: the icon appears when the tray does.
         QTest::newRow("dark tray started later")
             << "#202020" << light << "" << XEmbedTrayTint::lightGlyph << false;

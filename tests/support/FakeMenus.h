@@ -16,10 +16,7 @@ class FakeMenus
 public:
     struct App
     {
-        std::string key;
-        std::string name;
-        std::string icon;
-        std::string icon2x;
+        std::string key, name, icon, icon2x;
         bool pinned = false;
     };
 

@@ -62,16 +62,11 @@ ChildOutcome InstallLayout::run(const QStringList& arguments, bool terminal)
                     : runChild(pomvar, arguments, kRunLimitMs, environment());
 }
 
-std::unique_ptr<QProcess> InstallLayout::start(const QStringList& arguments)
-{
-    return start(arguments, environment());
-}
-
 std::unique_ptr<QProcess> InstallLayout::start(const QStringList& arguments,
-                                               const QProcessEnvironment& environment)
+                                               const std::optional<QProcessEnvironment>& session)
 {
     auto process = std::make_unique<QProcess>();
-    process->setProcessEnvironment(environment);
+    process->setProcessEnvironment(session.value_or(environment()));
     process->start(m_dir.filePath("bin/pomvar"), arguments);
     process->waitForStarted();
     for (int waited = 0; waited < kRunLimitMs && !isConnectedToServer(*process); waited += 50)

@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 
 #include <memory>
+#include <optional>
 
 namespace pomvar::test {
 
@@ -22,10 +23,9 @@ public:
     // Runs pomvar to its end; with `terminal`, a pseudo-terminal from script(1) is its output.
     ChildOutcome run(const QStringList& arguments, bool terminal = false);
     // Starts pomvar and waits until it is connected to the runtime server, or a minute passed.
-    std::unique_ptr<QProcess> start(const QStringList& arguments = {});
-    // The same in a session of its own: `environment` is environment() with changes.
-    std::unique_ptr<QProcess> start(const QStringList& arguments,
-                                    const QProcessEnvironment& environment);
+    // A session of its own has environment() with changes.
+    std::unique_ptr<QProcess> start(const QStringList& arguments = {},
+                                    const std::optional<QProcessEnvironment>& session = {});
     // Its home, runtime folder, offscreen platform, the fake's folder and tools/ on the PATH.
     QProcessEnvironment environment() const;
     static bool isConnectedToServer(const QProcess& process);

@@ -49,6 +49,7 @@ private Q_SLOTS:
             { "\xc3\xa9\xe2\x82\xac\xf0\x9f\x98\x80", true }, // 2, 3 and 4 bytes
             { "\xff", false },                                // stray byte
             { "\xc0\xaf", false },                            // overlong
+            { "\xc3(", false },                               // no continuation byte
             { "\xed\xa0\x80", false },                        // surrogate
             { "\xf4\x90\x80\x80", false },                    // above U+10FFFF
             { "abcdefgh\xe2\x82", false },                    // cut short after ASCII

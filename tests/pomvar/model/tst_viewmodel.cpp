@@ -1,10 +1,13 @@
 // The view model against a fake runtime server: what a build fetches and in what order, a failed
-// fetch, the actions' answers, and the update poll.
+// fetch, the actions' answers, the update poll, and the post-update notice over D-Bus to a
+// notification service of the test's own on a private session bus.
 #include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
+#include "SessionBus.h"
 #include "model/PomvarViewModel.h"
 #include "wire/Protocol.h"
 
+#include <QDBusConnection>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -53,6 +56,31 @@ std::size_t countOf(const FakeRuntimeServer& server, const std::string& id)
     return static_cast<std::size_t>(std::count(ids.begin(), ids.end(), id));
 }
 
+// Stands in for the desktop's notification service and records what it is asked to show.
+class NotificationService : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    QList<QVariantList> shown; // replaces id, summary, body, hints
+
+public Q_SLOTS:
+    QStringList GetCapabilities() { return { "body", "sound" }; }
+    uint Notify(const QString&,
+                uint replacesId,
+                const QString&,
+                const QString& summary,
+                const QString& body,
+                const QStringList&,
+                const QVariantMap& hints,
+                int)
+    {
+        shown.append({ replacesId, summary, body, hints });
+        return static_cast<uint>(shown.size());
+    }
+};
+
 } // namespace
 
 class TestViewModel : public QObject
@@ -60,6 +88,13 @@ class TestViewModel : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase()
+    {
+        QVERIFY(m_bus.start());
+        m_bus.useInThisProcess();
+        QVERIFY(QDBusConnection::sessionBus().isConnected());
+    }
+
     void theRefreshFollowsTheFlags_data()
     {
         QTest::addColumn<json>("flags");
@@ -130,7 +165,9 @@ private Q_SLOTS:
         QVERIFY(vm.allAppsMenuData().isEmpty() && vm.myAppsTreeData().isEmpty());
         QVERIFY(vm.isUpdateAvailable());
 
-        // Next opening, no flag: the empty lists are fetched again.
+        // Next opening, no flag: the empty lists are fetched again. An incomplete update answer
+        // counts as no update.
+        server.queueReply("check-update-available", Reply::json(json::object()));
         server.clearRequests();
         vm.updateMenu();
         QCOMPARE(
@@ -138,37 +175,10 @@ private Q_SLOTS:
             (Ids{ "get-allapps-menu-data", "get-myapps-menu-data", "get-recentapps-menu-data" }));
         QCOMPARE(vm.allAppsMenuData().size(), std::size_t{ 2 });
         QVERIFY(!vm.isUpdateAvailable());
-    }
-
-    void actionsReturnTheServersAnswer()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        server.queueReply("check-update-available", Reply::json(json::object()));
-        PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
-        // An incomplete update answer counts as no update.
-        QVERIFY(!vm.isUpdateAvailable());
+        // The actions return the server's answer.
         server.queueReply("toggle-set-appcat", Reply::json({ { "isset", false } }));
         QVERIFY(!vm.toggleSetAppCategory("a\"b", "Games"));
         QVERIFY(vm.toggleSetAppCategory("k", "Work"));
-    }
-
-    void readyToInstallTerminatesOnTheThirdTick()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        server.queueReply("get-app-update-status", status("downloading"));
-        server.queueReply("get-app-update-status", status("NoUpdate")); // case matters
-        server.queueReply("get-app-update-status", status("readyToInstall"));
-        PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
-        int terminations = 0;
-        vm.setTerminateApplication([&] { ++terminations; });
-        server.clearRequests();
-        vm.checkUpdates();
-        QPointer<QTimer> poll = vm.appUpdateStatusTimer();
-        QTRY_COMPARE_WITH_TIMEOUT(terminations, 1, 10000);
-        QCOMPARE(countOf(server, "get-app-update-status"), std::size_t{ 3 });
-        QTRY_VERIFY(!poll); // stopped and released
     }
 
     void everyStartPollsAfreshUntilEachPollSeesAFinalStatus()
@@ -197,7 +207,46 @@ private Q_SLOTS:
         for (int poll = 0; poll < 3; ++poll)
             server.queueReply("get-app-update-status", status("noUpdate"));
         QTRY_VERIFY_WITH_TIMEOUT(!first && !second, 5000);
+
+        // Ready to install ends the program on the third tick; the status's case matters.
+        server.queueReply("get-app-update-status", status("downloading"));
+        server.queueReply("get-app-update-status", status("NoUpdate"));
+        server.queueReply("get-app-update-status", status("readyToInstall"));
+        int terminations = 0;
+        vm.setTerminateApplication([&] { ++terminations; });
+        server.clearRequests();
+        vm.checkUpdates();
+        QPointer<QTimer> poll = vm.appUpdateStatusTimer();
+        QTRY_COMPARE_WITH_TIMEOUT(terminations, 1, 10000);
+        QCOMPARE(countOf(server, "get-app-update-status"), std::size_t{ 3 });
+        QTRY_VERIFY(!poll); // stopped and released
     }
+
+    void theServiceShowsTheUpdateNoticeAfterTheFirstBuild()
+    {
+        QDBusConnection bus = QDBusConnection::connectToBus(m_bus.address(), "service");
+        NotificationService service;
+        QVERIFY(bus.registerObject(
+            "/org/freedesktop/Notifications", &service, QDBusConnection::ExportAllSlots));
+        QVERIFY(bus.registerService("org.freedesktop.Notifications"));
+        FakeRuntimeServer server;
+        QVERIFY(server.listen());
+        server.queueReply("get-app-status",
+                          Reply::json({ { "ready", true }, { "updateFinished", true } }));
+        // The service lives on this thread: a blocking call from the view model would never be
+        // answered, so getting the notice at all shows the calls are asynchronous.
+        PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
+        QVERIFY(service.shown.isEmpty()); // sent a second after the first build
+        QTRY_COMPARE_WITH_TIMEOUT(service.shown.size(), 1, 10000);
+        QCOMPARE(
+            service.shown[0].mid(0, 3),
+            (QVariantList{ 0u, "Update Complete", "Pomvar for Mac was successfully updated." }));
+        QVERIFY(service.shown[0][3].toMap().contains("sound-name"));
+        QDBusConnection::disconnectFromBus("service");
+    }
+
+private:
+    test::SessionBus m_bus;
 };
 
 QTEST_GUILESS_MAIN(TestViewModel)

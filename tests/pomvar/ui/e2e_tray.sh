@@ -20,9 +20,8 @@ out=$("$3/scripts/headless-run.sh" "$root/bin/pomvar" "$root/panel.png" 2>&1) ||
 echo "$out"
 grep -q "panel mapped at 360x494" <<<"$out"
 grep -q "the right-click menu is open" <<<"$out"
-python3 - "$root/fake/requests.jsonl" <<'PY' || { echo "e2e: no launch of key-first or no app-search among:"; cat "$root/fake/requests.jsonl"; exit 1; }
-import json, sys
-requests = [json.loads(l) for l in open(sys.argv[1])]
-assert '{\n    "id": "launch",\n    "appkey": "key-first"\n}' in requests
-assert '{\n    "id": "app-search"\n}' in requests
-PY
+# One JSON string per request, exact text.
+requests="$root/fake/requests.jsonl"
+grep -qF '"{\n    \"id\": \"launch\",\n    \"appkey\": \"key-first\"\n}"' "$requests" &&
+    grep -qF '"{\n    \"id\": \"app-search\"\n}"' "$requests" ||
+    { echo "e2e: no launch of key-first or no app-search among:"; cat "$requests"; exit 1; }

@@ -1,5 +1,7 @@
-// App and category rows: sizes per density and menu, the icon file and its proportions, the hover
-// highlight, keys and clicks. Also run on a display scaled by 2 (tst_menurows_scale).
+// App and category rows: sizes per density and menu, the icon file and its proportions, an icon
+// file that cannot be read stopping the program, the hover highlight, keys and clicks. Also run
+// on a display scaled by 2 (tst_menurows_scale).
+#include "ChildProcess.h"
 #include "IconFiles.h"
 #include "model/MenuList.h"
 #include "ui/MenuListView.h"
@@ -14,22 +16,17 @@ namespace {
 
 TreeItem app(const std::string& key, const QString& icon, bool pinnedRow = false, bool pin = false)
 {
-    TreeItem item;
-    item.id = item.name = key;
-    item.isPinnedAppMenuItem = pinnedRow;
-    item.isPinned = pin || pinnedRow;
-    item.iconPath = item.iconPath2x = icon.toStdString();
-    return item;
+    const std::string path = icon.toStdString();
+    return { key, key, pinnedRow, pin || pinnedRow, "", path, path, std::nullopt };
 }
 
 // A pinned app, then Games with an app and a pinned app.
 void fillMyApps(MenuList& list, const QString& icon)
 {
     list.append(app("pinned", icon, true));
-    TreeItem games;
-    games.id = games.name = "Games";
-    games.children = std::vector<TreeItem>{ app("member", icon), app("pin", icon, false, true) };
-    list.append(games);
+    const std::vector<TreeItem> games = { app("member", icon), app("pin", icon, false, true) };
+    list.append(
+        { "Games", "Games", false, false, std::nullopt, std::nullopt, std::nullopt, games });
 }
 
 // The colour drawn at a point of the view, whatever the display's scale; antialiased fills may
@@ -115,6 +112,26 @@ private Q_SLOTS:
         const QRect drawn = icon(*view, recent.index(0, 0));
         QCOMPARE(drawn.size(), QSize(24 * image.width() / image.height(), 24));
         QVERIFY(drawnNear(*view, drawn.center(), image.pixelColor(0, 0)));
+    }
+
+    // The server vouches for every icon file: one that cannot be read is a broken contract.
+    void anUnreadableIconStopsTheProgram()
+    {
+        MenuList all;
+        all.append(app("a", "/nonexistent/icon.png"));
+        if (qEnvironmentVariableIsSet("POMVAR_TEST_CHILD")) { // the child: stops while showing it
+            makeView(Pomvar::AllApps, all)->grab();
+            return;
+        }
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("POMVAR_TEST_CHILD", "1");
+        const test::ChildOutcome outcome = test::runChild(QCoreApplication::applicationFilePath(),
+                                                          { QTest::currentTestFunction() },
+                                                          20000,
+                                                          environment);
+        QVERIFY2(outcome.crashed() &&
+                     outcome.err.contains("cannot read the icon file '/nonexistent/icon.png'"),
+                 outcome.err.constData());
     }
 
     void hoverTurnsTheRowAccent()

@@ -93,18 +93,13 @@ private Q_SLOTS:
         trayer.start("trayer", { "--edge", "top", "--align", "right", "--widthtype", "request" });
         QVERIFY2(trayer.waitForStarted(), "trayer (package trayer) did not start");
         QTRY_VERIFY(XEmbedTrayTint::trayManager() != 0);
-        const QString tray = QString::number(XEmbedTrayTint::trayManager());
+        const QString xprop =
+            "-id %1 -f _NET_SYSTEM_TRAY_COLORS 32c -set _NET_SYSTEM_TRAY_COLORS %2";
         if (!requested.isEmpty())
-            QCOMPARE(QProcess::execute("xprop",
-                                       { "-id",
-                                         tray,
-                                         "-f",
-                                         "_NET_SYSTEM_TRAY_COLORS",
-                                         "32c",
-                                         "-set",
-                                         "_NET_SYSTEM_TRAY_COLORS",
-                                         requested }),
-                     0);
+            QCOMPARE(
+                QProcess::execute(
+                    "xprop", xprop.arg(XEmbedTrayTint::trayManager()).arg(requested).split(' ')),
+                0);
         if (trayFirst)
             icon = std::make_unique<TrayIcon>();
         QTRY_VERIFY(icon->icon()->geometry().width() > 0);

@@ -79,7 +79,7 @@ private Q_SLOTS:
                               "gimp=GNU Image Manipulation Program|cafe=Caf\u00e9 Manager|"
                               "strasse=Stra\u00dfenkarte|files=Dateien|nautilus=Dateien|"
                               "folder=Dateien|browser=Firefox|www=Firefox|command line=Terminal|"
-                              "frefox=Firefox|term=Terminal|zzz=|fire zzz=";
+                              "frefox=Firefox|dtien=Dateien|term=Terminal|zzz=|fire zzz=";
         for (const QString& each : cases.split(u'|')) {
             const QString query = each.section(u'=', 0, 0);
             const auto order = m_index.rank(query);

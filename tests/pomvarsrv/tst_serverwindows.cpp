@@ -164,7 +164,8 @@ private Q_SLOTS:
         QCOMPARE(apps->count(), 2);
         QCOMPARE(apps->item(1)->text(), "Plain");
         QVERIFY(!apps->item(1)->icon().isNull());
-        // Enter on an app shows its info.
+        // The list has the focus; Enter on an app shows its info.
+        QCOMPARE(QApplication::focusWidget(), apps);
         QTest::keyClick(apps, Qt::Key_Down);
         QTest::keyClick(apps, Qt::Key_Return);
         auto* info = InProcessServer::waitForWindow<AppInfoWindow>("appInfoWindow");
@@ -176,6 +177,13 @@ private Q_SLOTS:
         QCOMPARE(window->findChild<QLabel*>("categoryCount")->text(),
                  "There is no category named \u201cGone\u201d.");
         QVERIFY(apps->isHidden());
+        QCOMPARE(QApplication::focusWidget()->objectName(), "close");
+        // An empty one: Organize takes the focus, as there is nothing to list.
+        QVERIFY(m_server.send(rq::toggleSetAppcat("music.desktop", "Sound & Video")));
+        QCOMPARE(openWindow<CategoryInfoWindow>(
+                     rq::getInfoAppcat("Sound & Video"), "categoryInfo", "Sound & Video"),
+                 window);
+        QCOMPARE(QApplication::focusWidget()->objectName(), "organize");
         window->findChild<QPushButton*>("close")->click();
         QVERIFY(!window->isVisible());
     }

@@ -68,7 +68,7 @@ private Q_SLOTS:
         const std::string openings[] = {
             post + frames,
             "PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n" + frames,
-            // Which bodies are refused is the parser's (tst_requestparser).
+            // Which bodies are refused is the parser's (tst_servermodel).
             frame("garbage") + frames,
             frame("{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"al") + frames,
         };

@@ -1,13 +1,15 @@
 // The server in-process: the store and its file, the payloads, the flags every change sets and
-// a report clears, renames reported once, every change saved, which requests are answered, the
-// port option. Parsing is tst_requestparser's; the new-category prompt
-// is tst_organizer's, with the organizer's own name dialogs.
+// a report clears, renames reported once, every change saved, the request texts parsed, which
+// requests are answered, the port option. The new-category prompt is tst_organizer's, with the
+// organizer's own name dialogs.
 #include "RequestHandler.h"
+#include "RequestParser.h"
 #include "ServerModel.h"
 #include "ServerOptions.h"
 #include "SrvClient.h"
 #include "StoreFile.h"
 #include "TestDesktop.h"
+#include "wire/Protocol.h"
 #include "wire/RuntimeEndpoint.h"
 
 #include <QApplication>
@@ -19,6 +21,7 @@ using namespace pomvar;
 using namespace pomvar::srv;
 using Json = nlohmann::json;
 using Flags = MenuDataStatus;
+namespace rq = pomvar::request;
 
 namespace {
 
@@ -180,6 +183,61 @@ private Q_SLOTS:
         JCOMPARE(Json::parse(model.allAppsPayload())[2]["iconpath2x"], "/r/c48.png");
     }
 
+    // Every request text the front end writes, read back by the server's parser: values with
+    // quotes, backslashes, JSON escapes and the request's own closing text pasted in; then plain
+    // JSON, and the bodies refused for not being well-formed requests.
+    void requestTextsRoundTrip()
+    {
+        // The parse as JSON, absent fields left out; null for no request.
+        const auto check = [](const std::string& body, const Json& expected) {
+            const auto r = RequestParser::parse(body);
+            Json out = r ? Json{ { "id", r->id } } : Json();
+            for (const auto& [name, value] : { std::pair("appkey", r ? r->appkey : std::nullopt),
+                                               { "appcat", r ? r->appcat : std::nullopt },
+                                               { "itemkey", r ? r->itemkey : std::nullopt } })
+                value ? void(out[name] = *value) : void();
+            if (r && r->pane)
+                out["pane"] = *r->pane;
+            JCOMPARE(out, expected);
+        };
+        check(rq::plain(rq::quit), { { "id", "quit" } });
+        // A quote, a trailing backslash, JSON escapes, each request's closing text, empty.
+        for (const std::string v :
+             { "we\"ird\\", "a\\nb\\\"c\\u0041", "x\"\n}", "y\"\n }   ", "" }) {
+            check(rq::launch(v), { { "id", "launch" }, { "appkey", v } });
+            check(rq::getInfoApp(v), { { "id", "get-info-app" }, { "appkey", v } });
+            check(rq::togglePinApp(v), { { "id", "toggle-pin-app" }, { "appkey", v } });
+            check(rq::createNewAppcatCxtmnu(v),
+                  { { "id", "create-new-appcat-cxtmnu" }, { "appkey", v } });
+            check(rq::getInfoAppcat(v), { { "id", "get-info-appcat" }, { "appcat", v } });
+            check(rq::toggleSetAppcat(v, v),
+                  { { "id", "toggle-set-appcat" }, { "appkey", v }, { "appcat", v } });
+            // An empty item key goes out as null.
+            Json organizer = { { "id", "organizer" }, { "pane", 1 } };
+            if (!v.empty())
+                organizer["itemkey"] = v;
+            check(rq::organizer(OrganizerDlgMode::organizeApp, v), organizer);
+        }
+        check(R"({"appkey": "x\"y", "id": "launch"})",
+              { { "id", "launch" }, { "appkey", "x\"y" } });
+        check(R"({"id": "organizer", "pane": 0, "itemkey": null})",
+              { { "id", "organizer" }, { "pane", 0 } });
+        // Anything else is refused: a known id needs exactly its fields, of their types.
+        for (const std::string refused : { "garbage",
+                                           "[1,2,3]",
+                                           "{\"id\": 5}",
+                                           "{\n    \"id\": \"",
+                                           "{\"id\": \"make-coffee\"}",
+                                           "{\n    \"id\": \"toggle-set-appcat\",\n    \"app",
+                                           "{\n    \"id\": \"launch\"\n}",
+                                           R"({"id": "launch"})",
+                                           R"({"id": "quit", "appkey": "x"})",
+                                           R"({"id": "launch", "appkey": 1})",
+                                           R"({"id": "organizer", "pane": "1", "itemkey": null})",
+                                           R"({"id": "organizer", "pane": 1})",
+                                           "{\n    \"id\": \"organizer\",\n    \"pane\": x" })
+            check(refused, nullptr);
+    }
     void onlyAwaitedRequestsAreAnswered()
     {
         ServerModel model;

@@ -33,8 +33,6 @@ const char* const kStore = R"({"version": 1,
     "categories": [{"name": "Games", "apps": ["alpha.desktop", "beta.desktop", "gamma.desktop"]},
                    {"name": "Office", "apps": ["delta.desktop"]}, {"name": "Tools"}],
     "recent": ["alpha.desktop", "beta.desktop"]})";
-// kStore's My Apps in short, as summary() gives it.
-const QString kMyApps = "alpha beta gamma | Games: alpha beta gamma | Office: delta | Tools:";
 
 // The visible widget of that object name, or of that text for a button.
 template <typename T = QWidget>

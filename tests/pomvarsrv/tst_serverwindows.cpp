@@ -57,8 +57,11 @@ private Q_SLOTS:
     {
         QWidget* welcome = InProcessServer::waitForWindow("welcomeWindow");
         QVERIFY(welcome);
-        QVERIFY(QFile::exists(m_desktop.storePath())); // so it never shows again
-        QTest::keyClick(welcome, Qt::Key_Return);      // "Start with categories", the default
+        QVERIFY(QFile::exists(m_desktop.storePath()));       // so it never shows again
+        for (auto* label : welcome->findChildren<QLabel*>()) // every line of it written
+            QVERIFY2(!label->text().isEmpty() || !label->pixmap().isNull(),
+                     qPrintable(label->objectName()));
+        QTest::keyClick(welcome, Qt::Key_Return); // "Start with categories", the default
         QVERIFY(!welcome->isVisible());
         JCOMPARE(m_server.ask(rq::plain(rq::getMenuDataModifiedStatus))["appcatsModified"], true);
         const Json myApps = m_server.ask(rq::plain(rq::getMyAppsMenuData));

@@ -25,11 +25,177 @@ class TestCatalogue : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void filteredSortedLocalisedWithIconsAtTheirSizes();
-    void warmCacheRefreshAndClearRecent();
-    void changedEntriesAreRescanned();
-    void theCatalogueCacheIsNeverStale();
+    void initTestCase()
+    {
+        const QString system = m_desktop.systemData(), user = m_desktop.dataHome();
+        m_wideIcon = m_desktop.root() + "/art/wide.png";
+        QVERIFY(TestDesktop::writePng(m_wideIcon, 100, 60));
+        const std::pair<QString, QByteArray> entries[] = {
+            { system + "|zeta.desktop", "Name=zeta\nIcon=pomvar-png" },
+            { system + "|alpha.desktop", "Name=Alpha\nIcon=pomvar-svg" },
+            { system + "|ecrire.desktop", "Name=\u00c9crire\nIcon=" + m_wideIcon.toUtf8() },
+            { system + "|delta.desktop", "Name=delta\nIcon=pomvar-missing" },
+            { system + "|fox.desktop", "Name=Fox" },
+            // Flatpak's per-user export folder is searched although XDG_DATA_DIRS does not name it.
+            { user + "/flatpak/exports/share|org.example.Flat.desktop", "Name=Flat Pack" },
+            { system + "|hicolor-only.desktop", "Name=Hicolor Only\nIcon=pomvar-hicolor.png" },
+            { system + "|greeting.desktop", "Name=Hello\nName[de]=Hallo\nIcon=pomvar-png" },
+            { system + "|hidden.desktop", "Name=Hidden\nHidden=true" },
+        };
+        for (const auto& [where, lines] : entries)
+            QVERIFY(TestDesktop::writeEntry(
+                where.section(u'|', 0, 0), where.section(u'|', 1), lines + "\nExec=true\n"));
+
+        // The user's theme (named in kdeglobals, as on a KDE desktop), inheriting hicolor. Its
+        // 24-pixel folder is the wrong one for the 48-pixel render.
+        const QString theme = user + "/icons/PomvarTest", hicolor = system + "/icons/hicolor";
+        QVERIFY(TestDesktop::write(
+            theme + "/index.theme",
+            "[Icon Theme]\nInherits=hicolor\nDirectories=24x24/apps,48x48/apps,scalable/apps\n"
+            "[24x24/apps]\nSize=24\nType=Fixed\n[48x48/apps]\nSize=48\nType=Fixed\n"
+            "[scalable/apps]\nSize=48\nMinSize=8\nMaxSize=512\nType=Scalable\n"));
+        QVERIFY(TestDesktop::writePng(theme + "/24x24/apps/pomvar-png.png", 24, 24, Qt::yellow));
+        QVERIFY(TestDesktop::writePng(theme + "/48x48/apps/pomvar-png.png", 48, 48));
+        QVERIFY(TestDesktop::write(
+            theme + "/scalable/apps/pomvar-svg.svg",
+            "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">"
+            "<rect width=\"16\" height=\"16\" fill=\"#c03030\"/></svg>"));
+        QVERIFY(
+            TestDesktop::write(hicolor + "/index.theme",
+                               "[Icon Theme]\nDirectories=32x32/apps\n[32x32/apps]\nSize=32\n"));
+        QVERIFY(TestDesktop::writePng(hicolor + "/32x32/apps/pomvar-hicolor.png", 32, 32));
+        QVERIFY(TestDesktop::write(m_desktop.configHome() + "/kdeglobals",
+                                   "[Icons]\nTheme=PomvarTest\n"));
+        QVERIFY(restart());
+    }
+
+    void filteredSortedLocalisedWithIconsAtTheirSizes()
+    {
+        QStringList names;
+        for (const auto& app : ask(rq::getAllAppsMenuData)) {
+            names << QString::fromStdString(app["name"]);
+            JCOMPARE(app["bundleid"].get<std::string>() + ".desktop", app["appkey"]);
+            const QString path = QString::fromStdString(app["iconpath"]);
+            QVERIFY2(path.startsWith(m_desktop.iconCache()), qPrintable(path));
+            QCOMPARE(QImage(path).size(), QSize(24, 24));
+            QCOMPARE(QImage(QString::fromStdString(app["iconpath2x"])).size(), QSize(48, 48));
+        }
+        // Case-insensitive, accents sorted with their letter; the German name (LANGUAGE=de).
+        QCOMPARE(names.join(u'|'),
+                 QStringLiteral("Alpha|delta|\u00c9crire|Flat Pack|Fox|Hallo|Hicolor Only|zeta"));
+        // No icon and a missing icon share the generic one; one source is rendered once.
+        QCOMPARE(icon("delta.desktop"), icon("fox.desktop"));
+        QCOMPARE(icon("zeta.desktop"), icon("greeting.desktop"));
+        // The SVG is drawn in its own colour, centred; the wide image keeps its proportions.
+        const std::tuple<const char*, QPoint, QColor> pixels[] = {
+            { "fox.desktop", { 24, 32 }, QColor(0xe8, 0xea, 0xee) },
+            { "zeta.desktop", { 24, 24 }, kFill },
+            { "hicolor-only.desktop", { 24, 24 }, kFill },
+            { "alpha.desktop", { 24, 24 }, QColor(0xc0, 0x30, 0x30) },
+            { "ecrire.desktop", { 24, 24 }, kFill },
+            { "ecrire.desktop", { 24, 2 }, Qt::transparent },
+        };
+        for (const auto& [key, point, colour] : pixels)
+            QCOMPARE(QImage(icon(key)).pixelColor(point).rgba(), colour.rgba());
+    }
+
+    void warmCacheRefreshAndClearRecent()
+    {
+        const QString zeta = icon("zeta.desktop"), wide = icon("ecrire.desktop");
+        // Only a changed source is rendered again, under a new name.
+        QVERIFY(TestDesktop::writePng(m_wideIcon, 100, 60));
+        QVERIFY(TestDesktop::write(m_desktop.storePath(),
+                                   R"({"version": 1, "recent": ["fox.desktop"]})"));
+        QVERIFY(restart());
+        QVERIFY2(m_server->log().contains("; 1 icons to render"), qPrintable(m_server->log()));
+        QCOMPARE(icon("zeta.desktop"), zeta);
+        QVERIFY(icon("ecrire.desktop") != wide);
+        QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(wide),
+                                 30000); // once rendered anew, the old is gone
+        const Json before = ask(rq::getAllAppsMenuData);
+        QCOMPARE(ask(rq::getRecentAppsMenuData).size(), std::size_t(1));
+        QVERIFY(restart({ "--refresh", "--welcome", "--clear-recent" }));
+        const QString log = m_server->log();
+        QVERIFY2(log.contains("refreshing") && log.contains("--welcome"), qPrintable(log));
+        QVERIFY2(!log.contains("; 0 icons to render"), qPrintable(log));
+        // Same sources, so the same names: rendered again into the emptied cache.
+        JCOMPARE(ask(rq::getAllAppsMenuData), before);
+        JCOMPARE(ask(rq::getRecentAppsMenuData), Json::array());
+    }
+
+    void changedEntriesAreRescanned()
+    {
+        const QString art = m_desktop.root() + "/art/new.png";
+        QVERIFY(TestDesktop::writePng(art, 30, 30));
+        QVERIFY(TestDesktop::writeEntry(
+            m_desktop.dataHome(), "new.desktop", "Name=New\nExec=true\nIcon=" + art.toUtf8()));
+        QTRY_VERIFY_WITH_TIMEOUT(icon("new.desktop").startsWith(m_desktop.iconCache()), 30000);
+        // The monitor is armed again by the rescan: a second change is seen too.
+        QVERIFY(QFile::remove(m_desktop.dataHome() + "/applications/new.desktop"));
+        QTRY_VERIFY_WITH_TIMEOUT(icon("new.desktop").isEmpty(), 30000);
+        // The cache holds the renders the menus show, and nothing else.
+        QSet<QString> shown;
+        for (const auto& app : ask(rq::getAllAppsMenuData))
+            shown << QFileInfo(QString::fromStdString(app["iconpath"])).fileName()
+                  << QFileInfo(QString::fromStdString(app["iconpath2x"])).fileName();
+        const QStringList cached = QDir(m_desktop.iconCache()).entryList(QDir::Files);
+        QCOMPARE(QSet<QString>(cached.begin(), cached.end()), shown);
+    }
+
+    void theCatalogueCacheIsNeverStale()
+    {
+        const QString system = m_desktop.systemData(), extra = m_desktop.root() + "/extra";
+        const QString cache = m_desktop.cacheHome() + "/pomvar/catalogue";
+        QProcessEnvironment withExtra;
+        withExtra.insert("XDG_DATA_DIRS", system + ":" + extra);
+        // Each change is made while the server is stopped: an entry written (removed when null), or
+        // the cache damaged ("flip") or replaced. Then whether the start may use the cache, and the
+        // name All Apps must show (or, after "!", must not).
+        const QString apps = system + "/applications/",
+                      mine = m_desktop.dataHome() + "/applications/";
+        const QByteArray entry = "[Desktop Entry]\nType=Application\nExec=true\nName=";
+        const std::tuple<QString, QByteArray, bool, QString> changes[] = {
+            { apps + "added.desktop", entry + "Added", true, "Added" },
+            { apps + "fox.desktop", entry + "Fox Two", true, "Fox Two" },
+            { mine + "zeta.desktop", entry + "Zeta Mine", true, "Zeta Mine" },
+            { apps + "added.desktop", QByteArray(), true, "!Added" },
+            { extra + "/applications/more.desktop", entry + "More", false, "More" },
+            { cache, "flip", false, "More" },
+            { cache, "pomvar-catalogue 1\n", false, "More" },
+        };
+        const auto names = [&] {
+            QStringList shown;
+            for (const auto& app : ask(rq::getAllAppsMenuData))
+                shown << QString::fromStdString(app["name"]);
+            return shown;
+        };
+        for (const auto& [path, content, fromCache, name] : changes) {
+            QVERIFY(m_server->quit() == 0);
+            QByteArray bytes = content;
+            if (content == "flip") {
+                bytes = TestDesktop::read(cache);
+                bytes[bytes.size() - 3] = bytes[bytes.size() - 3] ^ 1;
+            }
+            QVERIFY(content.isNull() ? QFile::remove(path) : TestDesktop::write(path, bytes));
+            m_server = std::make_unique<ServerProcess>(
+                m_desktop, fromCache ? QProcessEnvironment() : withExtra);
+            QVERIFY(m_server->start());
+            QCOMPARE(m_server->log().contains("from the catalogue cache"), fromCache);
+            const auto shows = [&] {
+                return names().contains(name.mid(name.startsWith(u'!'))) != name.startsWith(u'!');
+            };
+            // Found only in the background, it is told to the front end, which then fetches it.
+            // (Asking clears the flag, and QTRY checks its condition once more at the end.)
+            bool told = shows();
+            QTRY_VERIFY2_WITH_TIMEOUT(
+                (told =
+                     told || ask(rq::getMenuDataModifiedStatus).value("appFolderModified", false)),
+                qPrintable(name),
+                30000);
+            QVERIFY2(shows(), qPrintable(name));
+        }
+        QVERIFY(TestDesktop::read(cache).startsWith("pomvar-catalogue 2\n"));
+    }
 
 private:
     Json ask(std::string_view id)
@@ -46,193 +212,23 @@ private:
         return {};
     }
     // (Re)starts the server and waits until its icons are rendered.
-    bool restart(const QStringList& arguments = {}, const QProcessEnvironment& extra = {});
+    bool restart(const QStringList& arguments = {}, const QProcessEnvironment& extra = {})
+    {
+        if (m_server && m_server->quit() != 0)
+            return false;
+        m_server = std::make_unique<ServerProcess>(m_desktop, extra);
+        // Missing icons are rendered in the background; then the menus are to be fetched again.
+        const auto rendered = [&] {
+            return m_server->log().contains("; 0 icons to render") ||
+                   ask(rq::getMenuDataModifiedStatus).value("appFolderModified", false);
+        };
+        return m_server->start(arguments) && QTest::qWaitFor(rendered, 30000);
+    }
 
     TestDesktop m_desktop;
     std::unique_ptr<ServerProcess> m_server;
     QString m_wideIcon;
 };
-
-void TestCatalogue::initTestCase()
-{
-    const QString system = m_desktop.systemData(), user = m_desktop.dataHome();
-    m_wideIcon = m_desktop.root() + "/art/wide.png";
-    QVERIFY(TestDesktop::writePng(m_wideIcon, 100, 60));
-    const std::pair<QString, QByteArray> entries[] = {
-        { system + "|zeta.desktop", "Name=zeta\nIcon=pomvar-png" },
-        { system + "|alpha.desktop", "Name=Alpha\nIcon=pomvar-svg" },
-        { system + "|ecrire.desktop", "Name=\u00c9crire\nIcon=" + m_wideIcon.toUtf8() },
-        { system + "|delta.desktop", "Name=delta\nIcon=pomvar-missing" },
-        { system + "|fox.desktop", "Name=Fox" },
-        // Flatpak's per-user export folder is searched although XDG_DATA_DIRS does not name it.
-        { user + "/flatpak/exports/share|org.example.Flat.desktop", "Name=Flat Pack" },
-        { system + "|hicolor-only.desktop", "Name=Hicolor Only\nIcon=pomvar-hicolor.png" },
-        { system + "|greeting.desktop", "Name=Hello\nName[de]=Hallo\nIcon=pomvar-png" },
-        { system + "|hidden.desktop", "Name=Hidden\nHidden=true" },
-    };
-    for (const auto& [where, lines] : entries)
-        QVERIFY(TestDesktop::writeEntry(
-            where.section(u'|', 0, 0), where.section(u'|', 1), lines + "\nExec=true\n"));
-
-    // The user's theme (named in kdeglobals, as on a KDE desktop), inheriting hicolor. Its
-    // 24-pixel folder is the wrong one for the 48-pixel render.
-    const QString theme = user + "/icons/PomvarTest", hicolor = system + "/icons/hicolor";
-    QVERIFY(TestDesktop::write(
-        theme + "/index.theme",
-        "[Icon Theme]\nInherits=hicolor\nDirectories=24x24/apps,48x48/apps,scalable/apps\n"
-        "[24x24/apps]\nSize=24\nType=Fixed\n[48x48/apps]\nSize=48\nType=Fixed\n"
-        "[scalable/apps]\nSize=48\nMinSize=8\nMaxSize=512\nType=Scalable\n"));
-    QVERIFY(TestDesktop::writePng(theme + "/24x24/apps/pomvar-png.png", 24, 24, Qt::yellow));
-    QVERIFY(TestDesktop::writePng(theme + "/48x48/apps/pomvar-png.png", 48, 48));
-    QVERIFY(
-        TestDesktop::write(theme + "/scalable/apps/pomvar-svg.svg",
-                           "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">"
-                           "<rect width=\"16\" height=\"16\" fill=\"#c03030\"/></svg>"));
-    QVERIFY(TestDesktop::write(hicolor + "/index.theme",
-                               "[Icon Theme]\nDirectories=32x32/apps\n[32x32/apps]\nSize=32\n"));
-    QVERIFY(TestDesktop::writePng(hicolor + "/32x32/apps/pomvar-hicolor.png", 32, 32));
-    QVERIFY(
-        TestDesktop::write(m_desktop.configHome() + "/kdeglobals", "[Icons]\nTheme=PomvarTest\n"));
-    QVERIFY(restart());
-}
-
-bool TestCatalogue::restart(const QStringList& arguments, const QProcessEnvironment& extra)
-{
-    if (m_server && m_server->quit() != 0)
-        return false;
-    m_server = std::make_unique<ServerProcess>(m_desktop, extra);
-    // Missing icons are rendered in the background; then the menus are to be fetched again.
-    const auto rendered = [&] {
-        return m_server->log().contains("; 0 icons to render") ||
-               ask(rq::getMenuDataModifiedStatus).value("appFolderModified", false);
-    };
-    return m_server->start(arguments) && QTest::qWaitFor(rendered, 30000);
-}
-
-void TestCatalogue::filteredSortedLocalisedWithIconsAtTheirSizes()
-{
-    QStringList names;
-    for (const auto& app : ask(rq::getAllAppsMenuData)) {
-        names << QString::fromStdString(app["name"]);
-        JCOMPARE(app["bundleid"].get<std::string>() + ".desktop", app["appkey"]);
-        const QString path = QString::fromStdString(app["iconpath"]);
-        QVERIFY2(path.startsWith(m_desktop.iconCache()), qPrintable(path));
-        QCOMPARE(QImage(path).size(), QSize(24, 24));
-        QCOMPARE(QImage(QString::fromStdString(app["iconpath2x"])).size(), QSize(48, 48));
-    }
-    // Case-insensitive, accents sorted with their letter; the German name (LANGUAGE=de).
-    QCOMPARE(names.join(u'|'),
-             QStringLiteral("Alpha|delta|\u00c9crire|Flat Pack|Fox|Hallo|Hicolor Only|zeta"));
-    // No icon and a missing icon share the generic one; one source is rendered once.
-    QCOMPARE(icon("delta.desktop"), icon("fox.desktop"));
-    QCOMPARE(icon("zeta.desktop"), icon("greeting.desktop"));
-    // The SVG is drawn in its own colour, centred; the wide image keeps its proportions.
-    const std::tuple<const char*, QPoint, QColor> pixels[] = {
-        { "fox.desktop", { 24, 32 }, QColor(0xe8, 0xea, 0xee) },
-        { "zeta.desktop", { 24, 24 }, kFill },
-        { "hicolor-only.desktop", { 24, 24 }, kFill },
-        { "alpha.desktop", { 24, 24 }, QColor(0xc0, 0x30, 0x30) },
-        { "ecrire.desktop", { 24, 24 }, kFill },
-        { "ecrire.desktop", { 24, 2 }, Qt::transparent },
-    };
-    for (const auto& [key, point, colour] : pixels)
-        QCOMPARE(QImage(icon(key)).pixelColor(point).rgba(), colour.rgba());
-}
-
-void TestCatalogue::warmCacheRefreshAndClearRecent()
-{
-    const QString zeta = icon("zeta.desktop"), wide = icon("ecrire.desktop");
-    // Only a changed source is rendered again, under a new name.
-    QVERIFY(TestDesktop::writePng(m_wideIcon, 100, 60));
-    QVERIFY(
-        TestDesktop::write(m_desktop.storePath(), R"({"version": 1, "recent": ["fox.desktop"]})"));
-    QVERIFY(restart());
-    QVERIFY2(m_server->log().contains("; 1 icons to render"), qPrintable(m_server->log()));
-    QCOMPARE(icon("zeta.desktop"), zeta);
-    QVERIFY(icon("ecrire.desktop") != wide);
-    QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(wide), 30000); // once rendered anew, the old is gone
-    const Json before = ask(rq::getAllAppsMenuData);
-    QCOMPARE(ask(rq::getRecentAppsMenuData).size(), std::size_t(1));
-    QVERIFY(restart({ "--refresh", "--welcome", "--clear-recent" }));
-    const QString log = m_server->log();
-    QVERIFY2(log.contains("refreshing") && log.contains("--welcome"), qPrintable(log));
-    QVERIFY2(!log.contains("; 0 icons to render"), qPrintable(log));
-    // Same sources, so the same names: rendered again into the emptied cache.
-    JCOMPARE(ask(rq::getAllAppsMenuData), before);
-    JCOMPARE(ask(rq::getRecentAppsMenuData), Json::array());
-}
-
-void TestCatalogue::changedEntriesAreRescanned()
-{
-    const QString art = m_desktop.root() + "/art/new.png";
-    QVERIFY(TestDesktop::writePng(art, 30, 30));
-    QVERIFY(TestDesktop::writeEntry(
-        m_desktop.dataHome(), "new.desktop", "Name=New\nExec=true\nIcon=" + art.toUtf8()));
-    QTRY_VERIFY_WITH_TIMEOUT(icon("new.desktop").startsWith(m_desktop.iconCache()), 30000);
-    // The monitor is armed again by the rescan: a second change is seen too.
-    QVERIFY(QFile::remove(m_desktop.dataHome() + "/applications/new.desktop"));
-    QTRY_VERIFY_WITH_TIMEOUT(icon("new.desktop").isEmpty(), 30000);
-    // The cache holds the renders the menus show, and nothing else.
-    QSet<QString> shown;
-    for (const auto& app : ask(rq::getAllAppsMenuData))
-        shown << QFileInfo(QString::fromStdString(app["iconpath"])).fileName()
-              << QFileInfo(QString::fromStdString(app["iconpath2x"])).fileName();
-    const QStringList cached = QDir(m_desktop.iconCache()).entryList(QDir::Files);
-    QCOMPARE(QSet<QString>(cached.begin(), cached.end()), shown);
-}
-
-void TestCatalogue::theCatalogueCacheIsNeverStale()
-{
-    const QString system = m_desktop.systemData(), extra = m_desktop.root() + "/extra";
-    const QString cache = m_desktop.cacheHome() + "/pomvar/catalogue";
-    QProcessEnvironment withExtra;
-    withExtra.insert("XDG_DATA_DIRS", system + ":" + extra);
-    // Each change is made while the server is stopped: an entry written (removed when null), or
-    // the cache damaged ("flip") or replaced. Then whether the start may use the cache, and the
-    // name All Apps must show (or, after "!", must not).
-    const QString apps = system + "/applications/", mine = m_desktop.dataHome() + "/applications/";
-    const QByteArray entry = "[Desktop Entry]\nType=Application\nExec=true\nName=";
-    const std::tuple<QString, QByteArray, bool, QString> changes[] = {
-        { apps + "added.desktop", entry + "Added", true, "Added" },
-        { apps + "fox.desktop", entry + "Fox Two", true, "Fox Two" },
-        { mine + "zeta.desktop", entry + "Zeta Mine", true, "Zeta Mine" },
-        { apps + "added.desktop", QByteArray(), true, "!Added" },
-        { extra + "/applications/more.desktop", entry + "More", false, "More" },
-        { cache, "flip", false, "More" },
-        { cache, "pomvar-catalogue 1\n", false, "More" },
-    };
-    const auto names = [&] {
-        QStringList shown;
-        for (const auto& app : ask(rq::getAllAppsMenuData))
-            shown << QString::fromStdString(app["name"]);
-        return shown;
-    };
-    for (const auto& [path, content, fromCache, name] : changes) {
-        QVERIFY(m_server->quit() == 0);
-        QByteArray bytes = content;
-        if (content == "flip") {
-            bytes = TestDesktop::read(cache);
-            bytes[bytes.size() - 3] = bytes[bytes.size() - 3] ^ 1;
-        }
-        QVERIFY(content.isNull() ? QFile::remove(path) : TestDesktop::write(path, bytes));
-        m_server = std::make_unique<ServerProcess>(m_desktop,
-                                                   fromCache ? QProcessEnvironment() : withExtra);
-        QVERIFY(m_server->start());
-        QCOMPARE(m_server->log().contains("from the catalogue cache"), fromCache);
-        const auto shows = [&] {
-            return names().contains(name.mid(name.startsWith(u'!'))) != name.startsWith(u'!');
-        };
-        // Found only in the background, it is told to the front end, which then fetches it.
-        // (Asking clears the flag, and QTRY checks its condition once more at the end.)
-        bool told = shows();
-        QTRY_VERIFY2_WITH_TIMEOUT(
-            (told = told || ask(rq::getMenuDataModifiedStatus).value("appFolderModified", false)),
-            qPrintable(name),
-            30000);
-        QVERIFY2(shows(), qPrintable(name));
-    }
-    QVERIFY(TestDesktop::read(cache).startsWith("pomvar-catalogue 2\n"));
-}
 
 QTEST_GUILESS_MAIN(TestCatalogue)
 #include "tst_catalogue.moc"

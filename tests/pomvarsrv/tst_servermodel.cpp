@@ -1,15 +1,15 @@
 // The server in-process: the store and its file, the payloads, the flags every change sets and
-// a report clears, renames reported once, every change saved, which requests are answered, the
-// port option and the autostart entry. Parsing is tst_requestparser's; the new-category prompt
-// is tst_organizer's, with the organizer's own name dialogs.
-#include "AutostartEntry.h"
-#include "ChildProcess.h"
+// a report clears, renames reported once, every change saved, the request texts parsed, which
+// requests are answered, the port option. The new-category prompt is tst_organizer's, with the
+// organizer's own name dialogs.
 #include "RequestHandler.h"
+#include "RequestParser.h"
 #include "ServerModel.h"
 #include "ServerOptions.h"
 #include "SrvClient.h"
 #include "StoreFile.h"
 #include "TestDesktop.h"
+#include "wire/Protocol.h"
 #include "wire/RuntimeEndpoint.h"
 
 #include <QApplication>
@@ -21,6 +21,7 @@ using namespace pomvar;
 using namespace pomvar::srv;
 using Json = nlohmann::json;
 using Flags = MenuDataStatus;
+namespace rq = pomvar::request;
 
 namespace {
 
@@ -41,216 +42,254 @@ class TestServerModel : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void storeAndItsFile();
-    void payloadsLeaveOutAppsNotInstalled();
-    void changesSetTheirFlagsAndAreSaved();
-    void onlyAwaitedRequestsAreAnswered();
-    void portOption();
-    void autostartEntry();
+    void storeAndItsFile()
+    {
+        // What the model does not reach: unpinning, refused names, adding twice, the Recent cap.
+        Store store;
+        QVERIFY(store.togglePin("a") && store.togglePin("b") && !store.togglePin("a"));
+        QVERIFY(store.togglePin("a") && store.isPinned("a") && !store.isPinned("x"));
+        QCOMPARE(store.pins(), (std::vector<std::string>{ "b", "a" }));
+        QVERIFY(!store.createCategory("") && store.createCategory(kOdd) &&
+                store.createCategory("V"));
+        QVERIFY(store.addMember("y", kOdd) && !store.addMember("y", kOdd) &&
+                !store.addMember("y", "?"));
+        QVERIFY(!store.renameCategory(kOdd, "V") && !store.renameCategory(kOdd, ""));
+        // Newest first, each app once, the oldest dropped beyond twelve.
+        for (const char app : std::string_view("abcdefghijklmnd"))
+            store.pushRecent(std::string(1, app));
+        QByteArray recent;
+        for (const auto& app : store.recent())
+            recent += app;
+        QCOMPARE(recent, QByteArray("dnmlkjihgfec"));
+        // Use halves every half-life; a launch adds one.
+        const std::int64_t now = 1'700'000'000, halfLife = std::int64_t(Store::kUseHalfLife);
+        store.noteUse("a", now - 2 * halfLife);
+        store.noteUse("a", now - halfLife);
+        QCOMPARE(store.use("a", now), 0.75);
+        QCOMPARE(store.use("x", now), 0.0);
+        // Saved and read back whole, an empty category, use and prefs unlike the defaults included.
+        store.setPrefs(UserPrefs{ 2, false, false, false, true });
+        QTemporaryDir dir;
+        StoreFile file(dir.path() + QStringLiteral("/pomvar/pomvarsrv.json"));
+        QVERIFY(file.load() == Store{});
+        QVERIFY(file.save(store) && file.load() == store);
+        QVERIFY(store.clearRecent() && !store.clearRecent());
+        // Private to its owner (the "user" bits repeat the owner's).
+        QCOMPARE(QFile::permissions(file.path()) & 0x7077, QFile::ReadOwner | QFile::WriteOwner);
+        // Missing members take their defaults.
+        QVERIFY(Store::fromJson(Json::parse(R"({"version": 1, "prefs": {}})"))->prefs() ==
+                UserPrefs{});
+        // Unreadable, or not a store: kept aside, and the defaults used.
+        const char* damaged[] = {
+            R"({"version": 1, "pins": [tru)",
+            R"({"pins": []})",
+            R"({"version": 1, "pins": 3})",
+            R"({"version": 1, "prefs": {"MenuDensity": "1"}})",
+            R"({"version": 1, "categories": [{"apps": []}]})",
+            R"({"version": 1, "categories": [{"name": "A"}, {"name": "A"}]})"
+        };
+        for (const char* text : damaged) {
+            QVERIFY(pomvar::test::TestDesktop::write(file.path(), text));
+            QVERIFY2(file.load() == Store{} && !QFile::exists(file.path()), text);
+            QCOMPARE(pomvar::test::TestDesktop::read(file.setAsidePath()), QByteArray(text));
+            QVERIFY(QFile::remove(file.setAsidePath()));
+        }
+    }
+
+    void payloadsLeaveOutAppsNotInstalled()
+    {
+        Store store;
+        store.togglePin("b.desktop");
+        store.togglePin("gone.desktop");
+        store.createCategory(kOdd);
+        for (const char* app : { "gone.desktop", "c.desktop", "b.desktop" })
+            store.toggleMember(app, kOdd);
+        store.pushRecent("a.desktop");
+        store.pushRecent("gone.desktop");
+        ServerModel model(nullptr, store);
+        model.setApps(threeApps());
+        const auto app = [](const std::string& k, const std::string& name, bool pinned) {
+            return Json{ { "appkey", k + ".desktop" },
+                         { "name", name },
+                         { "bundleid", k },
+                         { "iconpath", "/i/" + k + "24.png" },
+                         { "pinned", pinned },
+                         { "iconpath2x", "/i/" + k + "48.png" } };
+        };
+        const Json a = app("a", "Alpha", false), b = app("b", kOdd, true),
+                   c = app("c", "Gamma", false);
+        JCOMPARE(Json::parse(model.allAppsPayload()), Json::array({ a, b, c }));
+        JCOMPARE(Json::parse(model.recentAppsPayload()), Json::array({ a }));
+        Json pinned = b;
+        pinned.erase("pinned");
+        JCOMPARE(Json::parse(model.takeMyAppsPayload()),
+                 (Json{ { "pinnedapps", Json::array({ pinned }) },
+                        { "appcats", Json::array({ kOdd }) },
+                        { "appcatapps", { { kOdd, Json::array({ c, b }) } } },
+                        { "renamedAppcats", Json::array() } }));
+        // A rename is reported once; bytes that are not UTF-8 come out replaced, never as broken
+        // JSON.
+        QVERIFY(model.renameCategory(kOdd, "New \xc0"));
+        const Json mine = Json::parse(model.takeMyAppsPayload());
+        const std::string replaced = "New \xef\xbf\xbd";
+        JCOMPARE(mine["renamedAppcats"],
+                 Json::array({ Json{ { "old", kOdd }, { "new", replaced } } }));
+        JCOMPARE(Json::parse(model.takeMyAppsPayload())["renamedAppcats"], Json::array());
+    }
+
+    void changesSetTheirFlagsAndAreSaved()
+    {
+        QTemporaryDir dir;
+        StoreFile file(dir.path() + QStringLiteral("/store.json"));
+        ServerModel model(&file);
+        QVERIFY(!model.isReady());
+        model.setApps(threeApps());
+        QVERIFY(model.isReady() && model.takeFlags() == Flags{});
+        model.allAppsPayload();
+        // Each change succeeds (or is refused), changes the store or not, and sets these flags.
+        const AppEntry rendered{ "c.desktop", {}, {}, "/r/c24.png", "/r/c48.png" };
+        const std::tuple<std::function<bool()>, bool, QByteArray> changes[] = {
+            { [&] { return model.togglePin("a.desktop"); }, true, "p" },
+            { [&] { return !model.togglePin("gone.desktop"); }, false, "" },
+            { [&] { return model.createCategoryWith("Old", "a.desktop"); }, true, "c" },
+            { [&] { return !model.createCategoryWith("Old", "b.desktop"); }, false, "" },
+            { [&] { return model.toggleMember("a.desktop", "Old") == false; }, true, "c" },
+            { [&] { return !model.toggleMember("a.desktop", "None"); }, false, "" },
+            { [&] { return model.noteLaunched("b.desktop"), true; }, true, "r" },
+            { [&] { return model.setApps(threeApps()), model.clearRecent(), true; }, true, "fr" },
+            { [&] { return model.setPrefs(UserPrefs{ .menuDensity = 1 }), true; }, true, "" },
+            { [&] { return model.renameCategory("Old", "Work"); }, true, "c" },
+            { [&] { return !model.renameCategory("?", "X"); }, false, "" },
+            // Icons rendered later replace the generic one, and the menus are to be fetched again.
+            { [&] { return model.setIcons({ rendered }), true; }, false, "f" },
+            { [&] { return model.setIcons({}), true; }, false, "" },
+            { [&] { return model.deleteCategory("Work") && !model.deleteCategory("Old"); },
+              true,
+              "c" },
+        };
+        for (const auto& [change, changesStore, flags] : changes) {
+            const Store before = model.store();
+            QVERIFY(change());
+            const Flags set = model.takeFlags();
+            QCOMPARE(QByteArray(set.appFolderModified ? "f" : "") +
+                         (set.recentAppsModified ? "r" : "") + (set.appcatsModified ? "c" : "") +
+                         (set.pinnedAppsModified ? "p" : ""),
+                     flags);
+            QCOMPARE(!(model.store() == before), changesStore);
+            QVERIFY(file.load() == model.store());
+            // All Apps is kept between requests, never beyond a change.
+            QVERIFY(model.allAppsPayload() == MenuPayloads::allApps(model.apps(), model.store()));
+        }
+        JCOMPARE(Json::parse(model.allAppsPayload())[2]["iconpath2x"], "/r/c48.png");
+    }
+
+    // Every request text the front end writes, read back by the server's parser: values with
+    // quotes, backslashes, JSON escapes and the request's own closing text pasted in; then plain
+    // JSON, and the bodies refused for not being well-formed requests.
+    void requestTextsRoundTrip()
+    {
+        // The parse as JSON, absent fields left out; null for no request.
+        const auto check = [](const std::string& body, const Json& expected) {
+            const auto r = RequestParser::parse(body);
+            Json out = r ? Json{ { "id", r->id } } : Json();
+            for (const auto& [name, value] : { std::pair("appkey", r ? r->appkey : std::nullopt),
+                                               { "appcat", r ? r->appcat : std::nullopt },
+                                               { "itemkey", r ? r->itemkey : std::nullopt } })
+                value ? void(out[name] = *value) : void();
+            if (r && r->pane)
+                out["pane"] = *r->pane;
+            JCOMPARE(out, expected);
+        };
+        check(rq::plain(rq::quit), { { "id", "quit" } });
+        // A quote, a trailing backslash, JSON escapes, each request's closing text, empty.
+        for (const std::string v :
+             { "we\"ird\\", "a\\nb\\\"c\\u0041", "x\"\n}", "y\"\n }   ", "" }) {
+            check(rq::launch(v), { { "id", "launch" }, { "appkey", v } });
+            check(rq::getInfoApp(v), { { "id", "get-info-app" }, { "appkey", v } });
+            check(rq::togglePinApp(v), { { "id", "toggle-pin-app" }, { "appkey", v } });
+            check(rq::createNewAppcatCxtmnu(v),
+                  { { "id", "create-new-appcat-cxtmnu" }, { "appkey", v } });
+            check(rq::getInfoAppcat(v), { { "id", "get-info-appcat" }, { "appcat", v } });
+            check(rq::toggleSetAppcat(v, v),
+                  { { "id", "toggle-set-appcat" }, { "appkey", v }, { "appcat", v } });
+            // An empty item key goes out as null.
+            Json organizer = { { "id", "organizer" }, { "pane", 1 } };
+            if (!v.empty())
+                organizer["itemkey"] = v;
+            check(rq::organizer(OrganizerDlgMode::organizeApp, v), organizer);
+        }
+        check(R"({"appkey": "x\"y", "id": "launch"})",
+              { { "id", "launch" }, { "appkey", "x\"y" } });
+        check(R"({"id": "organizer", "pane": 0, "itemkey": null})",
+              { { "id", "organizer" }, { "pane", 0 } });
+        // Anything else is refused: a known id needs exactly its fields, of their types.
+        for (const std::string refused : { "garbage",
+                                           "[1,2,3]",
+                                           "{\"id\": 5}",
+                                           "{\n    \"id\": \"",
+                                           "{\"id\": \"make-coffee\"}",
+                                           "{\n    \"id\": \"toggle-set-appcat\",\n    \"app",
+                                           "{\n    \"id\": \"launch\"\n}",
+                                           R"({"id": "launch"})",
+                                           R"({"id": "quit", "appkey": "x"})",
+                                           R"({"id": "launch", "appkey": 1})",
+                                           R"({"id": "organizer", "pane": "1", "itemkey": null})",
+                                           R"({"id": "organizer", "pane": 1})",
+                                           "{\n    \"id\": \"organizer\",\n    \"pane\": x" })
+            check(refused, nullptr);
+    }
+    void onlyAwaitedRequestsAreAnswered()
+    {
+        ServerModel model;
+        model.setApps(threeApps());
+        model.createCategoryWith("Tools", "c.desktop");
+        model.takeFlags();
+        RequestHandler handler(model);
+        QSignalSpy launches(&handler, &RequestHandler::launchRequested);
+        QSignalSpy prompts(&handler, &RequestHandler::newCategoryRequested);
+        QSignalSpy quits(&handler, &RequestHandler::quitRequested);
+        // "id|appkey|appcat"; the reply, or null for none.
+        const auto reply = [&](const QString& text) {
+            const QStringList parts = text.split(u'|');
+            const auto r = handler.handle({ .id = parts[0].toStdString(),
+                                            .appkey = parts.value(1).toStdString(),
+                                            .appcat = parts.value(2).toStdString() });
+            return Json::parse(r.value_or("null"));
+        };
+        JCOMPARE(reply("get-allapps-menu-data"), Json::parse(model.allAppsPayload()));
+        JCOMPARE(reply("get-recentapps-menu-data"), Json::parse(model.recentAppsPayload()));
+        JCOMPARE(reply("get-myapps-menu-data"),
+                 Json::parse(ServerModel(model).takeMyAppsPayload()));
+        Json replies;
+        const QString texts =
+            "get-app-status get-user-prefs check-update-available get-app-update-status "
+            "toggle-set-appcat|a.desktop|Tools toggle-set-appcat|gone.desktop|Tools "
+            "toggle-pin-app|b.desktop get-menu-data-modified-status launch|a.desktop "
+            "launch|gone.desktop create-new-appcat-cxtmnu|c.desktop make-coffee quit "
+            "create-new-appcat-cxtmnu|gone.desktop";
+        for (const QString& text : texts.split(u' '))
+            replies.push_back(reply(text));
+        JCOMPARE(replies, Json::parse(R"([{"ready": true, "updateFinished": false},
+            {"MenuDensity": 0, "AnimationFx": true, "SaveExpAppCats": true, "SaveLastMenu": true,
+             "OneExpAppCat": false}, {"isUpdateAvailable": false}, {"status": "noUpdate"},
+            {"isset": true}, {"isset": false}, null, {"appFolderModified": false,
+             "recentAppsModified": false, "appcatsModified": true, "pinnedAppsModified": true},
+            null, null, null, null, null, null])"));
+        QCOMPARE(QList<QVariantList>(launches), QList<QVariantList>{ { "a.desktop" } });
+        QCOMPARE(QList<QVariantList>(prompts), QList<QVariantList>{ { "c.desktop" } });
+        QCOMPARE(quits.size(), 1);
+    }
+
+    void portOption()
+    {
+        const int fixed = pomvar::wire::kRuntimePort;
+        for (const auto& [value, port] :
+             { std::pair("1", 1), { "65535", 65535 }, { "0", fixed }, { "65536", fixed } }) {
+            qputenv("POMVARSRV_PORT", value);
+            QCOMPARE(int(ServerOptions::port()), port);
+        }
+    }
 };
-
-void TestServerModel::storeAndItsFile()
-{
-    // What the model does not reach: unpinning, refused names, adding twice, the Recent cap.
-    Store store;
-    QVERIFY(store.togglePin("a") && store.togglePin("b") && !store.togglePin("a"));
-    QVERIFY(store.togglePin("a") && store.isPinned("a") && !store.isPinned("x"));
-    QCOMPARE(store.pins(), (std::vector<std::string>{ "b", "a" }));
-    QVERIFY(!store.createCategory("") && store.createCategory(kOdd) && store.createCategory("V"));
-    QVERIFY(store.addMember("y", kOdd) && !store.addMember("y", kOdd) &&
-            !store.addMember("y", "?"));
-    QVERIFY(!store.renameCategory(kOdd, "V") && !store.renameCategory(kOdd, ""));
-    // Newest first, each app once, the oldest dropped beyond twelve.
-    for (const char app : std::string_view("abcdefghijklmnd"))
-        store.pushRecent(std::string(1, app));
-    QByteArray recent;
-    for (const auto& app : store.recent())
-        recent += app;
-    QCOMPARE(recent, QByteArray("dnmlkjihgfec"));
-    // Use halves every half-life; a launch adds one.
-    const std::int64_t now = 1'700'000'000, halfLife = std::int64_t(Store::kUseHalfLife);
-    store.noteUse("a", now - 2 * halfLife);
-    store.noteUse("a", now - halfLife);
-    QCOMPARE(store.use("a", now), 0.75);
-    QCOMPARE(store.use("x", now), 0.0);
-    // Saved and read back whole, an empty category, use and prefs unlike the defaults included.
-    store.setPrefs(UserPrefs{ 2, false, false, false, true });
-    QTemporaryDir dir;
-    StoreFile file(dir.path() + QStringLiteral("/pomvar/pomvarsrv.json"));
-    QVERIFY(file.load() == Store{});
-    QVERIFY(file.save(store) && file.load() == store);
-    QVERIFY(store.clearRecent() && !store.clearRecent());
-    // Private to its owner (the "user" bits repeat the owner's).
-    QCOMPARE(QFile::permissions(file.path()) & 0x7077, QFile::ReadOwner | QFile::WriteOwner);
-    // Missing members take their defaults.
-    QVERIFY(Store::fromJson(Json::parse(R"({"version": 1, "prefs": {}})"))->prefs() == UserPrefs{});
-    // Unreadable, or not a store: kept aside, and the defaults used.
-    const char* damaged[] = {
-        R"({"version": 1, "pins": [tru)",
-        R"({"pins": []})",
-        R"({"version": 1, "pins": 3})",
-        R"({"version": 1, "prefs": {"MenuDensity": "1"}})",
-        R"({"version": 1, "categories": [{"apps": []}]})",
-        R"({"version": 1, "categories": [{"name": "A"}, {"name": "A"}]})",
-    };
-    for (const char* text : damaged) {
-        QVERIFY(pomvar::test::TestDesktop::write(file.path(), text));
-        QVERIFY2(file.load() == Store{} && !QFile::exists(file.path()), text);
-        QCOMPARE(pomvar::test::TestDesktop::read(file.setAsidePath()), QByteArray(text));
-        QVERIFY(QFile::remove(file.setAsidePath()));
-    }
-}
-
-void TestServerModel::payloadsLeaveOutAppsNotInstalled()
-{
-    Store store;
-    store.togglePin("b.desktop");
-    store.togglePin("gone.desktop");
-    store.createCategory(kOdd);
-    for (const char* app : { "gone.desktop", "c.desktop", "b.desktop" })
-        store.toggleMember(app, kOdd);
-    store.pushRecent("a.desktop");
-    store.pushRecent("gone.desktop");
-    ServerModel model(nullptr, store);
-    model.setApps(threeApps());
-    const auto app = [](const std::string& k, const std::string& name, bool pinned) {
-        return Json{ { "appkey", k + ".desktop" },
-                     { "name", name },
-                     { "bundleid", k },
-                     { "iconpath", "/i/" + k + "24.png" },
-                     { "pinned", pinned },
-                     { "iconpath2x", "/i/" + k + "48.png" } };
-    };
-    const Json a = app("a", "Alpha", false), b = app("b", kOdd, true), c = app("c", "Gamma", false);
-    JCOMPARE(Json::parse(model.allAppsPayload()), Json::array({ a, b, c }));
-    JCOMPARE(Json::parse(model.recentAppsPayload()), Json::array({ a }));
-    Json pinned = b;
-    pinned.erase("pinned");
-    JCOMPARE(Json::parse(model.takeMyAppsPayload()),
-             (Json{ { "pinnedapps", Json::array({ pinned }) },
-                    { "appcats", Json::array({ kOdd }) },
-                    { "appcatapps", { { kOdd, Json::array({ c, b }) } } },
-                    { "renamedAppcats", Json::array() } }));
-    // A rename is reported once; bytes that are not UTF-8 come out replaced, never as broken JSON.
-    QVERIFY(model.renameCategory(kOdd, "New \xc0"));
-    const Json mine = Json::parse(model.takeMyAppsPayload());
-    const std::string replaced = "New \xef\xbf\xbd";
-    JCOMPARE(mine["renamedAppcats"], Json::array({ Json{ { "old", kOdd }, { "new", replaced } } }));
-    JCOMPARE(Json::parse(model.takeMyAppsPayload())["renamedAppcats"], Json::array());
-}
-
-void TestServerModel::changesSetTheirFlagsAndAreSaved()
-{
-    QTemporaryDir dir;
-    StoreFile file(dir.path() + QStringLiteral("/store.json"));
-    ServerModel model(&file);
-    QVERIFY(!model.isReady());
-    model.setApps(threeApps());
-    QVERIFY(model.isReady() && model.takeFlags() == Flags{});
-    model.allAppsPayload();
-    // Each change succeeds (or is refused), changes the store or not, and sets these flags.
-    const AppEntry rendered{ "c.desktop", {}, {}, "/r/c24.png", "/r/c48.png" };
-    const std::tuple<std::function<bool()>, bool, QByteArray> changes[] = {
-        { [&] { return model.togglePin("a.desktop"); }, true, "p" },
-        { [&] { return !model.togglePin("gone.desktop"); }, false, "" },
-        { [&] { return model.createCategoryWith("Old", "a.desktop"); }, true, "c" },
-        { [&] { return !model.createCategoryWith("Old", "b.desktop"); }, false, "" },
-        { [&] { return model.toggleMember("a.desktop", "Old") == false; }, true, "c" },
-        { [&] { return !model.toggleMember("a.desktop", "None"); }, false, "" },
-        { [&] { return model.noteLaunched("b.desktop"), true; }, true, "r" },
-        { [&] { return model.setApps(threeApps()), model.clearRecent(), true; }, true, "fr" },
-        { [&] { return model.setPrefs(UserPrefs{ .menuDensity = 1 }), true; }, true, "" },
-        { [&] { return model.renameCategory("Old", "Work"); }, true, "c" },
-        { [&] { return !model.renameCategory("?", "X"); }, false, "" },
-        // Icons rendered later replace the generic one, and the menus are to be fetched again.
-        { [&] { return model.setIcons({ rendered }), true; }, false, "f" },
-        { [&] { return model.setIcons({}), true; }, false, "" },
-        { [&] { return model.deleteCategory("Work") && !model.deleteCategory("Old"); }, true, "c" },
-    };
-    for (const auto& [change, changesStore, flags] : changes) {
-        const Store before = model.store();
-        QVERIFY(change());
-        const Flags set = model.takeFlags();
-        QCOMPARE(QByteArray(set.appFolderModified ? "f" : "") +
-                     (set.recentAppsModified ? "r" : "") + (set.appcatsModified ? "c" : "") +
-                     (set.pinnedAppsModified ? "p" : ""),
-                 flags);
-        QCOMPARE(!(model.store() == before), changesStore);
-        QVERIFY(file.load() == model.store());
-        // All Apps is kept between requests, never beyond a change.
-        QVERIFY(model.allAppsPayload() == MenuPayloads::allApps(model.apps(), model.store()));
-    }
-    JCOMPARE(Json::parse(model.allAppsPayload())[2]["iconpath2x"], "/r/c48.png");
-}
-
-void TestServerModel::onlyAwaitedRequestsAreAnswered()
-{
-    ServerModel model;
-    model.setApps(threeApps());
-    model.createCategoryWith("Tools", "c.desktop");
-    model.takeFlags();
-    RequestHandler handler(model);
-    QSignalSpy launches(&handler, &RequestHandler::launchRequested);
-    QSignalSpy prompts(&handler, &RequestHandler::newCategoryRequested);
-    QSignalSpy quits(&handler, &RequestHandler::quitRequested);
-    // "id|appkey|appcat"; the reply, or null for none.
-    const auto reply = [&](const QString& text) {
-        const QStringList parts = text.split(u'|');
-        const auto r = handler.handle({ .id = parts[0].toStdString(),
-                                        .appkey = parts.value(1).toStdString(),
-                                        .appcat = parts.value(2).toStdString() });
-        return Json::parse(r.value_or("null"));
-    };
-    JCOMPARE(reply("get-allapps-menu-data"), Json::parse(model.allAppsPayload()));
-    JCOMPARE(reply("get-recentapps-menu-data"), Json::parse(model.recentAppsPayload()));
-    JCOMPARE(reply("get-myapps-menu-data"), Json::parse(ServerModel(model).takeMyAppsPayload()));
-    Json replies;
-    const QString texts =
-        "get-app-status get-user-prefs check-update-available get-app-update-status "
-        "toggle-set-appcat|a.desktop|Tools toggle-set-appcat|gone.desktop|Tools "
-        "toggle-pin-app|b.desktop get-menu-data-modified-status launch|a.desktop "
-        "launch|gone.desktop create-new-appcat-cxtmnu|c.desktop make-coffee quit "
-        "create-new-appcat-cxtmnu|gone.desktop";
-    for (const QString& text : texts.split(u' '))
-        replies.push_back(reply(text));
-    JCOMPARE(replies, Json::parse(R"([{"ready": true, "updateFinished": false},
-        {"MenuDensity": 0, "AnimationFx": true, "SaveExpAppCats": true, "SaveLastMenu": true,
-         "OneExpAppCat": false}, {"isUpdateAvailable": false}, {"status": "noUpdate"},
-        {"isset": true}, {"isset": false}, null, {"appFolderModified": false,
-         "recentAppsModified": false, "appcatsModified": true, "pinnedAppsModified": true},
-        null, null, null, null, null, null])"));
-    QCOMPARE(QList<QVariantList>(launches), QList<QVariantList>{ { "a.desktop" } });
-    QCOMPARE(QList<QVariantList>(prompts), QList<QVariantList>{ { "c.desktop" } });
-    QCOMPARE(quits.size(), 1);
-}
-
-void TestServerModel::portOption()
-{
-    const int fixed = pomvar::wire::kRuntimePort;
-    for (const auto& [value, port] :
-         { std::pair("1", 1), { "65535", 65535 }, { "0", fixed }, { "65536", fixed } }) {
-        qputenv("POMVARSRV_PORT", value);
-        QCOMPARE(int(ServerOptions::port()), port);
-    }
-}
-
-void TestServerModel::autostartEntry()
-{
-    QTemporaryDir dir;
-    AutostartEntry entry(dir.filePath("autostart/pomvar.desktop"));
-    QVERIFY(!entry.isEnabled());
-    // Written valid, the program quoted when it must be.
-    for (const QString& program : { QString("/usr/bin/pomvar"), dir.filePath("a b/po\\m\"v$r") }) {
-        QVERIFY(entry.setEnabled(true, program) && entry.isEnabled());
-        const auto check = pomvar::test::runChild("desktop-file-validate", { entry.path() });
-        QVERIFY2(check.exitedWith(0) && check.out.isEmpty(), check.out.constData());
-    }
-    // Turned off the way desktops do it, then removed.
-    QByteArray text = pomvar::test::TestDesktop::read(entry.path());
-    text.replace("X-GNOME-Autostart-enabled=true", "X-GNOME-Autostart-enabled=false");
-    QVERIFY(pomvar::test::TestDesktop::write(entry.path(), text) && !entry.isEnabled());
-    QVERIFY(entry.setEnabled(false) && !QFile::exists(entry.path()) && entry.setEnabled(false));
-}
 
 QTEST_MAIN(TestServerModel)
 #include "tst_servermodel.moc"

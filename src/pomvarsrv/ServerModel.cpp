@@ -66,10 +66,7 @@ bool ServerModel::togglePin(const std::string& appkey)
     if (!m_apps.contains(appkey))
         return false;
     m_store.togglePin(appkey);
-    m_allApps.clear();
-    m_flags.pinnedAppsModified = true;
-    save();
-    return true;
+    return pinsChanged(true);
 }
 
 std::optional<bool> ServerModel::toggleMember(const std::string& appkey,
@@ -78,10 +75,7 @@ std::optional<bool> ServerModel::toggleMember(const std::string& appkey,
     if (!m_apps.contains(appkey))
         return std::nullopt;
     const auto isSet = m_store.toggleMember(appkey, category);
-    if (isSet) {
-        m_flags.appcatsModified = true;
-        save();
-    }
+    appcatsChanged(isSet.has_value());
     return isSet;
 }
 
@@ -91,18 +85,12 @@ bool ServerModel::createCategoryWith(const std::string& name, const std::string&
         return false;
     if (m_apps.contains(appkey))
         m_store.addMember(appkey, name);
-    m_flags.appcatsModified = true;
-    save();
-    return true;
+    return appcatsChanged(true);
 }
 
 bool ServerModel::deleteCategory(const std::string& name)
 {
-    if (!m_store.deleteCategory(name))
-        return false;
-    m_flags.appcatsModified = true;
-    save();
-    return true;
+    return appcatsChanged(m_store.deleteCategory(name));
 }
 
 bool ServerModel::renameCategory(const std::string& from, const std::string& to)
@@ -110,9 +98,7 @@ bool ServerModel::renameCategory(const std::string& from, const std::string& to)
     if (!m_store.renameCategory(from, to))
         return false;
     m_renames.emplace_back(from, to);
-    m_flags.appcatsModified = true;
-    save();
-    return true;
+    return appcatsChanged(true);
 }
 
 void ServerModel::noteLaunched(const std::string& appkey)
@@ -150,8 +136,8 @@ bool ServerModel::pinsChanged(bool changed)
 {
     if (changed) {
         m_allApps.clear();
-        m_flags.pinnedAppsModified = true;
         save();
+        m_flags.pinnedAppsModified = true;
     }
     return changed;
 }
@@ -159,8 +145,8 @@ bool ServerModel::pinsChanged(bool changed)
 bool ServerModel::appcatsChanged(bool changed)
 {
     if (changed) {
-        m_flags.appcatsModified = true;
         save();
+        m_flags.appcatsModified = true;
     }
     return changed;
 }

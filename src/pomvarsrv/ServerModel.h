@@ -71,6 +71,8 @@ public:
 private:
     void save();
     std::vector<std::string> installed(const std::vector<std::string>& keys) const;
+    // After a change to the store: saves it, then raises the flag the front end reads. Returns
+    // `changed`, and does nothing when it is false.
     bool pinsChanged(bool changed);
     bool appcatsChanged(bool changed);
 

@@ -49,11 +49,16 @@ QString Updates::frontEndProgram() const
     return QDir::cleanPath(m_dir + u'/' + QString::fromLatin1(paths::frontEndFromServerDir));
 }
 
+QString Updates::versionFile() const
+{
+    return m_dir + u'/' + QString::fromLatin1(paths::versionFile);
+}
+
 QString Updates::installed() const
 {
     if (m_dir.isEmpty())
         return {};
-    QFile file(m_dir + u'/' + QString::fromLatin1(paths::versionFile));
+    QFile file(versionFile());
     if (!file.open(QIODevice::ReadOnly))
         return {};
     return QString::fromUtf8(file.readLine()).trimmed();
@@ -96,9 +101,8 @@ void Updates::watch()
     if (!m_watcher.files().isEmpty())
         m_watcher.removePaths(m_watcher.files());
     m_watcher.addPath(m_dir);
-    const QString versionFile = m_dir + u'/' + QString::fromLatin1(paths::versionFile);
-    if (QFile::exists(versionFile))
-        m_watcher.addPath(versionFile);
+    if (QFile::exists(versionFile()))
+        m_watcher.addPath(versionFile());
 }
 
 void Updates::noticeChange()

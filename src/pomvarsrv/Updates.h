@@ -45,6 +45,7 @@ Q_SIGNALS:
     void restartDue();
 
 private:
+    QString versionFile() const;
     void watch();
     void noticeChange();
 

@@ -6,9 +6,9 @@
 #include "GeneratedApps.h"
 #include "InProcessServer.h"
 #include "Median.h"
-#include "SearchIndex.h"
 #include "TestDesktop.h"
 #include "WindowTiming.h"
+#include "pomvarsrv/search/SearchIndex.h"
 #include "wire/Protocol.h"
 
 #include <QApplication>

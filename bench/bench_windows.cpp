@@ -7,8 +7,8 @@
 #include "InProcessServer.h"
 #include "Median.h"
 #include "TestDesktop.h"
-#include "Updates.h"
 #include "WindowTiming.h"
+#include "pomvarsrv/app/Updates.h"
 #include "wire/InstallPaths.h"
 #include "wire/Protocol.h"
 

@@ -388,10 +388,6 @@
         <extracomment>The picker&apos;s button that shows the chosen app in this pane.</extracomment>
         <translation>Wählen</translation>
     </message>
-    <message>
-        <source>New Category</source>
-        <translation>Neue Kategorie</translation>
-    </message>
 </context>
 <context>
     <name>pomvar::srv::OrganizePane</name>
@@ -465,10 +461,6 @@
     <message>
         <source>Add</source>
         <translation>Hinzufügen</translation>
-    </message>
-    <message>
-        <source>New Category</source>
-        <translation>Neue Kategorie</translation>
     </message>
     <message>
         <source>Rename Category</source>

@@ -3,12 +3,12 @@
 // texts under LANG=C.UTF-8. POMVAR_TEST_LANGUAGE says which of the two the test runs under.
 #include "PanelFixture.h"
 
-#include "CategoryInfoWindow.h"
-#include "CategoryNameDialog.h"
 #include "InProcessServer.h"
-#include "NewCategoryPrompt.h"
-#include "ServerModel.h"
 #include "i18n/Translations.h"
+#include "pomvarsrv/model/ServerModel.h"
+#include "pomvarsrv/ui/CategoryInfoWindow.h"
+#include "pomvarsrv/ui/CategoryNameDialog.h"
+#include "pomvarsrv/ui/NewCategoryPrompt.h"
 #include "ui/MenuSelectorButton.h"
 
 #include <QDialogButtonBox>
@@ -50,8 +50,7 @@ QStringList contextMenu(PanelFixture& f)
 QStringList newCategoryPrompt()
 {
     srv::ServerModel model;
-    srv::NewCategoryPrompt prompt(model);
-    prompt.ask(QStringLiteral("app1"));
+    srv::NewCategoryPrompt::open(model, QStringLiteral("app1"));
     auto* dialog = InProcessServer::waitForWindow<srv::CategoryNameDialog>("newCategoryPrompt");
     if (!dialog)
         return { QStringLiteral("no prompt") };

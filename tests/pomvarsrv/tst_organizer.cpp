@@ -3,14 +3,14 @@
 // request, each change's flag set and then cleared, the store on disk after every click, the
 // payload's order after reordering by buttons, keys and drops, the name rule told inside the
 // dialog, the five preferences and the autostart entry.
-#include "AutostartEntry.h"
 #include "ChildProcess.h"
 #include "InProcessServer.h"
-#include "OrganizerListModel.h"
-#include "OrganizerListView.h"
-#include "OrganizerWindow.h"
-#include "StoreFile.h"
 #include "TestDesktop.h"
+#include "pomvarsrv/catalogue/AutostartEntry.h"
+#include "pomvarsrv/model/StoreFile.h"
+#include "pomvarsrv/ui/OrganizerListModel.h"
+#include "pomvarsrv/ui/OrganizerListView.h"
+#include "pomvarsrv/ui/OrganizerWindow.h"
 #include "wire/Protocol.h"
 
 #include <QApplication>
@@ -280,7 +280,7 @@ private Q_SLOTS:
             find<QAbstractButton>(opener)->click();
         }
         QPointer<QWidget> dialog = InProcessServer::waitForWindow(
-            opener == "context menu" ? "newCategoryPrompt" : "categoryNameDialog");
+            opener.startsWith("rename") ? "categoryNameDialog" : "newCategoryPrompt");
         QVERIFY(dialog);
         auto* field = dialog->findChild<QLineEdit*>();
         field->setText(name);
@@ -440,7 +440,8 @@ private:
     // Types the name into the open name dialog of that title and accepts it.
     static bool answer(const QString& title, const QString& name)
     {
-        QWidget* dialog = InProcessServer::waitForWindow("categoryNameDialog");
+        QWidget* dialog = InProcessServer::waitForWindow(
+            title == "New Category" ? "newCategoryPrompt" : "categoryNameDialog");
         if (!dialog || dialog->windowTitle() != title)
             return false;
         auto* field = dialog->findChild<QLineEdit*>();

@@ -3,10 +3,10 @@
 // through GIO: every tier against a lower one earlier in the catalogue, accents and "ß", a
 // translated name found by its untranslated one, keywords, an Exec-only match, a typo, and ties
 // broken by use, then by the catalogue's order.
-#include "AppCatalogue.h"
-#include "NameOrder.h"
-#include "SearchIndex.h"
 #include "TestDesktop.h"
+#include "pomvarsrv/catalogue/AppCatalogue.h"
+#include "pomvarsrv/search/NameOrder.h"
+#include "pomvarsrv/search/SearchIndex.h"
 
 #include <QTest>
 

@@ -4,9 +4,9 @@
 // keeps one window for every request and closes when it loses the focus; rows draw the icon file
 // for the display's scale.
 #include "InProcessServer.h"
-#include "SearchResultDelegate.h"
-#include "SearchResults.h"
 #include "TestDesktop.h"
+#include "pomvarsrv/ui/SearchResultDelegate.h"
+#include "pomvarsrv/ui/SearchResults.h"
 #include "wire/Protocol.h"
 
 #include <QApplication>

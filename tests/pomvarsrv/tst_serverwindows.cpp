@@ -2,11 +2,11 @@
 // opened by their requests over the wire and driven by keys: what each shows, one window per kind
 // switched by the next request, Escape, and what their buttons do. The server starts on an empty
 // store, so the welcome shows at once; its categories are read back over the wire.
-#include "AppInfoWindow.h"
-#include "CategoryInfoWindow.h"
 #include "InProcessServer.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
+#include "pomvarsrv/ui/AppInfoWindow.h"
+#include "pomvarsrv/ui/CategoryInfoWindow.h"
 #include "wire/Protocol.h"
 #include "wire/Version.h"
 

@@ -3,8 +3,8 @@
 // unreadable store becomes is tst_servermodel's.
 #include "ServerProcess.h"
 #include "SrvClient.h"
-#include "Store.h"
 #include "TestDesktop.h"
+#include "pomvarsrv/model/Store.h"
 #include "wire/Protocol.h"
 
 #include <QDir>

@@ -2,11 +2,11 @@
 // the version file installed there against the running version, over the wire and in the updates
 // window; a change of the folder noticed while the window is open; the wait for the front end
 // to go; the restart into the installed front end and "updateFinished" once after it.
-#include "FrontEndExit.h"
 #include "InProcessServer.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
-#include "Updates.h"
+#include "pomvarsrv/app/FrontEndExit.h"
+#include "pomvarsrv/app/Updates.h"
 #include "wire/InstallPaths.h"
 #include "wire/Protocol.h"
 #include "wire/Version.h"

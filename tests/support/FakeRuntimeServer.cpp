@@ -1,7 +1,7 @@
 #include "FakeRuntimeServer.h"
 
 #include "FakeMenus.h"
-#include "RequestParser.h"
+#include "pomvarsrv/ipc/RequestParser.h"
 #include "wire/Frame.h"
 #include "wire/FrameDecoder.h"
 #include "wire/Protocol.h"

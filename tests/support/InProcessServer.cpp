@@ -1,9 +1,9 @@
 #include "InProcessServer.h"
 
-#include "LoopbackSockets.h"
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "i18n/Translations.h"
+#include "pomvarsrv/ipc/LoopbackSockets.h"
 
 #include <QTest>
 

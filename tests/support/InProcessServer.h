@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ServerApp.h"
 #include "TestDesktop.h"
+#include "pomvarsrv/app/ServerApp.h"
 
 #include <nlohmann/json.hpp>
 

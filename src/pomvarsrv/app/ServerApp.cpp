@@ -1,0 +1,87 @@
+#include "pomvarsrv/app/ServerApp.h"
+
+#include "pomvarsrv/app/ServerLog.h"
+#include "pomvarsrv/catalogue/Launcher.h"
+#include "pomvarsrv/ui/UserNotice.h"
+#include "wire/Version.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+
+namespace pomvar::srv {
+
+ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
+    : QObject(parent)
+    , m_options(options)
+    , m_model(&m_storeFile)
+    , m_updates(m_options.installDir, QString::fromUtf8(pomvar::version()))
+    , m_search(m_model)
+    , m_handler(m_model, *this)
+    , m_server(m_handler)
+    , m_windows(m_model,
+                m_updates,
+                m_search,
+                [this](const QString& appkey, const QString& action) { launchApp(appkey, action); })
+    , m_catalogue(m_model, m_search)
+{
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    connect(&m_updates, &Updates::restartDue, this, &ServerApp::restartIntoUpdate);
+}
+
+ServerApp::~ServerApp() = default;
+
+void ServerApp::start(const std::vector<int>& listeningSockets)
+{
+    m_server.serve(listeningSockets);
+    // Only the server that holds the port owns the store and the icon cache: a second one
+    // leaves without touching either.
+    const bool firstStart = !QFileInfo::exists(m_storeFile.path());
+    m_model.setStore(m_storeFile.load());
+    if (m_options.clearRecent) {
+        qCInfo(lcApp) << "clearing the recent apps";
+        m_model.clearRecent();
+    }
+    // Clients that connect meanwhile wait in the listen backlog: nothing is answered before
+    // the catalogue is in.
+    m_catalogue.load(m_options.refresh);
+    if (firstStart || m_options.welcome) {
+        qCInfo(lcApp) << "showing the welcome:" << (firstStart ? "first start" : "--welcome");
+        // Stored now, so that the welcome never shows again unless asked for.
+        if (firstStart)
+            m_storeFile.save(m_model.store());
+        m_windows.showWelcome();
+    }
+}
+
+void ServerApp::quit()
+{
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+void ServerApp::restartIntoUpdate()
+{
+    // The port first: the new front end waits for its own server to take it.
+    m_server.close();
+    m_model.noteUpdatedFrom(m_updates.running().toStdString());
+    m_updates.startInstalledFrontEnd();
+    qCInfo(lcApp) << "restarted into the installed Pomvar: leaving";
+    QCoreApplication::exit(0);
+}
+
+void ServerApp::launchApp(const QString& appkey, const QString& action)
+{
+    QString error;
+    if (Launcher::launch(appkey, action, &error)) {
+        qCInfo(lcApp) << "launched" << appkey << action;
+        m_model.noteLaunched(appkey.toStdString());
+        return;
+    }
+    qCWarning(lcApp).noquote() << "cannot launch" << appkey + u':' << error;
+    const AppEntry* app = m_model.apps().find(appkey.toStdString());
+    const QString name = app ? QString::fromStdString(app->name) : appkey;
+    UserNotice::show(QStringLiteral("Pomvar"),
+                     //: %1: the app's name; %2: why it could not be started.
+                     tr("%1 could not be started.\n\n%2").arg(name, error));
+}
+
+} // namespace pomvar::srv

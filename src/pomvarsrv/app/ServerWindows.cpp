@@ -1,0 +1,181 @@
+#include "pomvarsrv/app/ServerWindows.h"
+
+#include "pomvarsrv/app/ServerLog.h"
+#include "pomvarsrv/app/Updates.h"
+#include "pomvarsrv/catalogue/Launcher.h"
+#include "pomvarsrv/model/ServerModel.h"
+#include "pomvarsrv/search/AppSearch.h"
+#include "pomvarsrv/ui/AboutWindow.h"
+#include "pomvarsrv/ui/AppInfoWindow.h"
+#include "pomvarsrv/ui/CategoryInfoWindow.h"
+#include "pomvarsrv/ui/NewCategoryPrompt.h"
+#include "pomvarsrv/ui/OrganizerWindow.h"
+#include "pomvarsrv/ui/SearchWindow.h"
+#include "pomvarsrv/ui/UpdatesWindow.h"
+#include "pomvarsrv/ui/WelcomeWindow.h"
+#include "wire/Protocol.h"
+
+#include <algorithm>
+#include <ctime>
+
+namespace pomvar::srv {
+
+ServerWindows::ServerWindows(ServerModel& model,
+                             Updates& updates,
+                             const AppSearch& search,
+                             Launch launch,
+                             QObject* parent)
+    : QObject(parent)
+    , m_model(model)
+    , m_updates(updates)
+    , m_search(search)
+    , m_launch(std::move(launch))
+{
+    connect(&m_updates, &Updates::installedChanged, this, &ServerWindows::refreshUpdates);
+}
+
+ServerWindows::~ServerWindows() = default;
+
+void ServerWindows::showSearch()
+{
+    qCInfo(lcApp) << "app-search requested: showing the search window";
+    if (!m_searchWindow) {
+        m_searchWindow = std::make_unique<SearchWindow>(
+            [this](const QString& query) { return m_search.rows(query); },
+            [this](const QString& appkey) {
+                return m_search.actionRows(appkey, Launcher::actions(appkey));
+            });
+        connect(m_searchWindow.get(),
+                &SearchWindow::launchRequested,
+                this,
+                [this](const QString& appkey) { m_launch(appkey, {}); });
+        connect(m_searchWindow.get(), &SearchWindow::actionRequested, this, m_launch);
+    }
+    m_searchWindow->present();
+}
+
+void ServerWindows::askNewCategory(const QString& appkey)
+{
+    NewCategoryPrompt::open(m_model, appkey);
+}
+
+void ServerWindows::showOrganizer(int pane, const QString& itemkey)
+{
+    qCInfo(lcApp) << "organizer requested, pane" << pane << "item" << itemkey;
+    if (!m_organizer) {
+        m_organizer = std::make_unique<OrganizerWindow>(
+            m_model,
+            [this](const QString& query) { return m_search.pickerApps(query); },
+            [this](const std::string& appkey) {
+                const DesktopApp* entry = m_search.entryOf(appkey);
+                return entry ? entry->genericName : QString();
+            });
+        connect(
+            m_organizer.get(), &OrganizerWindow::infoRequested, this, &ServerWindows::showAppInfo);
+    }
+    m_organizer->present(pane, itemkey);
+}
+
+void ServerWindows::showAppInfo(const QString& appkey)
+{
+    AppInfo info{ appkey, std::nullopt, {}, false, {} };
+    const std::string key = appkey.toStdString();
+    if (const AppEntry* app = m_model.apps().find(key)) {
+        info.details = AppDetails::read(appkey);
+        info.icon = QString::fromStdString(app->iconPath2x);
+    }
+    info.pinned = m_model.store().isPinned(key);
+    for (const AppCategory& category : m_model.store().categories())
+        if (std::find(category.apps.begin(), category.apps.end(), key) != category.apps.end())
+            info.categories << QString::fromStdString(category.name);
+    if (!m_appInfo) {
+        m_appInfo = std::make_unique<AppInfoWindow>();
+        connect(m_appInfo.get(),
+                &AppInfoWindow::launchRequested,
+                this,
+                [this](const QString& appkey) { m_launch(appkey, {}); });
+        connect(
+            m_appInfo.get(), &AppInfoWindow::organizeRequested, this, [this](const QString& key) {
+                showOrganizer(int(OrganizerDlgMode::organizeApp), key);
+            });
+    }
+    m_appInfo->showApp(info);
+    m_appInfo->present();
+}
+
+void ServerWindows::showCategoryInfo(const QString& appcat)
+{
+    CategoryInfo info{ appcat, std::nullopt };
+    if (const AppCategory* category = m_model.store().category(appcat.toStdString())) {
+        info.apps.emplace();
+        for (const std::string& appkey : category->apps)
+            if (const AppEntry* app = m_model.apps().find(appkey))
+                info.apps->push_back({ QString::fromStdString(appkey),
+                                       QString::fromStdString(app->name),
+                                       QString::fromStdString(app->iconPath) });
+    }
+    if (!m_categoryInfo) {
+        m_categoryInfo = std::make_unique<CategoryInfoWindow>();
+        connect(m_categoryInfo.get(),
+                &CategoryInfoWindow::appInfoRequested,
+                this,
+                &ServerWindows::showAppInfo);
+        connect(
+            m_categoryInfo.get(),
+            &CategoryInfoWindow::organizeRequested,
+            this,
+            [this](const QString& name) { showOrganizer(int(OrganizerDlgMode::organize), name); });
+    }
+    m_categoryInfo->showCategory(info);
+    m_categoryInfo->present();
+}
+
+void ServerWindows::showAbout()
+{
+    if (!m_about)
+        m_about = std::make_unique<AboutWindow>();
+    m_about->present();
+}
+
+void ServerWindows::showWelcome()
+{
+    if (!m_welcome) {
+        m_welcome = std::make_unique<WelcomeWindow>();
+        connect(m_welcome.get(),
+                &WelcomeWindow::startWithCategories,
+                this,
+                &ServerWindows::startWithCategories);
+    }
+    m_welcome->present();
+}
+
+void ServerWindows::startWithCategories()
+{
+    const auto categories = m_search.startingCategories(AppDetails::categoriesOfAll());
+    m_model.addToCategories(categories);
+    qCInfo(lcApp) << "welcome: started with" << categories.size() << "categories";
+}
+
+void ServerWindows::showUpdates()
+{
+    if (!m_updatesWindow) {
+        m_updatesWindow = std::make_unique<UpdatesWindow>();
+        connect(m_updatesWindow.get(), &UpdatesWindow::restartRequested, this, [this] {
+            m_updates.confirm();
+            refreshUpdates();
+        });
+    }
+    refreshUpdates();
+    m_updatesWindow->present();
+}
+
+void ServerWindows::refreshUpdates()
+{
+    if (!m_updatesWindow)
+        return;
+    const bool newer = m_updates.isNewerInstalled();
+    m_updatesWindow->showState(
+        m_updates.running(), newer ? m_updates.installed() : QString(), m_updates.isConfirmed());
+}
+
+} // namespace pomvar::srv

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pomvar::srv {
+
+class AboutWindow;
+class AppInfoWindow;
+class CategoryInfoWindow;
+class OrganizerWindow;
+class AppSearch;
+class SearchWindow;
+class ServerModel;
+class Updates;
+class UpdatesWindow;
+class WelcomeWindow;
+
+// Owns every window of the server: the search window, the organizer, the new category prompt,
+// and the info, about, welcome and updates windows. Each is made at its first request, then
+// shown again, raised and switched to what is asked. It gathers what they show from the model,
+// the search and the updates, and carries out what the user chooses in them.
+class ServerWindows : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The app, or one of its desktop actions.
+    using Launch = std::function<void(const QString& appkey, const QString& action)>;
+
+    ServerWindows(ServerModel& model,
+                  Updates& updates,
+                  const AppSearch& search,
+                  Launch launch,
+                  QObject* parent = nullptr);
+    ~ServerWindows() override;
+
+    void showSearch();
+    // The organizer on a pane (OrganizerDlgMode) and an item (a category or an app key).
+    void showOrganizer(int pane, const QString& itemkey);
+    // Asks for a new category's name, then files the app into it.
+    void askNewCategory(const QString& appkey);
+    void showAppInfo(const QString& appkey);
+    void showCategoryInfo(const QString& appcat);
+    void showAbout();
+    void showWelcome();
+    // Re-reads the installed version first.
+    void showUpdates();
+
+private:
+    void refreshUpdates();
+    void startWithCategories();
+
+    ServerModel& m_model;
+    Updates& m_updates;
+    const AppSearch& m_search;
+    Launch m_launch;
+    std::unique_ptr<SearchWindow> m_searchWindow;
+    std::unique_ptr<OrganizerWindow> m_organizer;
+    std::unique_ptr<AppInfoWindow> m_appInfo;
+    std::unique_ptr<CategoryInfoWindow> m_categoryInfo;
+    std::unique_ptr<AboutWindow> m_about;
+    std::unique_ptr<WelcomeWindow> m_welcome;
+    std::unique_ptr<UpdatesWindow> m_updatesWindow;
+};
+
+} // namespace pomvar::srv

@@ -1,0 +1,145 @@
+// GIO before Qt: its headers use names that Qt's keywords would break.
+#include <gio/gdesktopappinfo.h>
+#include <gio/gio.h>
+
+#include "pomvarsrv/catalogue/AppCatalogue.h"
+
+#include "pomvarsrv/search/NameOrder.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace pomvar::srv {
+
+namespace {
+
+constexpr int kDebounceMs = 500;
+
+void monitorChanged(GAppInfoMonitor*, gpointer catalogue)
+{
+    QMetaObject::invokeMethod(static_cast<QObject*>(catalogue), "onMonitorChanged");
+}
+
+QString iconKey(GDesktopAppInfo* info)
+{
+    gchar* icon = g_desktop_app_info_get_string(info, "Icon");
+    QString key = QString::fromUtf8(icon ? icon : "").trimmed();
+    g_free(icon);
+    return key;
+}
+
+QString text(gchar* owned)
+{
+    QString value = QString::fromUtf8(owned ? owned : "");
+    g_free(owned);
+    return value;
+}
+
+DesktopApp describe(GDesktopAppInfo* info, const char* id, const char* name)
+{
+    DesktopApp app;
+    app.id = id;
+    app.name = name;
+    app.icon = iconKey(info);
+    app.untranslatedName = text(g_desktop_app_info_get_string(info, "Name"));
+    app.genericName = QString::fromUtf8(g_desktop_app_info_get_generic_name(info));
+    if (const char* const* keywords = g_desktop_app_info_get_keywords(info))
+        for (; *keywords; ++keywords)
+            app.keywords.append(QString::fromUtf8(*keywords));
+    app.comment = QString::fromUtf8(g_app_info_get_description(G_APP_INFO(info)));
+    const QString program = QString::fromUtf8(g_app_info_get_executable(G_APP_INFO(info)));
+    app.program = program.mid(program.lastIndexOf(u'/') + 1);
+    return app;
+}
+
+} // namespace
+
+AppCatalogue::AppCatalogue(QObject* parent)
+    : QObject(parent)
+{
+    m_debounce.setSingleShot(true);
+    m_debounce.setInterval(kDebounceMs);
+    connect(&m_debounce, &QTimer::timeout, this, &AppCatalogue::changed);
+}
+
+AppCatalogue::~AppCatalogue()
+{
+    if (m_monitor) {
+        g_signal_handler_disconnect(m_monitor, m_handlerId);
+        g_object_unref(m_monitor);
+    }
+}
+
+QString AppCatalogue::glibVersion()
+{
+    return QStringLiteral("%1.%2.%3")
+        .arg(glib_major_version)
+        .arg(glib_minor_version)
+        .arg(glib_micro_version);
+}
+
+void AppCatalogue::addFlatpakDataDirs()
+{
+    QString dirs = qEnvironmentVariable("XDG_DATA_DIRS");
+    if (dirs.isEmpty())
+        dirs = QStringLiteral("/usr/local/share:/usr/share");
+    QStringList list = dirs.split(u':', Qt::SkipEmptyParts);
+    const QStringList flatpak = {
+        QDir::homePath() + QStringLiteral("/.local/share/flatpak/exports/share"),
+        QStringLiteral("/var/lib/flatpak/exports/share"),
+    };
+    bool added = false;
+    for (const auto& dir : flatpak) {
+        if (QFileInfo(dir).isDir() && !list.contains(dir) && !list.contains(dir + u'/')) {
+            list.append(dir);
+            added = true;
+        }
+    }
+    if (added)
+        qputenv("XDG_DATA_DIRS", list.join(u':').toLocal8Bit());
+}
+
+void AppCatalogue::watch()
+{
+    if (m_monitor)
+        return;
+    m_monitor = g_app_info_monitor_get();
+    m_handlerId = g_signal_connect(m_monitor, "changed", G_CALLBACK(monitorChanged), this);
+}
+
+std::vector<DesktopApp> AppCatalogue::listApps()
+{
+    std::vector<DesktopApp> apps;
+    GList* all = g_app_info_get_all();
+    for (GList* item = all; item; item = item->next) {
+        GAppInfo* info = G_APP_INFO(item->data);
+        if (!G_IS_DESKTOP_APP_INFO(info) || !g_app_info_should_show(info))
+            continue;
+        const char* id = g_app_info_get_id(info);
+        const char* name = g_app_info_get_name(info);
+        if (id && name)
+            apps.push_back(describe(G_DESKTOP_APP_INFO(info), id, name));
+    }
+    g_list_free_full(all, g_object_unref);
+
+    // By id first, so that apps of the same name always come in the same order.
+    std::sort(apps.begin(), apps.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
+    std::vector<QString> names;
+    names.reserve(apps.size());
+    for (const auto& app : apps)
+        names.push_back(QString::fromStdString(app.name));
+    std::vector<DesktopApp> sorted;
+    sorted.reserve(apps.size());
+    for (const std::size_t i : NameOrder().sorted(names))
+        sorted.push_back(std::move(apps[i]));
+    return sorted;
+}
+
+void AppCatalogue::onMonitorChanged()
+{
+    m_debounce.start();
+}
+
+} // namespace pomvar::srv

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "pomvarsrv/model/DesktopApp.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <vector>
+
+namespace pomvar::srv {
+
+// The installed applications, from the desktop entries through GIO (the XDG data folders in
+// order of precedence; hidden, NoDisplay, OnlyShowIn/NotShowIn and TryExec honoured). Reports
+// changes, debounced: GIO's monitor fires once and is armed again by the next listing.
+class AppCatalogue : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit AppCatalogue(QObject* parent = nullptr);
+    ~AppCatalogue() override;
+
+    // Adds the Flatpak export folders to XDG_DATA_DIRS when they exist and are missing from it.
+    // Must run before anything asks GIO for apps.
+    static void addFlatpakDataDirs();
+    // The version of the GLib the server runs with, "2.74.6".
+    static QString glibVersion();
+
+    // Starts watching the desktop entries; on the main thread, where `changed` is reported.
+    void watch();
+    // The apps to show, in the reading order of their names (NameOrder). Safe on any thread;
+    // arms the monitor again.
+    static std::vector<DesktopApp> listApps();
+
+Q_SIGNALS:
+    void changed();
+
+private:
+    // Called by GIO's monitor, on the main thread.
+    Q_INVOKABLE void onMonitorChanged();
+
+    void* m_monitor = nullptr; // GAppInfoMonitor
+    unsigned long m_handlerId = 0;
+    QTimer m_debounce;
+};
+
+} // namespace pomvar::srv

@@ -1,0 +1,56 @@
+// GIO before Qt: its headers use names that Qt's keywords would break.
+#include <gio/gdesktopappinfo.h>
+#include <gio/gio.h>
+
+#include "pomvarsrv/catalogue/AppDetails.h"
+
+namespace pomvar::srv {
+
+namespace {
+
+QString utf8(const char* text)
+{
+    return QString::fromUtf8(text ? text : "");
+}
+
+QStringList categoriesOf(GDesktopAppInfo* info)
+{
+    return utf8(g_desktop_app_info_get_categories(info)).split(u';', Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+std::optional<AppDetails> AppDetails::read(const QString& desktopId)
+{
+    GDesktopAppInfo* info = g_desktop_app_info_new(desktopId.toUtf8().constData());
+    if (!info)
+        return std::nullopt;
+    GAppInfo* app = G_APP_INFO(info);
+    AppDetails details;
+    details.id = desktopId;
+    details.name = utf8(g_app_info_get_name(app));
+    details.genericName = utf8(g_desktop_app_info_get_generic_name(info));
+    details.comment = utf8(g_app_info_get_description(app));
+    details.path = utf8(g_desktop_app_info_get_filename(info));
+    details.commandLine = utf8(g_app_info_get_commandline(app));
+    details.categories = categoriesOf(info);
+    details.terminal = g_desktop_app_info_get_boolean(info, "Terminal");
+    g_object_unref(info);
+    return details;
+}
+
+std::map<std::string, QStringList> AppDetails::categoriesOfAll()
+{
+    std::map<std::string, QStringList> found;
+    GList* all = g_app_info_get_all();
+    for (GList* item = all; item; item = item->next) {
+        if (!G_IS_DESKTOP_APP_INFO(item->data))
+            continue;
+        if (const char* id = g_app_info_get_id(G_APP_INFO(item->data)))
+            found.emplace(id, categoriesOf(G_DESKTOP_APP_INFO(item->data)));
+    }
+    g_list_free_full(all, g_object_unref);
+    return found;
+}
+
+} // namespace pomvar::srv

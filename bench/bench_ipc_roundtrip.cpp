@@ -4,9 +4,9 @@
 #include "FakeRuntimeServer.h"
 #include "Median.h"
 #include "ipc/JsonDocument.h"
-#include "ipc/MenuPayloadReader.h"
 #include "ipc/RuntimeLink.h"
 #include "model/MenuList.h"
+#include "model/MenuPayloadReader.h"
 #include "wire/Frame.h"
 #include "wire/Protocol.h"
 

@@ -9,7 +9,5 @@ namespace pomvar::paths {
 inline constexpr const char* versionFile = "version";
 // The front end, from the runtime server's folder.
 inline constexpr const char* frontEndFromServerDir = "../../bin/pomvar";
-// The front end's PID file, in the user's cache folder.
-inline constexpr const char* pidFileInCache = "Pomvar4Mac/pomvar.pid";
 
 } // namespace pomvar::paths

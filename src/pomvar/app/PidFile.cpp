@@ -2,11 +2,10 @@
 
 #include "app/SignalSafe.h"
 #include "log/Output.h"
-#include "wire/InstallPaths.h"
+#include "wire/UserPaths.h"
 
 #include <QCoreApplication>
 #include <QSaveFile>
-#include <QStandardPaths>
 
 #include <cerrno>
 #include <climits>
@@ -20,25 +19,17 @@ namespace {
 
 char g_signalPidFilePath[PATH_MAX] = {};
 
-std::string cacheFolder()
-{
-    const QStringList folders =
-        QStandardPaths::standardLocations(QStandardPaths::GenericCacheLocation);
-    if (folders.isEmpty())
-        fatalStop("Pomvar: the user has no cache folder");
-    return folders.first().toStdString();
-}
-
 } // namespace
 
 std::string PidFile::getCacheDirPath()
 {
-    return cacheFolder() + "/Pomvar4Mac";
+    const std::string file = getPidFilePath();
+    return file.substr(0, file.rfind('/'));
 }
 
 std::string PidFile::getPidFilePath()
 {
-    return cacheFolder() + "/" + paths::pidFileInCache;
+    return paths::pidFile();
 }
 
 void PidFile::create()

@@ -2,10 +2,10 @@
 
 #include "ipc/JsonDocument.h"
 #include "ipc/LenientJson.h"
-#include "ipc/MenuPayloadReader.h"
 #include "log/Output.h"
 #include "model/AppCatExpansion.h"
 #include "model/AppNotifier.h"
+#include "model/MenuPayloadReader.h"
 #include "wire/Protocol.h"
 
 #include <QCoreApplication>

@@ -3,11 +3,11 @@
 #include "pomvarsrv/app/ServerLog.h"
 #include "wire/InstallPaths.h"
 #include "wire/Protocol.h"
+#include "wire/UserPaths.h"
 
 #include <QDir>
 #include <QFile>
 #include <QProcess>
-#include <QStandardPaths>
 #include <QVersionNumber>
 
 namespace pomvar::srv {
@@ -19,8 +19,7 @@ constexpr int kSettleMs = 300;
 
 QString pidFile()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) + u'/' +
-           QString::fromLatin1(paths::pidFileInCache);
+    return QString::fromStdString(paths::pidFile());
 }
 
 } // namespace

@@ -1,4 +1,6 @@
 // GLib before Qt: its headers use names that Qt's keywords would break.
+#include "wire/UserPaths.h"
+
 #include <glib.h>
 
 #include "pomvarsrv/catalogue/AutostartEntry.h"
@@ -9,7 +11,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -40,8 +41,7 @@ AutostartEntry::AutostartEntry(QString path)
 
 QString AutostartEntry::defaultPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/autostart/pomvar.desktop");
+    return QString::fromStdString(paths::autostartEntry());
 }
 
 QString AutostartEntry::installedFrontEnd()

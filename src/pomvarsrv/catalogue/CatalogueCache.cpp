@@ -1,4 +1,6 @@
 // GIO before Qt: its headers use names that Qt's keywords would break.
+#include "wire/UserPaths.h"
+
 #include <glib.h>
 
 #include "pomvarsrv/catalogue/CatalogueCache.h"
@@ -11,7 +13,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-#include <QStandardPaths>
 
 #include <array>
 
@@ -88,8 +89,7 @@ CatalogueCache::CatalogueCache(QString path)
 
 QString CatalogueCache::defaultPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
-           QStringLiteral("/pomvar/catalogue");
+    return QString::fromStdString(paths::catalogueCache());
 }
 
 std::string CatalogueCache::environment()

@@ -2,6 +2,8 @@
 
 #include "pomvarsrv/catalogue/CatalogueLog.h"
 
+#include "wire/UserPaths.h"
+
 #include <QColor>
 #include <QCryptographicHash>
 #include <QDir>
@@ -11,7 +13,6 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QSaveFile>
-#include <QStandardPaths>
 
 namespace pomvar::srv {
 
@@ -71,8 +72,7 @@ IconCache::IconCache(QString dir)
 
 QString IconCache::defaultDir()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
-           QStringLiteral("/pomvar/icons");
+    return QString::fromStdString(paths::iconCacheDir());
 }
 
 IconCache::Files IconCache::namesFor(const QString& source) const

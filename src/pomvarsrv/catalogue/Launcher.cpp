@@ -4,7 +4,7 @@
 
 #include "pomvarsrv/catalogue/Launcher.h"
 
-#include "pomvarsrv/app/ServerLog.h"
+#include "pomvarsrv/catalogue/CatalogueLog.h"
 
 #include <QCoreApplication>
 

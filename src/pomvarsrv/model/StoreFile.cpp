@@ -2,6 +2,8 @@
 
 #include "pomvarsrv/model/ModelLog.h"
 
+#include "wire/UserPaths.h"
+
 #include <nlohmann/json.hpp>
 
 #include <QDateTime>
@@ -9,7 +11,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QStandardPaths>
 
 namespace pomvar::srv {
 
@@ -23,8 +24,7 @@ StoreFile::StoreFile(QString path)
 
 QString StoreFile::defaultPath()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/pomvar/pomvarsrv.json");
+    return QString::fromStdString(paths::storeFile());
 }
 
 Store StoreFile::load()

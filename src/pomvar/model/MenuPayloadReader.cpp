@@ -1,4 +1,4 @@
-#include "ipc/MenuPayloadReader.h"
+#include "model/MenuPayloadReader.h"
 
 #include "ipc/LenientJson.h"
 #include "log/Output.h"

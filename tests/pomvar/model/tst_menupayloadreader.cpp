@@ -3,9 +3,9 @@
 // nesting stopped at kMaxDepth), the lenient reads of fields, and the menu payloads' rows.
 #include "ipc/JsonDocument.h"
 #include "ipc/LenientJson.h"
-#include "ipc/MenuPayloadReader.h"
 #include "model/AppCatExpansion.h"
 #include "model/MenuList.h"
+#include "model/MenuPayloadReader.h"
 
 #include <nlohmann/json.hpp>
 

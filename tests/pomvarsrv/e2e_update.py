@@ -38,7 +38,11 @@ press(session.found(window, "push button", "Restart Pomvar"))
 if not waited(lambda: old.poll() is not None, 20):
     session.fail("the old front end did not quit")
 new_pid = waited(lambda: session.front_end_pid(), 30) or session.fail("no new front end")
-if os.readlink(f"/proc/{new_pid}/exe") != f"{session.prefix}/bin/pomvar":
+try:
+    running = os.readlink(f"/proc/{new_pid}/exe")
+except OSError:
+    session.fail(f"the new front end ({new_pid}) is gone")
+if running != f"{session.prefix}/bin/pomvar":
     session.fail("the front end running now is not the installed one")
 if not waited(lambda: [n["summary"] for n in session.notifications()] == ["Update Complete"], 30):
     session.fail(f"notifications shown: {session.notifications()}")

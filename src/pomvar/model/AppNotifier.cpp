@@ -1,5 +1,6 @@
 #include "model/AppNotifier.h"
 
+#include "desktop/DesktopNotification.h"
 #include "log/Output.h"
 
 #include <QDBusConnection>
@@ -55,15 +56,10 @@ void AppNotifier::postUpdateComplete(int delayMs)
 
 void AppNotifier::sendUpdateComplete()
 {
-    QDBusMessage notify =
-        QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Notify"));
-    // replaces_id 0: the service gives every notification a fresh id.
-    const QVariantMap hints = { { QStringLiteral("sound-name"),
-                                  QStringLiteral("message-new-instant") } };
-    notify << QStringLiteral("Pomvar") << uint(0) << QStringLiteral("pomvar")
-           << tr("Update Complete") << tr("Pomvar for Mac was successfully updated.")
-           << QStringList() << hints << int(-1);
-    const auto call = QDBusConnection::sessionBus().asyncCall(notify);
+    const auto call =
+        DesktopNotification(tr("Update Complete"), tr("Pomvar for Mac was successfully updated."))
+            .withSound(QStringLiteral("message-new-instant"))
+            .post();
     auto* watcher = new QDBusPendingCallWatcher(call, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* w) {
         w->deleteLater();

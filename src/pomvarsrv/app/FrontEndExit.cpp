@@ -27,13 +27,13 @@ FrontEndExit::FrontEndExit(QString pidFile, const QString& program, int graceMs,
 {
     m_poll.setInterval(kPollMs);
     connect(&m_poll, &QTimer::timeout, this, &FrontEndExit::check);
+    connect(&m_process, &ProcessWatch::ended, this, &FrontEndExit::check);
 }
 
 void FrontEndExit::wait()
 {
     m_waited.start();
     m_asked = false;
-    m_pid = 0;
     m_poll.start();
     check();
 }
@@ -58,7 +58,8 @@ void FrontEndExit::check()
     if (file.open(QIODevice::ReadOnly)) {
         const qint64 pid = file.readAll().trimmed().toLongLong();
         if (isFrontEnd(pid)) {
-            m_pid = pid;
+            if (m_process.pid() != pid || !m_process.isRunning())
+                m_process.watch(static_cast<pid_t>(pid));
             if (!m_asked && m_waited.elapsed() >= m_graceMs) {
                 qCInfo(lcApp) << "the front end" << pid << "did not quit: asking it to";
                 ::kill(static_cast<pid_t>(pid), SIGTERM);
@@ -69,8 +70,8 @@ void FrontEndExit::check()
         qCInfo(lcApp) << "removing the PID file of a front end that is not running" << pid;
         file.remove();
     }
-    if (isFrontEnd(m_pid))
-        return; // its PID file removed, it is ending
+    if (m_process.isRunning())
+        return; // its PID file removed, it is ending: its connection may still be open
     m_poll.stop();
     Q_EMIT gone();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pomvarsrv/app/ProcessWatch.h"
+
 #include <QElapsedTimer>
 #include <QObject>
 #include <QString>
@@ -7,10 +9,12 @@
 
 namespace pomvar::srv {
 
-// Waits until the front end is gone: its PID file removed and its process ended. The front end
-// quits by itself at its next update poll; one that has not within the grace time (it was not
-// polling) is sent SIGTERM, on which it removes its PID file and exits. A PID file whose process
-// is not the front end was left by one that crashed: it is removed, or no front end could start.
+// Waits until the front end is gone: its PID file removed and its process ended, with every
+// socket it held, so that the next front end's probe cannot take its connection for a server. The
+// front end quits by itself at its next update poll; one that has not within the grace time (it was
+// not polling) is sent SIGTERM, on which it removes its PID file and exits. A PID file whose
+// process is not the front end was left by one that crashed: it is removed, or no front end could
+// start.
 class FrontEndExit : public QObject
 {
     Q_OBJECT
@@ -40,7 +44,7 @@ private:
     int m_graceMs;
     QTimer m_poll;
     QElapsedTimer m_waited;
-    qint64 m_pid = 0;
+    ProcessWatch m_process;
     bool m_asked = false;
 };
 

@@ -2,7 +2,7 @@
 
 #include "pomvarsrv/ipc/ClientConnection.h"
 #include "pomvarsrv/ipc/IpcLog.h"
-#include "pomvarsrv/ipc/PeerCredentials.h"
+#include "pomvarsrv/ipc/SocketDiag.h"
 
 #include <QTcpServer>
 #include <QTcpSocket>
@@ -44,8 +44,10 @@ void RuntimeServer::close()
 void RuntimeServer::acceptFrom(QTcpServer* server)
 {
     while (QTcpSocket* socket = server->nextPendingConnection()) {
-        const auto owner = PeerCredentials::ownerUid(
+        // The peer's socket: its local end is our remote one.
+        const auto peer = SocketDiag::connection(
             socket->peerAddress(), socket->peerPort(), socket->localAddress(), socket->localPort());
+        const std::optional<unsigned> owner = peer ? std::optional(peer->uid) : std::nullopt;
         if (!owner || *owner != ::getuid()) {
             qCWarning(lcIpc).noquote()
                 << "refused a connection from"

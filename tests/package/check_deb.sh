@@ -16,6 +16,8 @@ deb=$source/build/package/pomvar_${version}_$(dpkg --print-architecture).deb
 
 dpkg-deb -x "$deb" "$scratch/root"
 expected="usr/bin/pomvar
+usr/libexec/pomvar/generic-app-24.png
+usr/libexec/pomvar/generic-app-48.png
 usr/libexec/pomvar/pomvarsrv
 usr/libexec/pomvar/version
 usr/share/applications/org.pomvar.Pomvar.desktop

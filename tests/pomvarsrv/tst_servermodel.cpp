@@ -204,6 +204,36 @@ private Q_SLOTS:
         JCOMPARE(Json::parse(model.allAppsPayload())[2]["iconpath2x"], "/r/c48.png");
     }
 
+    // An icon file deleted after it was named (a cache cleaner) is never sent: before each menu
+    // the files are checked, a missing one is replaced by the fallback, the front end fetches
+    // the menus again and the server renders the icon again.
+    void missingIconsAreReplacedAndRenderedAgain()
+    {
+        QTemporaryDir dir;
+        const auto file = [&](const QString& name) {
+            QFile(dir.filePath(name)).open(QIODevice::WriteOnly);
+            return dir.filePath(name).toStdString();
+        };
+        ServerModel model;
+        model.setFallbackIcons(file("g24.png"), file("g48.png"));
+        int renders = 0;
+        model.setIconsMissingHandler([&] { ++renders; });
+        model.setApps(
+            InstalledApps({ { "a.desktop", "A", "a", file("a24.png"), file("a48.png") },
+                            { "b.desktop", "B", "b", file("b24.png"), file("b48.png") } }));
+        QVERIFY(model.takeFlags() == Flags{});
+        QVERIFY(QFile::remove(dir.filePath("b48.png")));
+        const Flags flags = model.takeFlags();
+        QVERIFY(flags.appFolderModified);
+        QCOMPARE(renders, 1);
+        const Json all = Json::parse(model.allAppsPayload());
+        JCOMPARE(all[0]["iconpath2x"], dir.filePath("a48.png").toStdString());
+        JCOMPARE(all[1]["iconpath"], dir.filePath("g24.png").toStdString());
+        JCOMPARE(all[1]["iconpath2x"], dir.filePath("g48.png").toStdString());
+        QVERIFY(model.takeFlags() == Flags{});
+        QCOMPARE(renders, 1);
+    }
+
     // Every request text the front end writes, read back by the server's parser: values with
     // quotes, backslashes, JSON escapes and the request's own closing text pasted in; then plain
     // JSON, and the bodies refused for not being well-formed requests.

@@ -36,7 +36,8 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402
 
 RUNTIME_PORT = 50818
-PROGRAMS = ("bin/pomvar", "libexec/pomvar/pomvarsrv", "libexec/pomvar/version")
+PROGRAMS = ("bin/pomvar", "libexec/pomvar/pomvarsrv", "libexec/pomvar/version",
+            "libexec/pomvar/generic-app-24.png", "libexec/pomvar/generic-app-48.png")
 PANEL_SIZE = (360, 494)
 # Roles whose nodes a screen reader announces: each of them must have a name.
 NAMED_ROLES = ("push button", "toggle button", "radio button", "check box", "combo box", "text",

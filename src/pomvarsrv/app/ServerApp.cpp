@@ -25,6 +25,14 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     , m_catalogue(m_model, m_search)
 {
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    if (!m_options.installDir.isEmpty()) {
+        const QString generic = m_options.installDir + QStringLiteral("/generic-app-%1.png");
+        m_model.setFallbackIcons(generic.arg(24).toStdString(), generic.arg(48).toStdString());
+    }
+    m_model.setIconsMissingHandler([this] {
+        qCInfo(lcApp) << "icon files of the menus are gone: rendering them again";
+        m_catalogue.rescan();
+    });
     connect(&m_updates, &Updates::restartDue, this, &ServerApp::restartIntoUpdate);
 }
 

@@ -21,6 +21,7 @@ void ServerModel::save()
 void ServerModel::setApps(InstalledApps apps)
 {
     m_apps = std::move(apps);
+    m_iconCheck.forget();
     m_allApps.clear();
     if (m_ready)
         m_flags.appFolderModified = true;
@@ -32,30 +33,57 @@ void ServerModel::setIcons(const std::vector<AppEntry>& apps)
     for (const auto& app : apps)
         m_apps.setIcons(app.key, app.iconPath, app.iconPath2x);
     if (!apps.empty()) {
+        m_iconCheck.forget();
         m_allApps.clear();
         m_flags.appFolderModified = true;
     }
 }
 
+void ServerModel::setFallbackIcons(std::string path, std::string path2x)
+{
+    m_iconCheck.setFallback(std::move(path), std::move(path2x));
+}
+
+void ServerModel::setIconsMissingHandler(std::function<void()> iconsMissing)
+{
+    m_iconsMissing = std::move(iconsMissing);
+}
+
+void ServerModel::checkIcons()
+{
+    if (m_iconCheck.repair(m_apps).empty())
+        return;
+    m_allApps.clear();
+    // The front end may hold a menu that names a file gone: it fetches every menu again.
+    if (m_ready)
+        m_flags.appFolderModified = true;
+    if (m_iconsMissing)
+        m_iconsMissing();
+}
+
 MenuDataStatus ServerModel::takeFlags()
 {
+    checkIcons();
     return std::exchange(m_flags, MenuDataStatus{});
 }
 
-std::string ServerModel::allAppsPayload() const
+std::string ServerModel::allAppsPayload()
 {
+    checkIcons();
     if (m_allApps.empty())
         m_allApps = MenuPayloads::allApps(m_apps, m_store);
     return m_allApps;
 }
 
-std::string ServerModel::recentAppsPayload() const
+std::string ServerModel::recentAppsPayload()
 {
+    checkIcons();
     return MenuPayloads::recentApps(m_apps, m_store);
 }
 
 std::string ServerModel::takeMyAppsPayload()
 {
+    checkIcons();
     std::string payload = MenuPayloads::myApps(m_apps, m_store, m_renames);
     m_renames.clear();
     return payload;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include "pomvarsrv/model/IconCheck.h"
 #include "pomvarsrv/model/InstalledApps.h"
 #include "pomvarsrv/model/MenuPayloads.h"
 #include "pomvarsrv/model/Store.h"
 #include "wire/Records.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -33,11 +35,17 @@ public:
     // Better icons for some apps (rendered in the background): the menus must be fetched again.
     void setIcons(const std::vector<AppEntry>& apps);
 
+    // Before a menu is sent, its icon files are checked (IconCheck): a missing one is replaced
+    // by the fallback, the menus are to be fetched again (appFolderModified) and
+    // `iconsMissing` is told, to render them again.
+    void setFallbackIcons(std::string path, std::string path2x);
+    void setIconsMissingHandler(std::function<void()> iconsMissing);
+
     // Reports the flags and clears them.
     MenuDataStatus takeFlags();
 
-    std::string allAppsPayload() const;
-    std::string recentAppsPayload() const;
+    std::string allAppsPayload();
+    std::string recentAppsPayload();
     // Carries the renames made since the last My Apps payload, which are then forgotten.
     std::string takeMyAppsPayload();
 
@@ -70,6 +78,7 @@ public:
 
 private:
     void save();
+    void checkIcons();
     std::vector<std::string> installed(const std::vector<std::string>& keys) const;
     // After a change to the store: saves it, then raises the flag the front end reads. Returns
     // `changed`, and does nothing when it is false.
@@ -82,6 +91,8 @@ private:
     bool m_ready = false;
     MenuDataStatus m_flags;
     std::vector<MenuPayloads::Rename> m_renames;
+    IconCheck m_iconCheck;
+    std::function<void()> m_iconsMissing;
     // All Apps changes only with the apps, their icons and the pins: it is kept between requests.
     mutable std::string m_allApps;
 };

@@ -112,16 +112,19 @@ private Q_SLOTS:
         QTest::addColumn<bool>("running");     // a process of the front end's program
         QTest::addColumn<bool>("stale");       // the PID file names another program
         QTest::addColumn<bool>("quitsItself"); // removes its PID file and ends while waited for
-        QTest::newRow("none") << false << false << false;
-        QTest::newRow("a stale PID file") << false << true << false;
-        QTest::newRow("quits at its poll") << true << false << true;
-        QTest::newRow("not polling: SIGTERM") << true << false << false;
+        QTest::addColumn<bool>("noPidFile");   // it wrote none: known as the one that started us
+        QTest::newRow("none") << false << false << false << false;
+        QTest::newRow("a stale PID file") << false << true << false << false;
+        QTest::newRow("quits at its poll") << true << false << true << false;
+        QTest::newRow("not polling: SIGTERM") << true << false << false << false;
+        QTest::newRow("no PID file: SIGTERM") << true << false << false << true;
     }
     void waitingForTheFrontEnd()
     {
         QFETCH(bool, running);
         QFETCH(bool, stale);
         QFETCH(bool, quitsItself);
+        QFETCH(bool, noPidFile);
         QTemporaryDir dir;
         const QString program = dir.filePath("bin/pomvar"), pidFile = dir.filePath("pomvar.pid");
         QVERIFY(QDir().mkpath(dir.filePath("bin")) && QFile::copy("/bin/sleep", program));
@@ -131,8 +134,11 @@ private Q_SLOTS:
             QVERIFY(frontEnd.waitForStarted());
         }
         const qint64 pid = stale ? QCoreApplication::applicationPid() : frontEnd.processId();
-        QVERIFY(!(running || stale) || TestDesktop::write(pidFile, QByteArray::number(pid)));
+        QVERIFY(!(running || stale) || noPidFile ||
+                TestDesktop::write(pidFile, QByteArray::number(pid)));
         FrontEndExit exit(pidFile, program, 300);
+        if (noPidFile)
+            exit.setStartedBy(pid_t(pid));
         QSignalSpy gone(&exit, &FrontEndExit::gone);
         exit.wait();
         if (quitsItself) {

@@ -8,6 +8,7 @@
 #include "log/Output.h"
 #include "model/PomvarViewModel.h"
 #include "wire/Protocol.h"
+#include "wire/RuntimeEndpoint.h"
 
 #include <QCoreApplication>
 #include <QThread>
@@ -90,7 +91,12 @@ std::string PomvarApp::runtimeServerPath()
 void PomvarApp::launchPomvarRT(const std::vector<std::string>& args)
 {
     const std::string server = runtimeServerPath();
-    if (const std::error_code error = startDetached(server, args))
+    // Named in the server's environment only: it waits for this process's end at an update's
+    // restart, and removes the PID file of one that was killed.
+    ::setenv(wire::kFrontEndPidVariable, std::to_string(::getpid()).c_str(), 1);
+    const std::error_code error = startDetached(server, args);
+    ::unsetenv(wire::kFrontEndPidVariable);
+    if (error)
         fatalStop(concat(server, ": ", error.message()));
 }
 

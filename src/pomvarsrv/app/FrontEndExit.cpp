@@ -34,6 +34,8 @@ void FrontEndExit::wait()
 {
     m_waited.start();
     m_asked = false;
+    if (m_startedBy > 0)
+        m_process.watch(m_startedBy);
     m_poll.start();
     check();
 }
@@ -56,22 +58,23 @@ void FrontEndExit::check()
 {
     QFile file(m_pidFile);
     if (file.open(QIODevice::ReadOnly)) {
-        const qint64 pid = file.readAll().trimmed().toLongLong();
-        if (isFrontEnd(pid)) {
-            if (m_process.pid() != pid || !m_process.isRunning())
-                m_process.watch(static_cast<pid_t>(pid));
-            if (!m_asked && m_waited.elapsed() >= m_graceMs) {
-                qCInfo(lcApp) << "the front end" << pid << "did not quit: asking it to";
-                ::kill(static_cast<pid_t>(pid), SIGTERM);
-                m_asked = true;
-            }
-            return;
+        const qint64 named = file.readAll().trimmed().toLongLong();
+        if (!isFrontEnd(named)) {
+            qCInfo(lcApp) << "removing the PID file of a front end that is not running" << named;
+            file.remove();
+        } else if (!m_process.isRunning()) {
+            m_process.watch(static_cast<pid_t>(named));
         }
-        qCInfo(lcApp) << "removing the PID file of a front end that is not running" << pid;
-        file.remove();
     }
-    if (m_process.isRunning())
-        return; // its PID file removed, it is ending: its connection may still be open
+    // Until its process has ended, its connection may still be open.
+    if (m_process.isRunning()) {
+        if (!m_asked && m_waited.elapsed() >= m_graceMs) {
+            qCInfo(lcApp) << "the front end" << m_process.pid() << "did not quit: asking it to";
+            ::kill(m_process.pid(), SIGTERM);
+            m_asked = true;
+        }
+        return;
+    }
     m_poll.stop();
     Q_EMIT gone();
 }

@@ -28,6 +28,9 @@ public:
                  int graceMs = kGraceMs,
                  QObject* parent = nullptr);
 
+    // The front end that started this server: waited for even when it wrote no PID file.
+    void setStartedBy(pid_t pid) { m_startedBy = pid; }
+
     // Starts waiting: `gone` follows, at once when no front end runs.
     void wait();
 
@@ -44,6 +47,7 @@ private:
     int m_graceMs;
     QTimer m_poll;
     QElapsedTimer m_waited;
+    pid_t m_startedBy = 0;
     ProcessWatch m_process;
     bool m_asked = false;
 };

@@ -3,6 +3,7 @@
 #include "pomvarsrv/app/ServerLog.h"
 #include "pomvarsrv/catalogue/Launcher.h"
 #include "pomvarsrv/ui/UserNotice.h"
+#include "wire/UserPaths.h"
 #include "wire/Version.h"
 
 #include <QFileInfo>
@@ -22,8 +23,10 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
                 m_updates,
                 m_search,
                 [this](const QString& appkey, const QString& action) { launchApp(appkey, action); })
+    , m_frontEnd(m_options.frontEnd, QString::fromStdString(paths::pidFile()))
     , m_catalogue(m_model, m_search)
 {
+    m_updates.setFrontEnd(m_options.frontEnd);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     if (!m_options.installDir.isEmpty()) {
         const QString generic = m_options.installDir + QStringLiteral("/generic-app-%1.png");

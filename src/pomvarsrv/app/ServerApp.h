@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pomvarsrv/app/FrontEndWatch.h"
 #include "pomvarsrv/app/ServerOptions.h"
 #include "pomvarsrv/app/ServerWindows.h"
 #include "pomvarsrv/app/Updates.h"
@@ -68,6 +69,7 @@ private:
     RequestHandler m_handler;
     RuntimeServer m_server;
     ServerWindows m_windows;
+    FrontEndWatch m_frontEnd;
     // Last, so that it is destroyed first: it waits for the scans and renders still running.
     CatalogueLoader m_catalogue;
 };

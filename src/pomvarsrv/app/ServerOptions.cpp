@@ -31,4 +31,12 @@ quint16 ServerOptions::port()
     return wire::kRuntimePort;
 }
 
+pid_t ServerOptions::takeFrontEnd()
+{
+    bool ok = false;
+    const int pid = qEnvironmentVariableIntValue(wire::kFrontEndPidVariable, &ok);
+    qunsetenv(wire::kFrontEndPidVariable);
+    return ok && pid > 0 ? pid : 0;
+}
+
 } // namespace pomvar::srv

@@ -34,6 +34,8 @@ public:
 
     // The user asks to restart into the installed programs; nothing when none are newer.
     void confirm();
+    // The front end that started this server, waited for before the restart.
+    void setFrontEnd(pid_t pid) { m_frontEnd.setStartedBy(pid); }
     // Starts the installed front end, detached; false when it could not be started.
     bool startInstalledFrontEnd() const;
     QString frontEndProgram() const;

@@ -2,18 +2,44 @@
 #include "pomvarsrv/app/ServerApp.h"
 #include "pomvarsrv/app/ServerLog.h"
 #include "pomvarsrv/app/ServerOptions.h"
+#include "pomvarsrv/app/StartRefusal.h"
 #include "pomvarsrv/catalogue/AppCatalogue.h"
 #include "pomvarsrv/ipc/LoopbackSockets.h"
+#include "pomvarsrv/ipc/PortHolder.h"
 #include "pomvarsrv/ipc/SearchShortcut.h"
 
 #include <QApplication>
 
+#include <chrono>
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 using namespace pomvar::srv;
+
+namespace {
+
+// How long an ending Pomvar server of this user may hold the port (an update's restart).
+constexpr auto kEndingServerWait = std::chrono::seconds(5);
+constexpr auto kPortRetry = std::chrono::milliseconds(50);
+
+// Opens the port; while an ending Pomvar server of this user still holds it, tries again.
+LoopbackSockets::Result openPort(quint16 port, std::vector<int>& sockets, std::string& notes)
+{
+    LoopbackSockets::Result result = LoopbackSockets::open(port, sockets, notes);
+    const auto deadline = std::chrono::steady_clock::now() + kEndingServerWait;
+    while (result == LoopbackSockets::Result::portTaken &&
+           PortHolder::of(port).kind == PortHolder::Kind::ourServer &&
+           std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(kPortRetry);
+        result = LoopbackSockets::open(port, sockets, notes);
+    }
+    return result;
+}
+
+} // namespace
 
 int main(int argc, char* argv[])
 {
@@ -22,19 +48,24 @@ int main(int argc, char* argv[])
     for (int i = 1; i < argc; ++i)
         if (std::string_view(argv[i]) == "--search")
             return SearchShortcut::run(port);
+    const pid_t frontEnd = ServerOptions::takeFrontEnd();
     // The port first, before Qt and the display: a second server leaves without touching
     // anything, and the front end's probe finds the port taken at its first look.
     std::vector<int> sockets;
     std::string notes;
-    switch (LoopbackSockets::open(port, sockets, notes)) {
+    switch (openPort(port, sockets, notes)) {
         case LoopbackSockets::Result::listening:
             break;
-        case LoopbackSockets::Result::portTaken:
+        case LoopbackSockets::Result::portTaken: {
+            const PortHolder holder = PortHolder::of(port);
+            if (holder.kind != PortHolder::Kind::ourServer)
+                return StartRefusal::refuse(holder, port, frontEnd, argc, argv);
             std::fprintf(
                 stderr,
                 "pomvarsrv: port %u is already in use: a runtime server is running already\n",
                 static_cast<unsigned>(port));
             return 0;
+        }
         case LoopbackSockets::Result::failed:
             std::fprintf(stderr,
                          "pomvarsrv: cannot listen on port %u\n%s",
@@ -54,6 +85,7 @@ int main(int argc, char* argv[])
 
     ServerOptions options = ServerOptions::parse(QApplication::arguments());
     options.installDir = QApplication::applicationDirPath();
+    options.frontEnd = frontEnd;
     ServerApp server(options);
     server.start(sockets);
     return QApplication::exec();

@@ -585,6 +585,25 @@
     </message>
 </context>
 <context>
+    <name>pomvar::srv::StartRefusal</name>
+    <message>
+        <source>Port %1 is in use by another user&apos;s Pomvar on this computer. One user at a time can run Pomvar on a computer.</source>
+        <translation>Port %1 wird von Pomvar eines anderen Benutzers auf diesem Computer verwendet. Pomvar kann auf einem Computer nur von einem Benutzer gleichzeitig verwendet werden.</translation>
+    </message>
+    <message>
+        <source>Port %1 is in use by another program.</source>
+        <translation>Port %1 wird von einem anderen Programm verwendet.</translation>
+    </message>
+    <message>
+        <source>Port %1 is in use by another program (%2).</source>
+        <translation>Port %1 wird von einem anderen Programm verwendet (%2).</translation>
+    </message>
+    <message>
+        <source>Pomvar cannot start</source>
+        <translation>Pomvar kann nicht starten</translation>
+    </message>
+</context>
+<context>
     <name>pomvar::srv::UpdatesWindow</name>
     <message>
         <source>Pomvar Updates</source>

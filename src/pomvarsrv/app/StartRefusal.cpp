@@ -16,21 +16,18 @@ constexpr int kNotificationTimeoutMs = 2000;
 
 QString body(const PortHolder& holder, quint16 port)
 {
-    const auto tr = [](const char* text) {
-        return QCoreApplication::translate("pomvar::srv::StartRefusal", text);
-    };
-    switch (holder.kind) {
-        case PortHolder::Kind::otherUsersPomvar:
-            return tr("Port %1 is in use by another user's Pomvar on this computer. One user at "
-                      "a time can run Pomvar on a computer.")
-                .arg(port);
-        case PortHolder::Kind::ourServer:
-        case PortHolder::Kind::otherProgram:
-            break;
-    }
+    if (holder.kind == PortHolder::Kind::otherUsersPomvar)
+        return QCoreApplication::translate("pomvar::srv::StartRefusal",
+                                           "Port %1 is in use by another user's Pomvar on this "
+                                           "computer. One user at a time can run Pomvar on a "
+                                           "computer.")
+            .arg(port);
     if (holder.program.empty())
-        return tr("Port %1 is in use by another program.").arg(port);
-    return tr("Port %1 is in use by another program (%2).")
+        return QCoreApplication::translate("pomvar::srv::StartRefusal",
+                                           "Port %1 is in use by another program.")
+            .arg(port);
+    return QCoreApplication::translate("pomvar::srv::StartRefusal",
+                                       "Port %1 is in use by another program (%2).")
         .arg(port)
         .arg(QString::fromStdString(holder.program));
 }

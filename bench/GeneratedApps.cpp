@@ -1,7 +1,10 @@
 #include "GeneratedApps.h"
 
+#include "IconFiles.h"
+
 namespace pomvar::bench {
 
+using test::IconFiles;
 using test::TestDesktop;
 
 void populate(const TestDesktop& desktop, int count, int ownIcons)
@@ -22,8 +25,7 @@ void populate(const TestDesktop& desktop, int count, int ownIcons)
                                    QByteArray::number(0x100000 + i * 37, 16).right(6) +
                                    "\"/></svg>\n");
         } else {
-            TestDesktop::writePng(
-                theme + QStringLiteral("/64x64/apps/bench-%1.png").arg(i), 64, 64);
+            IconFiles::writePng(theme + QStringLiteral("/64x64/apps/bench-%1.png").arg(i), 64, 64);
         }
     }
     for (int i = 0; i < count; ++i) {

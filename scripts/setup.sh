@@ -18,7 +18,7 @@ packages=(
     at-spi2-core gir1.2-atspi-2.0 python3-gi desktop-file-utils
     # packaging and its checks
     dpkg-dev lintian appstream man-db
-    util-linux procps
+    util-linux procps iproute2   # unshare and ip: the fixed-port tests in a network of their own
     weston xwayland
 )
 

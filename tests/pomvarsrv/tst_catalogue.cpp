@@ -2,6 +2,7 @@
 // icons: hidden ones left out, Flatpak's folder, sorting, icon files of the right sizes from the
 // right theme folder, the cache, --refresh, --clear-recent, and a rescan when the entries change.
 // Which entry wins and which are shown is GIO's.
+#include "IconFiles.h"
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
@@ -29,7 +30,7 @@ private Q_SLOTS:
     {
         const QString system = m_desktop.systemData(), user = m_desktop.dataHome();
         m_wideIcon = m_desktop.root() + "/art/wide.png";
-        QVERIFY(TestDesktop::writePng(m_wideIcon, 100, 60));
+        QVERIFY(IconFiles::writePng(m_wideIcon, 100, 60));
         const std::pair<QString, QByteArray> entries[] = {
             { system + "|zeta.desktop", "Name=zeta\nIcon=pomvar-png" },
             { system + "|alpha.desktop", "Name=Alpha\nIcon=pomvar-svg" },
@@ -54,8 +55,8 @@ private Q_SLOTS:
             "[Icon Theme]\nInherits=hicolor\nDirectories=24x24/apps,48x48/apps,scalable/apps\n"
             "[24x24/apps]\nSize=24\nType=Fixed\n[48x48/apps]\nSize=48\nType=Fixed\n"
             "[scalable/apps]\nSize=48\nMinSize=8\nMaxSize=512\nType=Scalable\n"));
-        QVERIFY(TestDesktop::writePng(theme + "/24x24/apps/pomvar-png.png", 24, 24, Qt::yellow));
-        QVERIFY(TestDesktop::writePng(theme + "/48x48/apps/pomvar-png.png", 48, 48));
+        QVERIFY(IconFiles::writePng(theme + "/24x24/apps/pomvar-png.png", 24, 24, Qt::yellow));
+        QVERIFY(IconFiles::writePng(theme + "/48x48/apps/pomvar-png.png", 48, 48));
         QVERIFY(TestDesktop::write(
             theme + "/scalable/apps/pomvar-svg.svg",
             "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"16\" height=\"16\">"
@@ -63,7 +64,7 @@ private Q_SLOTS:
         QVERIFY(
             TestDesktop::write(hicolor + "/index.theme",
                                "[Icon Theme]\nDirectories=32x32/apps\n[32x32/apps]\nSize=32\n"));
-        QVERIFY(TestDesktop::writePng(hicolor + "/32x32/apps/pomvar-hicolor.png", 32, 32));
+        QVERIFY(IconFiles::writePng(hicolor + "/32x32/apps/pomvar-hicolor.png", 32, 32));
         QVERIFY(TestDesktop::write(m_desktop.configHome() + "/kdeglobals",
                                    "[Icons]\nTheme=PomvarTest\n"));
         QVERIFY(restart());
@@ -103,7 +104,7 @@ private Q_SLOTS:
     {
         const QString zeta = icon("zeta.desktop"), wide = icon("ecrire.desktop");
         // Only a changed source is rendered again, under a new name.
-        QVERIFY(TestDesktop::writePng(m_wideIcon, 100, 60));
+        QVERIFY(IconFiles::writePng(m_wideIcon, 100, 60));
         QVERIFY(TestDesktop::write(m_desktop.storePath(),
                                    R"({"version": 1, "recent": ["fox.desktop"]})"));
         QVERIFY(restart());
@@ -126,7 +127,7 @@ private Q_SLOTS:
     void changedEntriesAreRescanned()
     {
         const QString art = m_desktop.root() + "/art/new.png";
-        QVERIFY(TestDesktop::writePng(art, 30, 30));
+        QVERIFY(IconFiles::writePng(art, 30, 30));
         QVERIFY(TestDesktop::writeEntry(
             m_desktop.dataHome(), "new.desktop", "Name=New\nExec=true\nIcon=" + art.toUtf8()));
         QTRY_VERIFY_WITH_TIMEOUT(icon("new.desktop").startsWith(m_desktop.iconCache()), 30000);

@@ -3,6 +3,7 @@
 // (Recent and its flag, read back over the wire), lists and launches an app's desktop actions,
 // keeps one window for every request and closes when it loses the focus; rows draw the icon file
 // for the display's scale.
+#include "IconFiles.h"
 #include "InProcessServer.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/ui/SearchResultDelegate.h"
@@ -134,8 +135,8 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString small = dir.filePath("24.png"), large = dir.filePath("48.png");
-        QVERIFY(TestDesktop::writePng(small, 24, 24, Qt::red) &&
-                TestDesktop::writePng(large, 48, 48, Qt::blue));
+        QVERIFY(IconFiles::writePng(small, 24, 24, Qt::red) &&
+                IconFiles::writePng(large, 48, 48, Qt::blue));
         SearchResults model;
         model.setRows({ { "k", "Name", "Detail", small, large } });
         SearchResultDelegate delegate;

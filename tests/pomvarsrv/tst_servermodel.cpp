@@ -1,20 +1,12 @@
-// The server in-process: the store and its file, the payloads, the flags every change sets and
-// a report clears, renames reported once, every change saved, the request texts parsed, which
-// requests are answered, the port option. The new-category prompt is tst_organizer's, with the
-// organizer's own name dialogs.
+// The server's model in-process: the store and its file, the payloads, the flags every change
+// sets and a report clears, renames reported once, every change saved. The requests are
+// tst_requests'; the new-category prompt is tst_organizer's, with the organizer's own name
+// dialogs.
 #include "SrvClient.h"
 #include "TestDesktop.h"
-#include "pomvarsrv/app/ServerOptions.h"
-#include "pomvarsrv/ipc/RequestHandler.h"
-#include "pomvarsrv/ipc/RequestParser.h"
-#include "pomvarsrv/ipc/ServerActions.h"
 #include "pomvarsrv/model/ServerModel.h"
 #include "pomvarsrv/model/StoreFile.h"
-#include "wire/Protocol.h"
-#include "wire/RuntimeEndpoint.h"
 
-#include <QApplication>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -22,7 +14,6 @@ using namespace pomvar;
 using namespace pomvar::srv;
 using Json = nlohmann::json;
 using Flags = MenuDataStatus;
-namespace rq = pomvar::request;
 
 namespace {
 
@@ -35,26 +26,6 @@ InstalledApps threeApps()
                            { "b.desktop", kOdd, "b", "/i/b24.png", "/i/b48.png" },
                            { "c.desktop", "Gamma", "c", "/i/c24.png", "/i/c48.png" } });
 }
-
-// The actions a request asks of the rest of the server, as lines.
-struct RecordedActions : ServerActions
-{
-    QStringList calls;
-    void launch(const QString& appkey) override { calls << "launch " + appkey; }
-    void askNewCategory(const QString& appkey) override { calls << "new category " + appkey; }
-    void showSearch() override { calls << "search"; }
-    void showOrganizer(int pane, const QString& item) override
-    {
-        calls << QStringLiteral("organizer %1 %2").arg(pane).arg(item);
-    }
-    void showAppInfo(const QString& appkey) override { calls << "app info " + appkey; }
-    void showCategoryInfo(const QString& appcat) override { calls << "category info " + appcat; }
-    void showAbout() override { calls << "about"; }
-    void showUpdates() override { calls << "updates"; }
-    void quit() override { calls << "quit"; }
-    bool isUpdateAvailable() const override { return false; }
-    std::string_view updateStatus() const override { return "noUpdate"; }
-};
 
 } // namespace
 
@@ -233,111 +204,7 @@ private Q_SLOTS:
         QVERIFY(model.takeFlags() == Flags{});
         QCOMPARE(renders, 1);
     }
-
-    // Every request text the front end writes, read back by the server's parser: values with
-    // quotes, backslashes, JSON escapes and the request's own closing text pasted in; then plain
-    // JSON, and the bodies refused for not being well-formed requests.
-    void requestTextsRoundTrip()
-    {
-        // The parse as JSON, absent fields left out; null for no request.
-        const auto check = [](const std::string& body, const Json& expected) {
-            const auto r = RequestParser::parse(body);
-            Json out = r ? Json{ { "id", r->id } } : Json();
-            for (const auto& [name, value] : { std::pair("appkey", r ? r->appkey : std::nullopt),
-                                               { "appcat", r ? r->appcat : std::nullopt },
-                                               { "itemkey", r ? r->itemkey : std::nullopt } })
-                value ? void(out[name] = *value) : void();
-            if (r && r->pane)
-                out["pane"] = *r->pane;
-            JCOMPARE(out, expected);
-        };
-        check(rq::plain(rq::quit), { { "id", "quit" } });
-        // A quote, a trailing backslash, JSON escapes, each request's closing text, empty.
-        for (const std::string v :
-             { "we\"ird\\", "a\\nb\\\"c\\u0041", "x\"\n}", "y\"\n }   ", "" }) {
-            check(rq::launch(v), { { "id", "launch" }, { "appkey", v } });
-            check(rq::getInfoApp(v), { { "id", "get-info-app" }, { "appkey", v } });
-            check(rq::togglePinApp(v), { { "id", "toggle-pin-app" }, { "appkey", v } });
-            check(rq::createNewAppcatCxtmnu(v),
-                  { { "id", "create-new-appcat-cxtmnu" }, { "appkey", v } });
-            check(rq::getInfoAppcat(v), { { "id", "get-info-appcat" }, { "appcat", v } });
-            check(rq::toggleSetAppcat(v, v),
-                  { { "id", "toggle-set-appcat" }, { "appkey", v }, { "appcat", v } });
-            // An empty item key goes out as null.
-            Json organizer = { { "id", "organizer" }, { "pane", 1 } };
-            if (!v.empty())
-                organizer["itemkey"] = v;
-            check(rq::organizer(OrganizerDlgMode::organizeApp, v), organizer);
-        }
-        check(R"({"appkey": "x\"y", "id": "launch"})",
-              { { "id", "launch" }, { "appkey", "x\"y" } });
-        check(R"({"id": "organizer", "pane": 0, "itemkey": null})",
-              { { "id", "organizer" }, { "pane", 0 } });
-        // Anything else is refused: a known id needs exactly its fields, of their types.
-        for (const std::string refused : { "garbage",
-                                           "[1,2,3]",
-                                           "{\"id\": 5}",
-                                           "{\n    \"id\": \"",
-                                           "{\"id\": \"make-coffee\"}",
-                                           "{\n    \"id\": \"toggle-set-appcat\",\n    \"app",
-                                           "{\n    \"id\": \"launch\"\n}",
-                                           R"({"id": "launch"})",
-                                           R"({"id": "quit", "appkey": "x"})",
-                                           R"({"id": "launch", "appkey": 1})",
-                                           R"({"id": "organizer", "pane": "1", "itemkey": null})",
-                                           R"({"id": "organizer", "pane": 1})",
-                                           "{\n    \"id\": \"organizer\",\n    \"pane\": x" })
-            check(refused, nullptr);
-    }
-    void onlyAwaitedRequestsAreAnswered()
-    {
-        ServerModel model;
-        model.setApps(threeApps());
-        model.createCategoryWith("Tools", "c.desktop");
-        model.takeFlags();
-        RecordedActions actions;
-        RequestHandler handler(model, actions);
-        // "id|appkey|appcat"; the reply, or null for none.
-        const auto reply = [&](const QString& text) {
-            const QStringList parts = text.split(u'|');
-            const auto r = handler.handle({ .id = parts[0].toStdString(),
-                                            .appkey = parts.value(1).toStdString(),
-                                            .appcat = parts.value(2).toStdString() });
-            return Json::parse(r.value_or("null"));
-        };
-        JCOMPARE(reply("get-allapps-menu-data"), Json::parse(model.allAppsPayload()));
-        JCOMPARE(reply("get-recentapps-menu-data"), Json::parse(model.recentAppsPayload()));
-        JCOMPARE(reply("get-myapps-menu-data"),
-                 Json::parse(ServerModel(model).takeMyAppsPayload()));
-        Json replies;
-        const QString texts =
-            "get-app-status get-user-prefs check-update-available get-app-update-status "
-            "toggle-set-appcat|a.desktop|Tools toggle-set-appcat|gone.desktop|Tools "
-            "toggle-pin-app|b.desktop get-menu-data-modified-status launch|a.desktop "
-            "launch|gone.desktop create-new-appcat-cxtmnu|c.desktop make-coffee quit "
-            "create-new-appcat-cxtmnu|gone.desktop";
-        for (const QString& text : texts.split(u' '))
-            replies.push_back(reply(text));
-        JCOMPARE(replies, Json::parse(R"([{"ready": true, "updateFinished": false},
-            {"MenuDensity": 0, "AnimationFx": true, "SaveExpAppCats": true, "SaveLastMenu": true,
-             "OneExpAppCat": false}, {"isUpdateAvailable": false}, {"status": "noUpdate"},
-            {"isset": true}, {"isset": false}, null, {"appFolderModified": false,
-             "recentAppsModified": false, "appcatsModified": true, "pinnedAppsModified": true},
-            null, null, null, null, null, null])"));
-        QCOMPARE(actions.calls,
-                 QStringList({ "launch a.desktop", "new category c.desktop", "quit" }));
-    }
-
-    void portOption()
-    {
-        const int fixed = pomvar::wire::kRuntimePort;
-        for (const auto& [value, port] :
-             { std::pair("1", 1), { "65535", 65535 }, { "0", fixed }, { "65536", fixed } }) {
-            qputenv("POMVARSRV_PORT", value);
-            QCOMPARE(int(ServerOptions::port()), port);
-        }
-    }
 };
 
-QTEST_MAIN(TestServerModel)
+QTEST_GUILESS_MAIN(TestServerModel)
 #include "tst_servermodel.moc"

@@ -1,13 +1,15 @@
 // The info, about and welcome windows of a server run in-process over real desktop entries,
 // opened by their requests over the wire and driven by keys: what each shows, one window per kind
 // switched by the next request, Escape, and what their buttons do. The server starts on an empty
-// store, so the welcome shows at once; its categories are read back over the wire.
+// store, so the welcome shows at once; its categories are read back over the wire. The options
+// that start it: --welcome and the port.
 #include "InProcessServer.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/ui/AppInfoWindow.h"
 #include "pomvarsrv/ui/CategoryInfoWindow.h"
 #include "wire/Protocol.h"
+#include "wire/RuntimeEndpoint.h"
 #include "wire/Version.h"
 
 #include <QApplication>
@@ -87,6 +89,18 @@ private Q_SLOTS:
                 shown += window->objectName() == "welcomeWindow" && window->isVisible();
             QCOMPARE(shown, asked ? 1 : 0);
         }
+    }
+
+    // POMVARSRV_PORT, for tests, when it holds a valid port; the runtime port otherwise.
+    void portOption()
+    {
+        const int fixed = pomvar::wire::kRuntimePort;
+        for (const auto& [value, port] :
+             { std::pair("1", 1), { "65535", 65535 }, { "0", fixed }, { "65536", fixed } }) {
+            qputenv("POMVARSRV_PORT", value);
+            QCOMPARE(int(ServerOptions::port()), port);
+        }
+        qunsetenv("POMVARSRV_PORT");
     }
 
     void appInfo_data()

@@ -3,12 +3,30 @@
 #include "ChildProcess.h"
 
 #include <QCoreApplication>
-#include <QFile>
+#include <QLocalSocket>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTest>
 
+#include <sys/stat.h>
+
 namespace pomvar::test {
+
+namespace {
+
+// Where X servers put their sockets; weston gives up on XWayland when the folder is missing, as
+// on a machine where no X server ran yet.
+const QString kXSocketDir = QStringLiteral("/tmp/.X11-unix");
+
+// Whether a client can connect to the Unix socket at `path` now.
+bool accepts(const QString& path)
+{
+    QLocalSocket socket;
+    socket.connectToServer(path);
+    return socket.waitForConnected(1000);
+}
+
+} // namespace
 
 QString HeadlessWeston::missingPackage(bool xwayland)
 {
@@ -36,8 +54,12 @@ HeadlessWeston::HeadlessWeston(bool xwayland)
                            "--height=800",
                            "--idle-time=0",
                            "--debug" };
-    if (xwayland)
+    if (xwayland) {
         arguments << "--xwayland";
+        // Made as X servers make it: anyone's, sticky (mkdir leaves that to the umask).
+        if (::mkdir(qPrintable(kXSocketDir), 01777) == 0)
+            ::chmod(qPrintable(kXSocketDir), 01777);
+    }
     m_weston.start("weston", arguments);
 }
 
@@ -50,21 +72,22 @@ HeadlessWeston::~HeadlessWeston()
 
 bool HeadlessWeston::waitUntilReady()
 {
-    static const QRegularExpression listening(R"(xserver listening on display (:\d+))");
-    const QString socket = m_runtime.filePath(m_socket);
+    // Which display XWayland took, weston alone says.
+    static const QRegularExpression listening(R"(xserver listening on display :(\d+))");
     if (!m_weston.waitForStarted())
         return false;
     const bool ready = QTest::qWaitFor(
         [&] {
             if (m_weston.state() != QProcess::Running)
                 return true;
-            m_weston.waitForReadyRead(10);
             const QRegularExpressionMatch match = listening.match(QString::fromUtf8(log()));
             if (match.hasMatch())
-                m_xDisplay = match.captured(1);
-            return QFile::exists(socket) && (!m_xwayland || !m_xDisplay.isEmpty());
+                m_xDisplay = ':' + match.captured(1);
+            return accepts(m_runtime.filePath(m_socket)) &&
+                   (!m_xwayland ||
+                    (match.hasMatch() && accepts(kXSocketDir + "/X" + match.captured(1))));
         },
-        20000);
+        60000);
     return ready && m_weston.state() == QProcess::Running;
 }
 

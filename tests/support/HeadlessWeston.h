@@ -18,7 +18,8 @@ public:
     explicit HeadlessWeston(bool xwayland);
     ~HeadlessWeston();
 
-    // Waits until clients can connect (and XWayland listens); false when weston failed.
+    // Waits until its Wayland socket, and XWayland's X socket, take clients; false when weston
+    // failed.
     bool waitUntilReady();
     QString runtimeDir() const { return m_runtime.path(); }
     QString socket() const { return m_socket; }

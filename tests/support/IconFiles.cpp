@@ -1,6 +1,8 @@
 #include "IconFiles.h"
 
-#include "TestDesktop.h"
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
 
 namespace pomvar::test {
 
@@ -10,7 +12,14 @@ IconFiles::IconFiles()
                                                      { wide(), 64, 0xff3d9a4a },
                                                      { wide3(), 96, 0xff4a3dd9 } };
     for (const auto& [path, width, colour] : files)
-        TestDesktop::writePng(path, width, 32, QColor::fromRgba(colour));
+        writePng(path, width, 32, QColor::fromRgba(colour));
+}
+
+bool IconFiles::writePng(const QString& path, int w, int h, QColor colour)
+{
+    QImage image(w, h, QImage::Format_ARGB32);
+    image.fill(colour);
+    return QDir().mkpath(QFileInfo(path).absolutePath()) && image.save(path, "PNG");
 }
 
 } // namespace pomvar::test

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QString>
 #include <QTemporaryDir>
 
@@ -16,6 +17,9 @@ public:
     QString square() const { return m_dir.filePath("square.png"); }
     QString wide() const { return m_dir.filePath("wide.png"); }
     QString wide3() const { return m_dir.filePath("wide3.png"); }
+
+    // A PNG of the given size filled with one colour, its folders created.
+    static bool writePng(const QString& path, int w, int h, QColor colour = QColor(40, 120, 200));
 
 private:
     QTemporaryDir m_dir;

@@ -5,7 +5,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QTest>
-#include <QThread>
 
 #include <csignal>
 
@@ -34,8 +33,8 @@ InstallLayout::~InstallLayout()
     for (const QString& pid : QDir("/proc").entryList({ "[0-9]*" }, QDir::Dirs)) {
         const QFileInfo exe("/proc/" + pid + "/exe");
         if (exe.symLinkTarget() == fake && ::kill(pid.toInt(), SIGKILL) == 0)
-            for (int waited = 0; waited < 5000 && QFileInfo::exists(exe.filePath()); waited += 10)
-                QThread::msleep(10);
+            static_cast<void>(
+                QTest::qWaitFor([&] { return !QFileInfo::exists(exe.filePath()); }, 5000));
     }
 }
 
@@ -69,8 +68,8 @@ std::unique_ptr<QProcess> InstallLayout::start(const QStringList& arguments,
     process->setProcessEnvironment(session.value_or(environment()));
     process->start(m_dir.filePath("bin/pomvar"), arguments);
     process->waitForStarted();
-    for (int waited = 0; waited < kRunLimitMs && !isConnectedToServer(*process); waited += 50)
-        QTest::qWait(50);
+    // Its caller tells a failure by isConnectedToServer().
+    static_cast<void>(QTest::qWaitFor([&] { return isConnectedToServer(*process); }, kRunLimitMs));
     return process;
 }
 

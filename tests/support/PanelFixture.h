@@ -17,7 +17,7 @@
 namespace pomvar::test {
 
 // A view model on an in-process fake runtime server, and the tray scene on top of it. Header
-// only: its one user links the panel's library, which the support library does not.
+// only: its users link the panel's library, which the support libraries do not.
 class PanelFixture
 {
 public:

@@ -4,9 +4,8 @@
 #include "TestDesktop.h"
 #include "wire/RuntimeEndpoint.h"
 
-#include <QDeadlineTimer>
 #include <QTcpServer>
-#include <QThread>
+#include <QTest>
 
 namespace pomvar::test {
 
@@ -49,12 +48,10 @@ bool ServerProcess::start(const QStringList& arguments)
     for (int attempt = 0; attempt < 3; ++attempt) {
         launch(freePort(), arguments);
         // Requests are served once the catalogue is in, which the log tells.
-        const QDeadlineTimer deadline(60000);
-        while (!deadline.hasExpired() && m_process.waitForStarted(10000) && isRunning()) {
-            if (log().contains(QStringLiteral("apps loaded in")))
-                return true;
-            QThread::msleep(20);
-        }
+        const auto loaded = [this] { return log().contains(QStringLiteral("apps loaded in")); };
+        if (m_process.waitForStarted(10000) &&
+            QTest::qWaitFor([&] { return !isRunning() || loaded(); }, 60000) && isRunning())
+            return true;
         m_process.waitForFinished(10000);
         if (!log().contains(QStringLiteral("port %1 is already in use").arg(m_port)))
             return false;

@@ -1,7 +1,6 @@
 #include "TestDesktop.h"
 
 #include <QDir>
-#include <QImage>
 
 namespace pomvar::test {
 
@@ -26,13 +25,6 @@ bool TestDesktop::writeEntry(const QString& dataDir,
 {
     return write(dataDir + QStringLiteral("/applications/") + relative,
                  "[Desktop Entry]\nType=Application\n" + lines);
-}
-
-bool TestDesktop::writePng(const QString& path, int w, int h, QColor colour)
-{
-    QImage image(w, h, QImage::Format_ARGB32);
-    image.fill(colour);
-    return QDir().mkpath(QFileInfo(path).absolutePath()) && image.save(path, "PNG");
 }
 
 QProcessEnvironment TestDesktop::environment(quint16 port) const

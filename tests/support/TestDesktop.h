@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QColor>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 
@@ -28,8 +27,6 @@ public:
     static bool writeEntry(const QString& dataDir,
                            const QString& relative,
                            const QByteArray& lines);
-    // A PNG of the given size filled with one colour.
-    static bool writePng(const QString& path, int w, int h, QColor colour = QColor(40, 120, 200));
 
     // The environment of a server living in this desktop; <root>/fake-bin comes first on PATH.
     QProcessEnvironment environment(quint16 port) const;

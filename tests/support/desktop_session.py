@@ -52,16 +52,21 @@ def write(path, text):
 
 
 def waited(condition, seconds=10):
-    """The condition's first true value within the time; None after it. AT-SPI events that came
-    in meanwhile are delivered before each try."""
-    for _ in range(int(seconds * 10)):
-        while GLib.MainContext.default().iteration(False):
+    """The condition's first true value within the time; None after it. AT-SPI events are
+    delivered before each try, and one coming in tries again at once; else every 0.1 s."""
+    context, deadline = GLib.MainContext.default(), time.monotonic() + seconds
+    while True:
+        while context.iteration(False):
             pass
         value = condition()
-        if value:
-            return value
-        time.sleep(0.1)
-    return None
+        if value or time.monotonic() > deadline:
+            return value or None
+        # Blocks until an event or the next try is due.
+        tick = GLib.timeout_source_new(100)
+        tick.set_callback(lambda *_: False)
+        tick.attach(context)
+        context.iteration(True)
+        tick.destroy()
 
 
 def find(node, role, name=None):

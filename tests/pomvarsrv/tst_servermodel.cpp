@@ -7,6 +7,7 @@
 #include "pomvarsrv/model/ServerModel.h"
 #include "pomvarsrv/model/StoreFile.h"
 
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -65,6 +66,14 @@ private Q_SLOTS:
         StoreFile file(dir.path() + QStringLiteral("/pomvar/pomvarsrv.json"));
         QVERIFY(file.load() == Store{});
         QVERIFY(file.save(store) && file.load() == store);
+        // A write cut short by a kill leaves its temporary file: the next load removes it, and
+        // only it.
+        for (const char* name : { "pomvarsrv.json.x1Y2z3", "pomvarsrv.json.corrupt-1" })
+            QVERIFY(pomvar::test::TestDesktop::write(dir.filePath(QStringLiteral("pomvar/") + name),
+                                                     "{"));
+        QVERIFY(file.load() == store);
+        QCOMPARE(QDir(dir.filePath("pomvar")).entryList(QDir::Files),
+                 QStringList({ "pomvarsrv.json", "pomvarsrv.json.corrupt-1" }));
         QVERIFY(store.clearRecent() && !store.clearRecent());
         // Private to its owner (the "user" bits repeat the owner's).
         QCOMPARE(QFile::permissions(file.path()) & 0x7077, QFile::ReadOwner | QFile::WriteOwner);

@@ -11,6 +11,9 @@ class AtomicFile
 {
 public:
     static bool write(const QString& path, QByteArrayView bytes);
+    // Removes what writes of `path` cut short by a kill left beside it (the unfinished
+    // temporary files); how many. Only the one process that writes `path` may call it.
+    static int removeDebris(const QString& path);
 };
 
 } // namespace pomvar::srv

@@ -1,5 +1,6 @@
 #include "pomvarsrv/model/StoreFile.h"
 
+#include "pomvarsrv/model/AtomicFile.h"
 #include "pomvarsrv/model/ModelLog.h"
 
 #include "wire/UserPaths.h"
@@ -31,6 +32,8 @@ Store StoreFile::load()
 {
     m_setAsidePath.clear();
     m_keepOff = false;
+    if (const int removed = AtomicFile::removeDebris(m_path))
+        qCInfo(lcModel) << "removed" << removed << "unfinished writes of the store";
     QFile file(m_path);
     if (!file.exists())
         return {};

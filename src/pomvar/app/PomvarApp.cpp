@@ -1,7 +1,6 @@
 #include "app/PomvarApp.h"
 
 #include "app/CommandLine.h"
-#include "app/DetachedProcess.h"
 #include "app/Execute.h"
 #include "app/PidFile.h"
 #include "app/SignalSafe.h"
@@ -11,6 +10,7 @@
 #include "wire/RuntimeEndpoint.h"
 
 #include <QCoreApplication>
+#include <QProcess>
 #include <QThread>
 
 #include <climits>
@@ -91,13 +91,22 @@ std::string PomvarApp::runtimeServerPath()
 void PomvarApp::launchPomvarRT(const std::vector<std::string>& args)
 {
     const std::string server = runtimeServerPath();
+    QStringList arguments;
+    for (const std::string& arg : args)
+        arguments.append(QString::fromStdString(arg));
     // Named in the server's environment only: it waits for this process's end at an update's
     // restart, and removes the PID file of one that was killed.
-    ::setenv(wire::kFrontEndPidVariable, std::to_string(::getpid()).c_str(), 1);
-    const std::error_code error = startDetached(server, args);
-    ::unsetenv(wire::kFrontEndPidVariable);
-    if (error)
-        fatalStop(concat(server, ": ", error.message()));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QString::fromLatin1(wire::kFrontEndPidVariable),
+                       QString::number(::getpid()));
+    QProcess process;
+    process.setProgram(QString::fromStdString(server));
+    process.setArguments(arguments);
+    process.setProcessEnvironment(environment);
+    // Not our child: it inherits the working directory and the standard streams, runs in a
+    // session of its own, is never waited for and outlives us.
+    if (!process.startDetached())
+        fatalStop(concat(server, ": ", process.errorString().toStdString()));
 }
 
 void PomvarApp::waitForRTStartup()

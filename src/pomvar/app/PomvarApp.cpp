@@ -1,10 +1,10 @@
 #include "app/PomvarApp.h"
 
+#include "app/AppLog.h"
 #include "app/CommandLine.h"
 #include "app/Execute.h"
 #include "app/PidFile.h"
 #include "app/SignalSafe.h"
-#include "log/Output.h"
 #include "model/PomvarViewModel.h"
 #include "wire/Protocol.h"
 #include "wire/RuntimeEndpoint.h"
@@ -40,7 +40,7 @@ PomvarApp::PomvarApp(std::vector<std::string> arguments)
 {
     initExecEnv();
     const std::vector<std::string> args = processCmdLineArgs(m_arguments);
-    trace("Pomvar: Waiting for Pomvar/RT to start...");
+    trace(lcApp(), "Pomvar: Waiting for Pomvar/RT to start...");
     launchPomvarRT(args);
     PidFile::create();
     waitForRTStartup();
@@ -56,7 +56,7 @@ void PomvarApp::initExecEnv()
 
     struct stat info;
     if (::stat(PidFile::getPidFilePath().c_str(), &info) == 0) {
-        printLine("Pomvar for Mac is already running.");
+        printLine(lcApp(), "Pomvar for Mac is already running.");
         std::exit(0);
     }
 }
@@ -115,7 +115,7 @@ void PomvarApp::waitForRTStartup()
     for (;;) {
         try {
             if (!execute(probe).empty()) {
-                trace("Pomvar/RT is running");
+                trace(lcApp(), "Pomvar/RT is running");
                 return;
             }
         } catch (const CommandError& error) {
@@ -126,7 +126,7 @@ void PomvarApp::waitForRTStartup()
         }
     }
 
-    trace("Error running 'lsof' command, cannot detect if Pomvar/RT is running");
+    trace(lcApp(), "Error running 'lsof' command, cannot detect if Pomvar/RT is running");
     vm().sendMessage(request::plain(request::quit));
     terminate();
     std::exit(1);

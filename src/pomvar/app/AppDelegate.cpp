@@ -1,13 +1,13 @@
 #include "app/AppDelegate.h"
 
+#include "app/AppLog.h"
 #include "app/PidFile.h"
-#include "log/Output.h"
 
 namespace pomvar {
 
 void AppDelegate::applicationWillTerminate()
 {
-    trace("Pomvar: Quitting...");
+    trace(lcApp(), "Pomvar: Quitting...");
     PidFile::deleteFile();
 }
 

@@ -1,7 +1,7 @@
 #include "app/CommandLine.h"
 
+#include "app/AppLog.h"
 #include "app/FlagParser.h"
-#include "log/Output.h"
 #include "wire/Version.h"
 
 #include <cstdlib>
@@ -53,7 +53,7 @@ std::vector<std::string> processCmdLineArgs(const std::vector<std::string>& argu
         return std::move(cmdLine.rtArgs);
     // printLine adds the final line break itself.
     cmdLine.text.pop_back();
-    printLine(cmdLine.text);
+    printLine(lcApp(), cmdLine.text);
     std::exit(0);
 }
 

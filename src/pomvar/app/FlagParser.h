@@ -11,6 +11,9 @@ namespace pomvar {
 // name; any other argument starting with "-" holds one or more short names ("-h"); other
 // arguments are skipped, and "---" ends the flags. Reading stops silently at the first argument
 // that names no flag or gives a flag a value: what came before it counts.
+//
+// Not QCommandLineParser: it reads on past an unknown option ("--bogus --refresh" sets
+// refresh) and ends the options at "--", not "---", so it cannot give these rules.
 class FlagParser
 {
 public:

@@ -1,7 +1,7 @@
 #include "app/PidFile.h"
 
+#include "app/AppLog.h"
 #include "app/SignalSafe.h"
-#include "log/Output.h"
 #include "wire/UserPaths.h"
 
 #include <QCoreApplication>
@@ -35,29 +35,30 @@ std::string PidFile::getPidFilePath()
 void PidFile::create()
 {
     qint64 pid = QCoreApplication::applicationPid();
-    trace("Pomvar: Process ID (-1=no PID): ", pid);
+    trace(lcApp(), "Pomvar: Process ID (-1=no PID): ", pid);
     if (pid == -1) {
         pid = ::getpid();
-        trace("Pomvar: Process ID from C call: ", pid);
+        trace(lcApp(), "Pomvar: Process ID from C call: ", pid);
     }
 
     const std::string folder = getCacheDirPath();
     struct stat info;
     if (::lstat(folder.c_str(), &info) != 0 && ::mkdir(folder.c_str(), 0777) != 0)
-        trace("⚠️ Pomvar: Failed to create folder under ~/Library/Caches: ",
+        trace(lcApp(),
+              "⚠️ Pomvar: Failed to create folder under ~/Library/Caches: ",
               std::strerror(errno));
 
     // Written through a temporary file that then replaces the target.
     QSaveFile file(QString::fromStdString(getPidFilePath()));
     const QByteArray content = QByteArray::number(pid);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
-        trace("⚠️ Pomvar: Cannot write pid file!");
+        trace(lcApp(), "⚠️ Pomvar: Cannot write pid file!");
 }
 
 void PidFile::deleteFile()
 {
     if (::unlink(getPidFilePath().c_str()) != 0)
-        trace("Pomvar: Failed to delete pid file: ", std::strerror(errno));
+        trace(lcApp(), "Pomvar: Failed to delete pid file: ", std::strerror(errno));
 }
 
 void PidFile::prepareSignalHandlerPath()

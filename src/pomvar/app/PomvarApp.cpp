@@ -1,16 +1,16 @@
 #include "app/PomvarApp.h"
 
+#include "app/AppLog.h"
 #include "app/CommandLine.h"
-#include "app/DetachedProcess.h"
 #include "app/Execute.h"
 #include "app/PidFile.h"
 #include "app/SignalSafe.h"
-#include "log/Output.h"
 #include "model/PomvarViewModel.h"
 #include "wire/Protocol.h"
 #include "wire/RuntimeEndpoint.h"
 
 #include <QCoreApplication>
+#include <QProcess>
 #include <QThread>
 
 #include <climits>
@@ -40,7 +40,7 @@ PomvarApp::PomvarApp(std::vector<std::string> arguments)
 {
     initExecEnv();
     const std::vector<std::string> args = processCmdLineArgs(m_arguments);
-    trace("Pomvar: Waiting for Pomvar/RT to start...");
+    trace(lcApp(), "Pomvar: Waiting for Pomvar/RT to start...");
     launchPomvarRT(args);
     PidFile::create();
     waitForRTStartup();
@@ -56,7 +56,7 @@ void PomvarApp::initExecEnv()
 
     struct stat info;
     if (::stat(PidFile::getPidFilePath().c_str(), &info) == 0) {
-        printLine("Pomvar for Mac is already running.");
+        printLine(lcApp(), "Pomvar for Mac is already running.");
         std::exit(0);
     }
 }
@@ -91,13 +91,22 @@ std::string PomvarApp::runtimeServerPath()
 void PomvarApp::launchPomvarRT(const std::vector<std::string>& args)
 {
     const std::string server = runtimeServerPath();
+    QStringList arguments;
+    for (const std::string& arg : args)
+        arguments.append(QString::fromStdString(arg));
     // Named in the server's environment only: it waits for this process's end at an update's
     // restart, and removes the PID file of one that was killed.
-    ::setenv(wire::kFrontEndPidVariable, std::to_string(::getpid()).c_str(), 1);
-    const std::error_code error = startDetached(server, args);
-    ::unsetenv(wire::kFrontEndPidVariable);
-    if (error)
-        fatalStop(concat(server, ": ", error.message()));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QString::fromLatin1(wire::kFrontEndPidVariable),
+                       QString::number(::getpid()));
+    QProcess process;
+    process.setProgram(QString::fromStdString(server));
+    process.setArguments(arguments);
+    process.setProcessEnvironment(environment);
+    // Not our child: it inherits the working directory and the standard streams, runs in a
+    // session of its own, is never waited for and outlives us.
+    if (!process.startDetached())
+        fatalStop(concat(server, ": ", process.errorString().toStdString()));
 }
 
 void PomvarApp::waitForRTStartup()
@@ -106,7 +115,7 @@ void PomvarApp::waitForRTStartup()
     for (;;) {
         try {
             if (!execute(probe).empty()) {
-                trace("Pomvar/RT is running");
+                trace(lcApp(), "Pomvar/RT is running");
                 return;
             }
         } catch (const CommandError& error) {
@@ -117,7 +126,7 @@ void PomvarApp::waitForRTStartup()
         }
     }
 
-    trace("Error running 'lsof' command, cannot detect if Pomvar/RT is running");
+    trace(lcApp(), "Error running 'lsof' command, cannot detect if Pomvar/RT is running");
     vm().sendMessage(request::plain(request::quit));
     terminate();
     std::exit(1);

@@ -1,9 +1,9 @@
 #include "ipc/RuntimeLink.h"
 
+#include "ipc/IpcLog.h"
 #include "ipc/JsonDocument.h"
 #include "ipc/RecordReader.h"
 #include "ipc/RuntimeConnection.h"
-#include "log/Output.h"
 #include "wire/Frame.h"
 #include "wire/Protocol.h"
 #include "wire/Utf8.h"
@@ -36,21 +36,21 @@ RuntimeLink::RuntimeLink(PomvarRT srv)
         switch (state) {
             case State::waiting:
                 if (error == std::errc::connection_refused) {
-                    printLine(concat("Pomvar: PomvarViewModel: Error: ", error.message()));
+                    printLine(lcIpc(), concat("Pomvar: PomvarViewModel: Error: ", error.message()));
                     ::_exit(1);
                 }
                 fatalStop(concat("Pomvar: PomvarViewModel: Error: ", error.message()));
             case State::failed:
-                trace("PomvarViewModel: Failed to start IPC: ", error.message());
+                trace(lcIpc(), "PomvarViewModel: Failed to start IPC: ", error.message());
                 break;
             case State::ready:
-                trace("PomvarViewModel: IPC ready");
+                trace(lcIpc(), "PomvarViewModel: IPC ready");
                 break;
             default:
                 break;
         }
     });
-    trace("PomvarViewModel: Starting IPC...");
+    trace(lcIpc(), "PomvarViewModel: Starting IPC...");
     m_connection->start();
 }
 
@@ -63,17 +63,19 @@ void RuntimeLink::sendMessage(std::string_view message)
         fatalStop(concat("PomvarViewModel.sendMessage(): a request of ",
                          message.size(),
                          " bytes does not fit a frame"));
-    trace("PomvarViewModel.sendMessage(): Sending ", message.size(), " bytes");
+    trace(lcIpc(), "PomvarViewModel.sendMessage(): Sending ", message.size(), " bytes");
     std::vector<RuntimeConnection::Chunk> batch;
     batch.push_back({ std::move(*prefix), [](std::error_code error) {
                          if (error)
-                             printLine(concat("Pomvar: PomvarViewModel.sendMessage(): Error "
+                             printLine(lcIpc(),
+                                       concat("Pomvar: PomvarViewModel.sendMessage(): Error "
                                               "sending message size: ",
                                               error.message()));
                      } });
     batch.push_back({ std::string(message), [](std::error_code error) {
                          if (error)
-                             printLine(concat("Pomvar: PomvarViewModel.sendMessage(): Error "
+                             printLine(lcIpc(),
+                                       concat("Pomvar: PomvarViewModel.sendMessage(): Error "
                                               "sending message body: ",
                                               error.message()));
                      } });
@@ -89,7 +91,8 @@ std::optional<std::string> RuntimeLink::sendMessageAndAwaitResponseData(std::str
         wire::kReplyPrefixSize,
         [exchange, connection](std::optional<std::string> prefix, std::error_code error) {
             if (error) {
-                printLine(concat("Pomvar: PomvarViewModel.sendMessageAndAwaitResponseData(): Error "
+                printLine(lcIpc(),
+                          concat("Pomvar: PomvarViewModel.sendMessageAndAwaitResponseData(): Error "
                                  "receiving response: ",
                                  error.message()));
                 exchange->done.release();
@@ -113,11 +116,12 @@ std::optional<std::string> RuntimeLink::sendMessageAndAwaitResponseData(std::str
         });
     exchange->done.acquire();
     if constexpr (kTracing) // not even counted otherwise: a reply can run to megabytes
-        trace("PomvarViewModel.sendMessageAndAwaitResponseData(): Response received: ",
+        trace(lcIpc(),
+              "PomvarViewModel.sendMessageAndAwaitResponseData(): Response received: ",
               wire::utf8Length(exchange->reply),
               " bytes");
     if (exchange->reply.empty()) {
-        trace("No data received");
+        trace(lcIpc(), "No data received");
         return std::nullopt;
     }
     return std::move(exchange->reply);
@@ -133,6 +137,7 @@ std::optional<JsonDocument> RuntimeLink::sendMessageAndAwaitResponse(std::string
     m_connection->recycle(std::move(*data));
     if (!value)
         trace(
+            lcIpc(),
             "⚠️ PomvarViewModel.sendMessageAndAwaitResponse(): Error decoding JSON response: ",
             error);
     return value;
@@ -140,7 +145,7 @@ std::optional<JsonDocument> RuntimeLink::sendMessageAndAwaitResponse(std::string
 
 std::string RuntimeLink::awaitRecord(std::string_view operation, std::string_view id)
 {
-    trace("PomvarViewModel.", operation, "(): Sending message '", id, "'");
+    trace(lcIpc(), "PomvarViewModel.", operation, "(): Sending message '", id, "'");
     auto reply = sendMessageAndAwaitResponseData(request::plain(id));
     if (!reply)
         fatalStop(concat("PomvarViewModel.", operation, "(): no reply to '", id, "'"));

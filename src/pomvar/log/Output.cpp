@@ -1,5 +1,7 @@
 #include "log/Output.h"
 
+#include <QByteArrayView>
+
 #include <cerrno>
 #include <cstdlib>
 #include <unistd.h>
@@ -7,6 +9,8 @@
 namespace pomvar {
 
 namespace {
+
+QtMessageHandler g_othersHandler = nullptr;
 
 void writeAll(int fd, std::string_view text)
 {
@@ -21,13 +25,44 @@ void writeAll(int fd, std::string_view text)
     }
 }
 
+void writeMessage(QtMsgType type, const QMessageLogContext& context, const QString& message)
+{
+    if (!context.category || !QByteArrayView(context.category).startsWith("pomvar.")) {
+        g_othersHandler(type, context, message);
+        return;
+    }
+    const QByteArray text = (message + u'\n').toUtf8();
+    writeAll(type == QtWarningMsg ? STDERR_FILENO : STDOUT_FILENO,
+             std::string_view(text.constData(), std::size_t(text.size())));
+}
+
+// Before main(): the start-up sequence prints before any Qt object exists.
+void installMessageHandler()
+{
+    g_othersHandler = qInstallMessageHandler(writeMessage);
+}
+
 } // namespace
 
-void printLine(std::string_view line)
+Q_CONSTRUCTOR_FUNCTION(installMessageHandler)
+
+void writeLine(QtMsgType type, const QLoggingCategory& category, std::string_view line)
 {
-    std::string text(line);
-    text.push_back('\n');
-    writeAll(STDOUT_FILENO, text);
+    if (!category.isEnabled(type))
+        return;
+    const QMessageLogger logger(nullptr, 0, nullptr, category.categoryName());
+    const std::string text(line);
+    switch (type) {
+        case QtDebugMsg:
+            logger.debug("%s", text.c_str());
+            break;
+        case QtWarningMsg:
+            logger.warning("%s", text.c_str());
+            break;
+        default:
+            logger.info("%s", text.c_str());
+            break;
+    }
 }
 
 void fatalStop(std::string_view message)

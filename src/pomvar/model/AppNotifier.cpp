@@ -1,7 +1,7 @@
 #include "model/AppNotifier.h"
 
 #include "desktop/DesktopNotification.h"
-#include "log/Output.h"
+#include "model/ModelLog.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -28,7 +28,7 @@ void AppNotifier::requestPermission()
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         const QString error = bus.lastError().message();
-        trace(error.toStdString());
+        trace(lcModel(), error.toStdString());
         Q_EMIT permissionAnswered(false, error);
         return;
     }
@@ -40,11 +40,11 @@ void AppNotifier::requestPermission()
         const QDBusPendingReply<QStringList> reply = *w;
         if (reply.isError()) {
             const QString error = reply.error().message();
-            trace(error.toStdString());
+            trace(lcModel(), error.toStdString());
             Q_EMIT permissionAnswered(false, error);
             return;
         }
-        trace("Pomvar: Notifications enabled.");
+        trace(lcModel(), "Pomvar: Notifications enabled.");
         Q_EMIT permissionAnswered(true, {});
     });
 }
@@ -66,7 +66,7 @@ void AppNotifier::sendUpdateComplete()
         const QDBusPendingReply<uint> reply = *w;
         if (reply.isError()) {
             const QString error = reply.error().message();
-            trace("PomvarViewModel.showPostUpdateNotification(): ", error.toStdString());
+            trace(lcModel(), "PomvarViewModel.showPostUpdateNotification(): ", error.toStdString());
             Q_EMIT notificationPosted(0, error);
             return;
         }

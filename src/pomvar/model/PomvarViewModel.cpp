@@ -2,10 +2,10 @@
 
 #include "ipc/JsonDocument.h"
 #include "ipc/LenientJson.h"
-#include "log/Output.h"
 #include "model/AppCatExpansion.h"
 #include "model/AppNotifier.h"
 #include "model/MenuPayloadReader.h"
+#include "model/ModelLog.h"
 #include "wire/Protocol.h"
 
 #include <QCoreApplication>
@@ -16,7 +16,7 @@ PomvarViewModel::PomvarViewModel(PomvarRT srv, QObject* parent)
     : QObject(parent)
     , m_notifier(std::make_unique<AppNotifier>())
 {
-    trace("PomvarViewModel.init(): Initializing Pomvar view model");
+    trace(lcModel(), "PomvarViewModel.init(): Initializing Pomvar view model");
     m_link = std::make_unique<RuntimeLink>(std::move(srv));
     initAppNotifications();
     buildAppMenu();
@@ -55,7 +55,7 @@ void PomvarViewModel::clearAppsAppcats()
 std::optional<JsonDocument> PomvarViewModel::fetchMenu(std::string_view operation,
                                                        std::string_view id)
 {
-    trace("PomvarViewModel.", operation, "(): Sending message '", id, "'");
+    trace(lcModel(), "PomvarViewModel.", operation, "(): Sending message '", id, "'");
     return m_link->sendMessageAndAwaitResponse(request::plain(id));
 }
 
@@ -146,7 +146,8 @@ void PomvarViewModel::updateMenu()
     }
     const MenuDataStatus status = getMenuDataModifiedStatus();
     if (status.appFolderModified) {
-        trace("PomvarViewModel.updateMenu(): The user's Applications folder has been modified; "
+        trace(lcModel(),
+              "PomvarViewModel.updateMenu(): The user's Applications folder has been modified; "
               "starting full rebuild of Pomvar.");
         m_myAppsTreeData.clear();
         m_recentAppsMenuData.clear();
@@ -181,7 +182,7 @@ void PomvarViewModel::collapseAppCats(const std::string& except)
 bool PomvarViewModel::toggleSetAppCategory(const std::string& appKey,
                                            const std::string& appCategory)
 {
-    trace("PomvarViewModel.toggleSetAppCategory(): Sending message 'toggle-set-appcat'");
+    trace(lcModel(), "PomvarViewModel.toggleSetAppCategory(): Sending message 'toggle-set-appcat'");
     const auto reply =
         m_link->sendMessageAndAwaitResponse(request::toggleSetAppcat(appKey, appCategory));
     if (!reply)
@@ -194,7 +195,8 @@ bool PomvarViewModel::toggleSetAppCategory(const std::string& appKey,
 
 std::optional<bool> PomvarViewModel::checkUpdateAvailable()
 {
-    trace("PomvarViewModel.checkUpdateAvailable(): Sending message 'check-update-available'");
+    trace(lcModel(),
+          "PomvarViewModel.checkUpdateAvailable(): Sending message 'check-update-available'");
     const auto reply =
         m_link->sendMessageAndAwaitResponse(request::plain(request::checkUpdateAvailable));
     if (!reply)
@@ -258,13 +260,13 @@ void PomvarViewModel::appUpdateStatusTick(QTimer* timer)
     if (!statusValue)
         fatalStop("PomvarViewModel.startAppUpdateStatusTimer(): the reply has no \"status\"");
     const std::string status = lenient::text(*statusValue);
-    trace("PomvarViewModel.startAppUpdateStatusTimer(): App update status: ", status);
+    trace(lcModel(), "PomvarViewModel.startAppUpdateStatusTimer(): App update status: ", status);
     if (status != updateStatus::noUpdate && status != updateStatus::readyToInstall)
         return;
     timer->stop();
     timer->deleteLater();
     if (status == updateStatus::readyToInstall) {
-        trace("Pomvar: Quitting to install app update.");
+        trace(lcModel(), "Pomvar: Quitting to install app update.");
         if (m_terminateApplication)
             m_terminateApplication();
         else

@@ -2,14 +2,13 @@
 
 #include "tray/SniToolTip.h"
 #include "tray/StatusNotifierItemAdaptor.h"
+#include "tray/TrayLog.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
 #include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
-
-#include <iostream>
 
 namespace pomvar {
 
@@ -90,8 +89,9 @@ void StatusNotifierItem::registerWithWatcher()
         pending, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* call) {
             call->deleteLater();
             if (call->isError())
-                std::cerr << "Pomvar: the tray did not take the icon: "
-                          << call->error().message().toStdString() << std::endl;
+                printWarning(lcTray(),
+                             concat("Pomvar: the tray did not take the icon: ",
+                                    call->error().message().toStdString()));
             else
                 Q_EMIT registered();
         });

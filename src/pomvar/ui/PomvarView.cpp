@@ -1,6 +1,5 @@
 #include "ui/PomvarView.h"
 
-#include "log/Output.h"
 #include "model/PomvarViewModel.h"
 #include "model/UserDefaults.h"
 #include "ui/AppCategoryContextMenu.h"
@@ -14,6 +13,7 @@
 #include "ui/PanelColors.h"
 #include "ui/PanelFonts.h"
 #include "ui/PomvarTitle.h"
+#include "ui/UiLog.h"
 #include "wire/Protocol.h"
 
 #include <QHBoxLayout>
@@ -49,7 +49,7 @@ PomvarView::PomvarView(PomvarViewModel& vm,
     , m_dismiss(std::move(dismiss))
     , m_terminate(std::move(terminate))
 {
-    printLine("PomvarView.init(): Initializing Pomvar view");
+    printLine(lcUi(), "PomvarView.init(): Initializing Pomvar view");
     const long long lastMenu = UserDefaults::lastMenu();
     const UserPrefs& prefs = *requirePrefs(m_vm);
     if (prefs.saveLastMenu) {

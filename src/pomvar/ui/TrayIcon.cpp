@@ -2,6 +2,7 @@
 
 #include "tray/StatusNotifierItem.h"
 #include "ui/Assets.h"
+#include "ui/UiLog.h"
 #include "ui/XEmbedTrayTint.h"
 
 #include <QApplication>
@@ -13,8 +14,6 @@
 #include <QMenu>
 #include <QPalette>
 #include <QTimer>
-
-#include <iostream>
 
 namespace pomvar {
 
@@ -117,7 +116,7 @@ void TrayIcon::showWhenTrayAvailable()
         m_icon->show();
         return;
     }
-    std::cerr << noTrayNotice().toStdString() << std::endl;
+    printWarning(lcUi(), noTrayNotice().toStdString());
     m_trayPoll = new QTimer(this);
     m_trayPoll->setInterval(1000);
     connect(m_trayPoll, &QTimer::timeout, this, [this] {

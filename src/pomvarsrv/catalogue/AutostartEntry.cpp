@@ -19,18 +19,16 @@ namespace pomvar::srv {
 namespace {
 
 // An Exec argument quoted as desktop entries require: within double quotes, with the
-// characters the shell would read escaped.
-QString quoted(const QString& program)
+// characters the shell would read escaped. The key file's own escapes are GKeyFile's.
+QByteArray quoted(const QString& program)
 {
     static const QString reserved = QStringLiteral(" \t\n\"'\\><~|&;$*?#()`");
     if (std::none_of(program.begin(), program.end(), [](QChar c) { return reserved.contains(c); }))
-        return program;
+        return program.toUtf8();
     QString escaped = program;
     for (const QChar c : { u'\\', u'"', u'`', u'$' })
         escaped.replace(c, QStringLiteral("\\") + c);
-    // In a key file, a backslash is itself escaped.
-    QString value = QStringLiteral("\"") + escaped + QStringLiteral("\"");
-    return value.replace(u'\\', QStringLiteral("\\\\"));
+    return (QStringLiteral("\"") + escaped + QStringLiteral("\"")).toUtf8();
 }
 
 } // namespace
@@ -52,34 +50,35 @@ QString AutostartEntry::installedFrontEnd()
 
 bool AutostartEntry::isEnabled() const
 {
-    GKeyFile* file = g_key_file_new();
+    g_autoptr(GKeyFile) file = g_key_file_new();
     const QByteArray path = QFile::encodeName(m_path);
-    bool enabled = g_key_file_load_from_file(file, path.constData(), G_KEY_FILE_NONE, nullptr);
+    if (!g_key_file_load_from_file(file, path.constData(), G_KEY_FILE_NONE, nullptr))
+        return false;
     const char* group = G_KEY_FILE_DESKTOP_GROUP;
-    if (enabled && g_key_file_get_boolean(file, group, G_KEY_FILE_DESKTOP_KEY_HIDDEN, nullptr))
-        enabled = false;
-    GError* missing = nullptr;
+    if (g_key_file_get_boolean(file, group, G_KEY_FILE_DESKTOP_KEY_HIDDEN, nullptr))
+        return false;
+    g_autoptr(GError) missing = nullptr;
     const bool gnome = g_key_file_get_boolean(file, group, "X-GNOME-Autostart-enabled", &missing);
-    if (enabled && !missing && !gnome)
-        enabled = false;
-    g_clear_error(&missing);
-    g_key_file_free(file);
-    return enabled;
+    return missing || gnome;
 }
 
 bool AutostartEntry::setEnabled(bool enabled, const QString& program) const
 {
     if (!enabled)
         return !QFileInfo::exists(m_path) || QFile::remove(m_path);
-    const QString text = QStringLiteral("[Desktop Entry]\n"
-                                        "Type=Application\n"
-                                        "Name=Pomvar\n"
-                                        "Comment=The application launcher in the system tray\n"
-                                        "Exec=%1\n"
-                                        "Terminal=false\n"
-                                        "X-GNOME-Autostart-enabled=true\n")
-                             .arg(quoted(program));
-    return AtomicFile::write(m_path, text.toUtf8());
+    g_autoptr(GKeyFile) file = g_key_file_new();
+    const char* group = G_KEY_FILE_DESKTOP_GROUP;
+    g_key_file_set_string(
+        file, group, G_KEY_FILE_DESKTOP_KEY_TYPE, G_KEY_FILE_DESKTOP_TYPE_APPLICATION);
+    g_key_file_set_string(file, group, G_KEY_FILE_DESKTOP_KEY_NAME, "Pomvar");
+    g_key_file_set_string(
+        file, group, G_KEY_FILE_DESKTOP_KEY_COMMENT, "The application launcher in the system tray");
+    g_key_file_set_string(file, group, G_KEY_FILE_DESKTOP_KEY_EXEC, quoted(program).constData());
+    g_key_file_set_boolean(file, group, G_KEY_FILE_DESKTOP_KEY_TERMINAL, false);
+    g_key_file_set_boolean(file, group, "X-GNOME-Autostart-enabled", true);
+    gsize size = 0;
+    g_autofree gchar* text = g_key_file_to_data(file, &size, nullptr);
+    return AtomicFile::write(m_path, QByteArrayView(text, qsizetype(size)));
 }
 
 } // namespace pomvar::srv

@@ -18,7 +18,7 @@ public:
 
     const QString& path() const { return m_path; }
     bool isEnabled() const;
-    // Writes the entry (AtomicFile) to run `program`, or removes it.
+    // Writes the entry (GKeyFile, then AtomicFile) to run `program`, or removes it.
     bool setEnabled(bool enabled, const QString& program = installedFrontEnd()) const;
 
 private:

@@ -2,11 +2,10 @@
 // its own: help and version, the single-instance PID file over a run and its ends, the arguments
 // the server gets, and the wait for the server's port, its probe's output read, a failure
 // retried, output that is not UTF-8 ending the start. In-process: the command line, the platform
-// under Wayland, the PID file's place, and the detached launch.
+// under Wayland and the PID file's place.
 #include "InstallLayout.h"
 #include "TestDesktop.h"
 #include "app/CommandLine.h"
-#include "app/DetachedProcess.h"
 #include "app/PidFile.h"
 #include "app/PlatformChoice.h"
 
@@ -15,11 +14,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <cerrno>
 #include <csignal>
 #include <map>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 using pomvar::CmdLine;
@@ -137,26 +134,6 @@ private Q_SLOTS:
         qunsetenv("XDG_CACHE_HOME");
         QCOMPARE(PidFile::getPidFilePath(),
                  QDir::homePath().toStdString() + "/.cache/Pomvar4Mac/pomvar.pid");
-    }
-
-    void aDetachedProgramIsNotOurChildAndGetsItsArguments()
-    {
-        const QString out = m_dir.filePath("detached.txt");
-        qputenv("POMVAR_DETACHED_CHECK", "inherited");
-        const std::string script = "printf '%s|' \"$@\" \"$POMVAR_DETACHED_CHECK\" \"$PWD\" "
-                                   "\"$PPID\" > \"$0.tmp\" && mv \"$0.tmp\" \"$0\"";
-        QCOMPARE(pomvar::startDetached("/bin/sh", { "-c", script, out.toStdString(), "a", "b c" }),
-                 std::error_code());
-        QTRY_VERIFY(QFile::exists(out));
-        const QList<QByteArray> fields = TestDesktop::read(out).split('|');
-        QCOMPARE(fields.mid(0, 4),
-                 (QList<QByteArray>{ "a", "b c", "inherited", QDir::currentPath().toUtf8() }));
-        QVERIFY(fields[4] != QByteArray::number(::getpid()));
-        // Nothing of ours is left to reap.
-        QCOMPARE(::waitpid(-1, nullptr, WNOHANG), -1);
-        QCOMPARE(errno, ECHILD);
-        QCOMPARE(pomvar::startDetached(m_dir.filePath("none").toStdString(), {}),
-                 std::make_error_code(std::errc::no_such_file_or_directory));
     }
 
     void printsAndExitsWithoutStartingTheServer_data()

@@ -1,7 +1,8 @@
 // The installed apps as the real server reads them from desktop entries and renders their
 // icons: hidden ones left out, Flatpak's folder, sorting, icon files of the right sizes from the
 // right theme folder, the cache, --refresh, --clear-recent, and a rescan when the entries change.
-// Which entry wins and which are shown is GIO's.
+// Which entry wins and which are shown is GIO's rule, which the server follows reading the entries
+// one at a time: subfolders name ids, a user's entry hides the system's even when it cannot load.
 #include "ServerProcess.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
@@ -41,6 +42,11 @@ private Q_SLOTS:
             { system + "|hicolor-only.desktop", "Name=Hicolor Only\nIcon=pomvar-hicolor.png" },
             { system + "|greeting.desktop", "Name=Hello\nName[de]=Hallo\nIcon=pomvar-png" },
             { system + "|hidden.desktop", "Name=Hidden\nHidden=true" },
+            // A subfolder's entry is named with its path; a user's entry that does not load
+            // still hides the system's of its id.
+            { system + "|nested/entry.desktop", "Name=Nested" },
+            { user + "|masked.desktop", "Name=Masked Mine\nTryExec=/nonexistent/program" },
+            { system + "|masked.desktop", "Name=Masked" },
         };
         for (const auto& [where, lines] : entries)
             QVERIFY(TestDesktop::writeEntry(
@@ -81,8 +87,10 @@ private Q_SLOTS:
             QCOMPARE(QImage(QString::fromStdString(app["iconpath2x"])).size(), QSize(48, 48));
         }
         // Case-insensitive, accents sorted with their letter; the German name (LANGUAGE=de).
-        QCOMPARE(names.join(u'|'),
-                 QStringLiteral("Alpha|delta|\u00c9crire|Flat Pack|Fox|Hallo|Hicolor Only|zeta"));
+        QCOMPARE(
+            names.join(u'|'),
+            QStringLiteral("Alpha|delta|\u00c9crire|Flat Pack|Fox|Hallo|Hicolor Only|Nested|zeta"));
+        QVERIFY(!icon("nested-entry.desktop").isEmpty());
         // No icon and a missing icon share the generic one; one source is rendered once.
         QCOMPARE(icon("delta.desktop"), icon("fox.desktop"));
         QCOMPARE(icon("zeta.desktop"), icon("greeting.desktop"));

@@ -86,7 +86,7 @@ void CatalogueLoader::scanInBackground()
                 // A newer scan has a newer list.
                 if (generation == m_scanGeneration)
                     apply(std::move(*scan));
-                // GIO's listing holds every entry's key file at once: give those pages back.
+                // The scan's lists are gone: give their pages back.
                 ::malloc_trim(0);
             },
             Qt::QueuedConnection);

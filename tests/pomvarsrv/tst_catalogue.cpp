@@ -157,8 +157,9 @@ private Q_SLOTS:
         QProcessEnvironment withExtra;
         withExtra.insert("XDG_DATA_DIRS", system + ":" + extra);
         // Each change is made while the server is stopped: an entry written (removed when null), or
-        // the cache damaged ("flip") or replaced. Then whether the start may use the cache, and the
-        // name All Apps must show (or, after "!", must not).
+        // the cache damaged ("flip" a byte: near its end, or its format version after the 16 bytes
+        // of its magic) or replaced. Then whether the start may use the cache, and the name All
+        // Apps must show (or, after "!", must not).
         const QString apps = system + "/applications/",
                       mine = m_desktop.dataHome() + "/applications/";
         const QByteArray entry = "[Desktop Entry]\nType=Application\nExec=true\nName=";
@@ -168,9 +169,11 @@ private Q_SLOTS:
             { mine + "zeta.desktop", entry + "Zeta Mine", true, "Zeta Mine" },
             { apps + "added.desktop", QByteArray(), true, "!Added" },
             { extra + "/applications/more.desktop", entry + "More", false, "More" },
-            { cache, "flip", false, "More" },
-            { cache, "pomvar-catalogue 1\n", false, "More" },
+            { cache, "flip -3", false, "More" },
+            { cache, "flip 19", false, "More" },
+            { cache, "pomvar-catalogue 2\n", false, "More" },
         };
+        QByteArray header; // of a cache the server wrote
         const auto names = [&] {
             QStringList shown;
             for (const auto& app : ask(rq::getAllAppsMenuData))
@@ -180,9 +183,11 @@ private Q_SLOTS:
         for (const auto& [path, content, fromCache, name] : changes) {
             QVERIFY(m_server->quit() == 0);
             QByteArray bytes = content;
-            if (content == "flip") {
+            if (content.startsWith("flip ")) {
                 bytes = TestDesktop::read(cache);
-                bytes[bytes.size() - 3] = bytes[bytes.size() - 3] ^ 1;
+                header = bytes.left(20);
+                const qsizetype at = content.mid(5).toInt();
+                bytes[(at + bytes.size()) % bytes.size()] ^= 1;
             }
             QVERIFY(content.isNull() ? QFile::remove(path) : TestDesktop::write(path, bytes));
             m_server = std::make_unique<ServerProcess>(
@@ -202,7 +207,8 @@ private Q_SLOTS:
                 30000);
             QVERIFY2(shows(), qPrintable(name));
         }
-        QVERIFY(TestDesktop::read(cache).startsWith("pomvar-catalogue 2\n"));
+        // Written anew in the server's own format.
+        QVERIFY(TestDesktop::read(cache).startsWith(header));
     }
 
 private:

@@ -147,7 +147,7 @@ void CatalogueLoader::renderInBackground(int generation,
 
 void CatalogueLoader::saveCatalogue()
 {
-    if (!m_cache.save(m_environment, { m_model.apps().all(), m_search.entries() }))
+    if (!m_cache.save(m_environment, m_model.apps().all(), m_search.entries()))
         qCWarning(lcCatalogue) << "cannot write the catalogue cache" << m_cache.path();
 }
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the optimised benchmark programs (bench preset) and prints every figure Pomvar tracks,
 # after a description of the machine, so that two runs can be compared:
-#   start-up to tray icon and peak memory of both programs (bench_trayup, own Xvfb and trayer);
+#   start-up to tray icon and peak memory of both programs, the server's with the background check
+#   of its cached catalogue (bench_trayup, own Xvfb and trayer);
 #   first and later panel openings and scrolling at 1,000 and 5,000 apps (bench_panel, Xvfb);
 #   building the menus at 1,000 and 5,000 apps (bench_menu_build);
 #   the search keystroke and window (bench_search, Xvfb);

@@ -1,7 +1,8 @@
 // The installed apps as the real server reads them from desktop entries and renders their
 // icons: hidden ones left out, Flatpak's folder, sorting, icon files of the right sizes from the
 // right theme folder, the cache, --refresh, --clear-recent, and a rescan when the entries change.
-// Which entry wins and which are shown is GIO's.
+// Which entry wins and which are shown is GIO's rule, which the server follows reading the entries
+// one at a time: subfolders name ids, a user's entry hides the system's even when it cannot load.
 #include "IconFiles.h"
 #include "ServerProcess.h"
 #include "SrvClient.h"
@@ -42,6 +43,11 @@ private Q_SLOTS:
             { system + "|hicolor-only.desktop", "Name=Hicolor Only\nIcon=pomvar-hicolor.png" },
             { system + "|greeting.desktop", "Name=Hello\nName[de]=Hallo\nIcon=pomvar-png" },
             { system + "|hidden.desktop", "Name=Hidden\nHidden=true" },
+            // A subfolder's entry is named with its path; a user's entry that does not load
+            // still hides the system's of its id.
+            { system + "|nested/entry.desktop", "Name=Nested" },
+            { user + "|masked.desktop", "Name=Masked Mine\nTryExec=/nonexistent/program" },
+            { system + "|masked.desktop", "Name=Masked" },
         };
         for (const auto& [where, lines] : entries)
             QVERIFY(TestDesktop::writeEntry(
@@ -82,8 +88,10 @@ private Q_SLOTS:
             QCOMPARE(QImage(QString::fromStdString(app["iconpath2x"])).size(), QSize(48, 48));
         }
         // Case-insensitive, accents sorted with their letter; the German name (LANGUAGE=de).
-        QCOMPARE(names.join(u'|'),
-                 QStringLiteral("Alpha|delta|\u00c9crire|Flat Pack|Fox|Hallo|Hicolor Only|zeta"));
+        QCOMPARE(
+            names.join(u'|'),
+            QStringLiteral("Alpha|delta|\u00c9crire|Flat Pack|Fox|Hallo|Hicolor Only|Nested|zeta"));
+        QVERIFY(!icon("nested-entry.desktop").isEmpty());
         // No icon and a missing icon share the generic one; one source is rendered once.
         QCOMPARE(icon("delta.desktop"), icon("fox.desktop"));
         QCOMPARE(icon("zeta.desktop"), icon("greeting.desktop"));
@@ -150,8 +158,9 @@ private Q_SLOTS:
         QProcessEnvironment withExtra;
         withExtra.insert("XDG_DATA_DIRS", system + ":" + extra);
         // Each change is made while the server is stopped: an entry written (removed when null), or
-        // the cache damaged ("flip") or replaced. Then whether the start may use the cache, and the
-        // name All Apps must show (or, after "!", must not).
+        // the cache damaged ("flip" a byte: near its end, or its format version after the 16 bytes
+        // of its magic) or replaced. Then whether the start may use the cache, and the name All
+        // Apps must show (or, after "!", must not).
         const QString apps = system + "/applications/",
                       mine = m_desktop.dataHome() + "/applications/";
         const QByteArray entry = "[Desktop Entry]\nType=Application\nExec=true\nName=";
@@ -161,9 +170,11 @@ private Q_SLOTS:
             { mine + "zeta.desktop", entry + "Zeta Mine", true, "Zeta Mine" },
             { apps + "added.desktop", QByteArray(), true, "!Added" },
             { extra + "/applications/more.desktop", entry + "More", false, "More" },
-            { cache, "flip", false, "More" },
-            { cache, "pomvar-catalogue 1\n", false, "More" },
+            { cache, "flip -3", false, "More" },
+            { cache, "flip 19", false, "More" },
+            { cache, "pomvar-catalogue 2\n", false, "More" },
         };
+        QByteArray header; // of a cache the server wrote
         const auto names = [&] {
             QStringList shown;
             for (const auto& app : ask(rq::getAllAppsMenuData))
@@ -173,9 +184,11 @@ private Q_SLOTS:
         for (const auto& [path, content, fromCache, name] : changes) {
             QVERIFY(m_server->quit() == 0);
             QByteArray bytes = content;
-            if (content == "flip") {
+            if (content.startsWith("flip ")) {
                 bytes = TestDesktop::read(cache);
-                bytes[bytes.size() - 3] = bytes[bytes.size() - 3] ^ 1;
+                header = bytes.left(20);
+                const qsizetype at = content.mid(5).toInt();
+                bytes[(at + bytes.size()) % bytes.size()] ^= 1;
             }
             QVERIFY(content.isNull() ? QFile::remove(path) : TestDesktop::write(path, bytes));
             m_server = std::make_unique<ServerProcess>(
@@ -195,7 +208,8 @@ private Q_SLOTS:
                 30000);
             QVERIFY2(shows(), qPrintable(name));
         }
-        QVERIFY(TestDesktop::read(cache).startsWith("pomvar-catalogue 2\n"));
+        // Written anew in the server's own format.
+        QVERIFY(TestDesktop::read(cache).startsWith(header));
     }
 
 private:

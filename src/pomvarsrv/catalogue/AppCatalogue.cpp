@@ -4,12 +4,12 @@
 
 #include "pomvarsrv/catalogue/AppCatalogue.h"
 
+#include "pomvarsrv/catalogue/DesktopEntries.h"
+
 #include "pomvarsrv/search/NameOrder.h"
 
 #include <QDir>
 #include <QFileInfo>
-
-#include <algorithm>
 
 namespace pomvar::srv {
 
@@ -37,7 +37,7 @@ QString text(gchar* owned)
     return value;
 }
 
-DesktopApp describe(GDesktopAppInfo* info, const char* id, const char* name)
+DesktopApp describe(GDesktopAppInfo* info, const std::string& id, const char* name)
 {
     DesktopApp app;
     app.id = id;
@@ -109,23 +109,21 @@ void AppCatalogue::watch()
     m_handlerId = g_signal_connect(m_monitor, "changed", G_CALLBACK(monitorChanged), this);
 }
 
+void AppCatalogue::forEachApp(const std::function<void(DesktopApp)>& visit)
+{
+    DesktopEntries::forEach([&visit](const std::string& id, GDesktopAppInfo* entry) {
+        if (!g_app_info_should_show(G_APP_INFO(entry)))
+            return;
+        if (const char* name = g_app_info_get_name(G_APP_INFO(entry)))
+            visit(describe(entry, id, name));
+    });
+}
+
 std::vector<DesktopApp> AppCatalogue::listApps()
 {
-    std::vector<DesktopApp> apps;
-    GList* all = g_app_info_get_all();
-    for (GList* item = all; item; item = item->next) {
-        GAppInfo* info = G_APP_INFO(item->data);
-        if (!G_IS_DESKTOP_APP_INFO(info) || !g_app_info_should_show(info))
-            continue;
-        const char* id = g_app_info_get_id(info);
-        const char* name = g_app_info_get_name(info);
-        if (id && name)
-            apps.push_back(describe(G_DESKTOP_APP_INFO(info), id, name));
-    }
-    g_list_free_full(all, g_object_unref);
-
     // By id first, so that apps of the same name always come in the same order.
-    std::sort(apps.begin(), apps.end(), [](const auto& a, const auto& b) { return a.id < b.id; });
+    std::vector<DesktopApp> apps;
+    forEachApp([&apps](DesktopApp app) { apps.push_back(std::move(app)); });
     std::vector<QString> names;
     names.reserve(apps.size());
     for (const auto& app : apps)

@@ -5,13 +5,15 @@
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <vector>
 
 namespace pomvar::srv {
 
 // The installed applications, from the desktop entries through GIO (the XDG data folders in
-// order of precedence; hidden, NoDisplay, OnlyShowIn/NotShowIn and TryExec honoured). Reports
-// changes, debounced: GIO's monitor fires once and is armed again by the next listing.
+// order of precedence; hidden, NoDisplay, OnlyShowIn/NotShowIn and TryExec honoured), read one
+// at a time (DesktopEntries). Reports changes, debounced: GIO's monitor fires once and is armed
+// again by the next listing.
 class AppCatalogue : public QObject
 {
     Q_OBJECT
@@ -28,6 +30,9 @@ public:
 
     // Starts watching the desktop entries; on the main thread, where `changed` is reported.
     void watch();
+    // Calls `visit` with each app to show, one at a time, in the order of their desktop file ids.
+    // Safe on any thread; arms the monitor again.
+    static void forEachApp(const std::function<void(DesktopApp)>& visit);
     // The apps to show, in the reading order of their names (NameOrder). Safe on any thread;
     // arms the monitor again.
     static std::vector<DesktopApp> listApps();

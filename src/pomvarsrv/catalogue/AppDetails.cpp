@@ -4,6 +4,8 @@
 
 #include "pomvarsrv/catalogue/AppDetails.h"
 
+#include "pomvarsrv/catalogue/DesktopEntries.h"
+
 namespace pomvar::srv {
 
 namespace {
@@ -42,14 +44,9 @@ std::optional<AppDetails> AppDetails::read(const QString& desktopId)
 std::map<std::string, QStringList> AppDetails::categoriesOfAll()
 {
     std::map<std::string, QStringList> found;
-    GList* all = g_app_info_get_all();
-    for (GList* item = all; item; item = item->next) {
-        if (!G_IS_DESKTOP_APP_INFO(item->data))
-            continue;
-        if (const char* id = g_app_info_get_id(G_APP_INFO(item->data)))
-            found.emplace(id, categoriesOf(G_DESKTOP_APP_INFO(item->data)));
-    }
-    g_list_free_full(all, g_object_unref);
+    DesktopEntries::forEach([&found](const std::string& id, GDesktopAppInfo* entry) {
+        found.emplace(id, categoriesOf(entry));
+    });
     return found;
 }
 

@@ -5,80 +5,77 @@
 
 #include "pomvarsrv/catalogue/CatalogueCache.h"
 
-#include "pomvarsrv/model/AtomicFile.h"
 #include "wire/Version.h"
 
 #include <QCryptographicHash>
+#include <QDataStream>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
-
-#include <array>
+#include <QSaveFile>
 
 namespace pomvar::srv {
 
 namespace {
 
-constexpr std::string_view kMagic = "pomvar-catalogue 2\n";
-constexpr std::size_t kFields = 11;
-constexpr QChar kKeywordSeparator = u'\x1f';
+constexpr char kMagic[] = "pomvar-catalogue";
+constexpr int kMagicSize = sizeof kMagic - 1;
+// Raised whenever the records change: a file of another format is not read.
+constexpr quint32 kFormat = 3;
+constexpr auto kStreamVersion = QDataStream::Qt_6_4;
 
-// The fields of one app, in the file's order.
-std::array<std::string, kFields> fieldsOf(const AppEntry& app, const DesktopApp& entry)
+QByteArray bytes(const std::string& text)
 {
-    return { app.key,
-             app.name,
-             app.bundleId,
-             app.iconPath,
-             app.iconPath2x,
-             entry.icon.toStdString(),
-             entry.untranslatedName.toStdString(),
-             entry.genericName.toStdString(),
-             entry.keywords.join(kKeywordSeparator).toStdString(),
-             entry.comment.toStdString(),
-             entry.program.toStdString() };
+    return QByteArray::fromStdString(text);
 }
 
-void readApp(const std::array<std::string_view, kFields>& fields, CatalogueCache::Catalogue& into)
+void writeRecord(QDataStream& out, const AppEntry& app, const DesktopApp& entry)
 {
-    const auto text = [&](std::size_t i) {
-        return QString::fromUtf8(fields[i].data(), qsizetype(fields[i].size()));
-    };
-    into.apps.push_back(AppEntry{ std::string(fields[0]),
-                                  std::string(fields[1]),
-                                  std::string(fields[2]),
-                                  std::string(fields[3]),
-                                  std::string(fields[4]) });
+    out << bytes(app.key) << bytes(app.name) << bytes(app.bundleId) << bytes(app.iconPath)
+        << bytes(app.iconPath2x) << entry.icon << entry.untranslatedName << entry.genericName
+        << entry.keywords << entry.comment << entry.program;
+}
+
+bool readRecord(QDataStream& in, CatalogueCache::Catalogue& into)
+{
+    QByteArray key, name, bundleId, iconPath, iconPath2x;
     DesktopApp entry;
-    entry.id = fields[0];
-    entry.name = fields[1];
-    entry.icon = text(5);
-    entry.untranslatedName = text(6);
-    entry.genericName = text(7);
-    entry.keywords = text(8).split(kKeywordSeparator, Qt::SkipEmptyParts);
-    entry.comment = text(9);
-    entry.program = text(10);
+    in >> key >> name >> bundleId >> iconPath >> iconPath2x >> entry.icon >>
+        entry.untranslatedName >> entry.genericName >> entry.keywords >> entry.comment >>
+        entry.program;
+    if (in.status() != QDataStream::Ok)
+        return false;
+    entry.id = key.toStdString();
+    entry.name = name.toStdString();
     into.entries.push_back(std::move(entry));
+    into.apps.push_back(AppEntry{ key.toStdString(),
+                                  name.toStdString(),
+                                  bundleId.toStdString(),
+                                  iconPath.toStdString(),
+                                  iconPath2x.toStdString() });
+    return true;
 }
 
-std::string sha1(std::string_view data)
+// Calls `use` with each app's record in turn.
+template <typename Use>
+bool forEachRecord(const std::vector<AppEntry>& apps,
+                   const std::vector<DesktopApp>& entries,
+                   const Use& use)
 {
-    return QCryptographicHash::hash(QByteArrayView(data.data(), qsizetype(data.size())),
-                                    QCryptographicHash::Sha1)
-        .toHex()
-        .toStdString();
+    if (apps.size() != entries.size())
+        return false;
+    for (std::size_t i = 0; i < apps.size(); ++i)
+        if (!use(CatalogueCache::record(apps[i], entries[i])))
+            return false;
+    return true;
 }
 
-// The next line of `text` without its "\n"; nothing when there is no line feed.
-std::optional<std::string_view> takeLine(std::string_view& text)
+// The SHA-1 of what is left of `file`, read a block at a time.
+QByteArray sha1OfRest(QFile& file)
 {
-    const auto end = text.find('\n');
-    if (end == std::string_view::npos)
-        return std::nullopt;
-    const std::string_view line = text.substr(0, end);
-    text.remove_prefix(end + 1);
-    return line;
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    return hash.addData(&file) ? hash.result() : QByteArray();
 }
 
 } // namespace
@@ -102,11 +99,16 @@ std::string CatalogueCache::environment()
         line.append(*language).append(",");
     line.append("|").append(QLocale().collation().name().toStdString());
     line.append("|").append(QDir::homePath().toStdString());
-    // A line of its own in the file.
-    for (char& c : line)
-        if (c == '\n')
-            c = ' ';
     return line;
+}
+
+QByteArray CatalogueCache::record(const AppEntry& app, const DesktopApp& entry)
+{
+    QByteArray record;
+    QDataStream out(&record, QIODevice::WriteOnly);
+    out.setVersion(kStreamVersion);
+    writeRecord(out, app, entry);
+    return record;
 }
 
 std::optional<CatalogueCache::Catalogue> CatalogueCache::load(const std::string& environment) const
@@ -114,45 +116,53 @@ std::optional<CatalogueCache::Catalogue> CatalogueCache::load(const std::string&
     QFile file(m_path);
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    const QByteArray bytes = file.readAll();
-    std::string_view text(bytes.constData(), std::size_t(bytes.size()));
-    if (!text.starts_with(kMagic))
+    QDataStream in(&file);
+    in.setVersion(kStreamVersion);
+    char magic[kMagicSize];
+    quint32 format = 0;
+    QByteArray savedEnvironment, checksum;
+    if (in.readRawData(magic, kMagicSize) != kMagicSize ||
+        QByteArrayView(magic, kMagicSize) != QByteArrayView(kMagic))
         return std::nullopt;
-    text.remove_prefix(kMagic.size());
-    const auto savedEnvironment = takeLine(text);
-    const auto checksum = takeLine(text);
-    if (!savedEnvironment || *savedEnvironment != environment || !checksum ||
-        *checksum != sha1(text) || (!text.empty() && text.back() != '\0'))
+    in >> format;
+    if (format != kFormat)
+        return std::nullopt;
+    in >> savedEnvironment >> checksum;
+    const qint64 records = file.pos();
+    if (in.status() != QDataStream::Ok || savedEnvironment != bytes(environment) ||
+        checksum != sha1OfRest(file) || !file.seek(records))
         return std::nullopt;
     Catalogue catalogue;
-    std::array<std::string_view, kFields> fields;
-    std::size_t field = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t end = text.find('\0', at);
-        fields[field] = text.substr(at, end - at);
-        at = end + 1;
-        if (++field == kFields) {
-            readApp(fields, catalogue);
-            field = 0;
-        }
-    }
-    if (field != 0)
-        return std::nullopt;
+    while (!in.atEnd())
+        if (!readRecord(in, catalogue))
+            return std::nullopt;
     return catalogue;
 }
 
-bool CatalogueCache::save(const std::string& environment, const Catalogue& catalogue) const
+bool CatalogueCache::save(const std::string& environment,
+                          const std::vector<AppEntry>& apps,
+                          const std::vector<DesktopApp>& entries) const
 {
-    if (catalogue.apps.size() != catalogue.entries.size())
+    QCryptographicHash hash(QCryptographicHash::Sha1);
+    if (!forEachRecord(apps, entries, [&hash](const QByteArray& record) {
+            hash.addData(record);
+            return true;
+        }))
         return false;
-    std::string fields;
-    for (std::size_t i = 0; i < catalogue.apps.size(); ++i) {
-        for (const std::string& field : fieldsOf(catalogue.apps[i], catalogue.entries[i]))
-            fields.append(field).push_back('\0');
-    }
-    std::string text(kMagic);
-    text.append(environment).append("\n").append(sha1(fields)).append("\n").append(fields);
-    return AtomicFile::write(m_path, QByteArrayView(text.data(), qsizetype(text.size())));
+    const QByteArray checksum = hash.result();
+    // Written as it is made, and replaced whole or not at all.
+    QDir().mkpath(QFileInfo(m_path).path());
+    QSaveFile file(m_path);
+    if (!file.open(QIODevice::WriteOnly))
+        return false;
+    QDataStream out(&file);
+    out.setVersion(kStreamVersion);
+    out.writeRawData(kMagic, kMagicSize);
+    out << kFormat << bytes(environment) << checksum;
+    const bool written = forEachRecord(apps, entries, [&file](const QByteArray& record) {
+        return file.write(record) == record.size();
+    });
+    return written && out.status() == QDataStream::Ok && file.commit();
 }
 
 } // namespace pomvar::srv

@@ -3,6 +3,7 @@
 #include "pomvarsrv/model/AppEntry.h"
 #include "pomvarsrv/model/DesktopApp.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <optional>
@@ -14,13 +15,13 @@ namespace pomvar::srv {
 // The last catalogue, with its icon renders, in $XDG_CACHE_HOME/pomvar/catalogue, so that a
 // start can serve at once and check it afterwards. It is tied to what shaped it (the version,
 // the XDG data folders, the desktop, the languages, the collation): under anything else it is
-// not used. The file is written atomically and carries a SHA-1 of its content, so a damaged or
+// not used. The file is written atomically and carries a SHA-1 of its records, so a damaged or
 // foreign file is never trusted.
 //
-// Layout: "pomvar-catalogue 2\n", the environment line, the hex SHA-1 of what follows and "\n",
-// then the fields of each app, each ended by a NUL: the menu's (key, name, bundle id, icon
-// paths), then the search's (icon key, untranslated name, generic name, keywords separated by
-// U+001F, comment, program). GIO hands out C strings, so no field holds a NUL.
+// A QDataStream (Qt 6.4's): the magic "pomvar-catalogue", the format version (quint32), the
+// environment line and the SHA-1 (QByteArray each), then one record per app up to the end: the
+// menu's fields (key, name, bundle id, icon paths; QByteArray each), then the search's (icon key,
+// untranslated name, generic name; QString each; keywords, QStringList; comment, program).
 class CatalogueCache
 {
 public:
@@ -38,10 +39,15 @@ public:
         std::vector<DesktopApp> entries;
     };
 
+    // One app as the file holds it.
+    static QByteArray record(const AppEntry& app, const DesktopApp& entry);
+
     // The catalogue saved under `environment`; nothing when the file is missing, damaged,
-    // foreign or from another environment.
+    // foreign, of another format or from another environment.
     std::optional<Catalogue> load(const std::string& environment) const;
-    bool save(const std::string& environment, const Catalogue& catalogue) const;
+    bool save(const std::string& environment,
+              const std::vector<AppEntry>& apps,
+              const std::vector<DesktopApp>& entries) const;
 
 private:
     QString m_path;

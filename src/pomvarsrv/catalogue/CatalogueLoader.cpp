@@ -1,5 +1,6 @@
 #include "pomvarsrv/catalogue/CatalogueLoader.h"
 
+#include "pomvarsrv/catalogue/CatalogueDigest.h"
 #include "pomvarsrv/catalogue/CatalogueLog.h"
 #include "pomvarsrv/catalogue/IconTheme.h"
 #include "pomvarsrv/model/ServerModel.h"
@@ -40,7 +41,7 @@ CatalogueLoader::CatalogueLoader(ServerModel& model, AppSearch& search, QObject*
     m_renderPool.setMaxThreadCount(1);
     connect(&m_catalogue, &AppCatalogue::changed, this, [this] {
         qCInfo(lcCatalogue) << "the installed apps changed";
-        scanInBackground();
+        scanInBackground(false);
     });
 }
 
@@ -66,27 +67,31 @@ void CatalogueLoader::load(bool refresh)
         qCInfo(lcCatalogue) << m_model.apps().size() << "apps loaded in" << clock.elapsed()
                             << "ms from the catalogue cache; checking it in the background";
         // Once the front end, starting meanwhile, has had the processor for its first build.
-        QTimer::singleShot(kCheckDelayMs, this, &CatalogueLoader::scanInBackground);
+        QTimer::singleShot(kCheckDelayMs, this, [this] { scanInBackground(true); });
     } else {
         apply(CatalogueScan::run(IconTheme::userThemeName(), m_icons));
         qCInfo(lcCatalogue) << m_model.apps().size() << "apps loaded in" << clock.elapsed() << "ms";
     }
 }
 
-void CatalogueLoader::scanInBackground()
+void CatalogueLoader::scanInBackground(bool compareFirst)
 {
     const int generation = ++m_scanGeneration;
     const QString themeName = IconTheme::userThemeName();
-    m_scanPool.start([this, generation, themeName, icons = m_icons] {
+    const QByteArray inUse =
+        compareFirst ? CatalogueDigest::of(m_model.apps().all(), m_search.entries()) : QByteArray();
+    m_scanPool.start([this, generation, themeName, icons = m_icons, inUse] {
         yieldToOthers();
-        auto scan = std::make_shared<CatalogueScan>(CatalogueScan::run(themeName, icons));
+        auto scan = std::make_shared<CatalogueScan>(
+            inUse.isEmpty() ? CatalogueScan::run(themeName, icons)
+                            : CatalogueScan::runUnlessSame(themeName, icons, inUse));
         QMetaObject::invokeMethod(
             this,
             [this, generation, scan] {
                 // A newer scan has a newer list.
                 if (generation == m_scanGeneration)
                     apply(std::move(*scan));
-                // GIO's listing holds every entry's key file at once: give those pages back.
+                // The scan's lists are gone: give their pages back.
                 ::malloc_trim(0);
             },
             Qt::QueuedConnection);
@@ -99,10 +104,11 @@ void CatalogueLoader::apply(CatalogueScan scan)
     qCInfo(lcCatalogue).noquote() << scan.summary;
     m_genericIcons = scan.generic;
     // Unchanged apps keep the menus as the front end has them, and the cache as it is.
-    const bool appsChanged = !m_model.isReady() || scan.apps != m_model.apps().all();
-    const bool entriesChanged = scan.entries != m_search.entries();
+    const bool appsChanged =
+        !m_model.isReady() || (!scan.unchanged && scan.apps != m_model.apps().all());
+    const bool entriesChanged = !scan.unchanged && scan.entries != m_search.entries();
     if (entriesChanged)
-        m_search.setCatalogue(std::move(scan.entries), std::move(scan.index));
+        m_search.setEntries(std::move(scan.entries));
     if (appsChanged)
         m_model.setApps(InstalledApps(std::move(scan.apps)));
     // Now, not after the renders: a start cut short still leaves the next one a catalogue.
@@ -147,7 +153,7 @@ void CatalogueLoader::renderInBackground(int generation,
 
 void CatalogueLoader::saveCatalogue()
 {
-    if (!m_cache.save(m_environment, { m_model.apps().all(), m_search.entries() }))
+    if (!m_cache.save(m_environment, m_model.apps().all(), m_search.entries()))
         qCWarning(lcCatalogue) << "cannot write the catalogue cache" << m_cache.path();
 }
 

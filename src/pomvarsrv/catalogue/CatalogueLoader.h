@@ -38,7 +38,9 @@ public:
 
 private:
     // Lists the apps on a worker thread; applies the result unless a newer scan started.
-    void scanInBackground();
+    // `compareFirst`: the scan first compares the entries with the catalogue in use (a start's
+    // check of its cache), and lists them only when they differ.
+    void scanInBackground(bool compareFirst);
     void apply(CatalogueScan scan);
     void renderInBackground(int generation, std::vector<CatalogueScan::MissingIcon> missing);
     void saveCatalogue();

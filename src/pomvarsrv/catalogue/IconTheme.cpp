@@ -19,6 +19,29 @@ namespace {
 
 using Groups = QMap<QString, QHash<QString, QString>>;
 
+constexpr const char* kExtensions[] = { ".png", ".svg", ".xpm" };
+
+// Whether a file of a theme's folder is an icon: an image of an extension above, in any case, as
+// QDir's name filters match.
+bool isIconFile(const QString& file)
+{
+    for (const char* extension : kExtensions)
+        if (file.endsWith(QLatin1String(extension), Qt::CaseInsensitive))
+            return true;
+    return false;
+}
+
+// The index of `value` in the short `list`, appended when missing.
+int indexIn(QStringList& list, const QString& value)
+{
+    qsizetype at = list.indexOf(value);
+    if (at < 0) {
+        at = list.size();
+        list.append(value);
+    }
+    return int(at);
+}
+
 // Reads a key file (index.theme, kdeglobals) with GLib's parser; an unreadable file gives no
 // groups.
 Groups readIni(const QString& path)
@@ -169,7 +192,7 @@ bool IconTheme::loadTheme(const QString& name, const QStringList& iconDirs)
     if (index.isEmpty())
         return false;
 
-    Theme theme{ name, {} };
+    Theme theme{ name, {}, {}, {} };
     const auto& head = index.value(QStringLiteral("Icon Theme"));
     QStringList directories = listValue(head, QStringLiteral("Directories"));
     directories += listValue(head, QStringLiteral("ScaledDirectories"));
@@ -188,15 +211,18 @@ bool IconTheme::loadTheme(const QString& name, const QStringList& iconDirs)
                      : type == QStringLiteral("Scalable") ? Candidate::Type::scalable
                                                           : Candidate::Type::threshold;
         for (const auto& root : roots) {
-            QDirIterator files(
-                root + u'/' + directory,
-                { QStringLiteral("*.png"), QStringLiteral("*.svg"), QStringLiteral("*.xpm") },
-                QDir::Files);
+            const QString folder = root + u'/' + directory;
+            proto.folder = int(theme.folders.size());
+            theme.folders.append(folder + u'/');
+            QDirIterator files(folder, QDir::Files);
             while (files.hasNext()) {
-                Candidate candidate = proto;
-                candidate.path = files.next();
+                files.next();
                 const QString file = files.fileName();
-                theme.icons[file.left(file.size() - 4)].push_back(std::move(candidate));
+                if (!isIconFile(file))
+                    continue;
+                Candidate candidate = proto;
+                candidate.extension = indexIn(theme.extensions, file.right(4));
+                theme.icons[file.left(file.size() - 4)].push_back(candidate);
             }
         }
     }
@@ -224,10 +250,10 @@ QString IconTheme::find(const QString& name, int size) const
             }
         }
         if (best)
-            return best->path;
+            return theme.folders[best->folder] + name + theme.extensions[best->extension];
     }
     for (const auto& dir : m_pixmapDirs) {
-        for (const auto* extension : { ".png", ".svg", ".xpm" }) {
+        for (const auto* extension : kExtensions) {
             const QString path = dir + u'/' + name + QLatin1String(extension);
             if (QFileInfo::exists(path))
                 return path;

@@ -28,10 +28,14 @@ public:
     QStringList themeNames() const;
 
 private:
+    // One file of an icon: its folder and extension (indices in its theme's lists) with the
+    // folder's sizes. Paths are made when found, so that an index of thousands of files stays
+    // small.
     struct Candidate
     {
-        QString path;
         int distanceAt(int size) const;
+        int folder = 0;
+        int extension = 0;
         int size = 0;
         int minSize = 0;
         int maxSize = 0;
@@ -46,6 +50,8 @@ private:
     struct Theme
     {
         QString name;
+        QStringList folders;    // each ending with '/'
+        QStringList extensions; // ".png", ".svg", ...
         QHash<QString, std::vector<Candidate>> icons;
     };
 

@@ -58,7 +58,10 @@ std::string autostartEntry()
 
 std::string pidFile()
 {
-    return cacheHome() + "/Pomvar4Mac/pomvar.pid";
+    // The runtime folder is emptied at logout: a file left by a crash cannot outlive the login.
+    if (const char* runtime = std::getenv("XDG_RUNTIME_DIR"); runtime && runtime[0] == '/')
+        return std::string(runtime) + "/pomvar/pomvar.pid";
+    return cacheHome() + "/pomvar/pomvar.pid";
 }
 
 } // namespace pomvar::paths

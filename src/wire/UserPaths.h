@@ -21,7 +21,8 @@ std::string catalogueCache();
 std::string iconCacheDir();
 // The XDG autostart entry that starts Pomvar at login.
 std::string autostartEntry();
-// The front end's PID file, whose presence marks a running front end.
+// The front end's PID file, whose presence marks a running front end: in $XDG_RUNTIME_DIR/pomvar,
+// or $XDG_CACHE_HOME/pomvar without a runtime folder.
 std::string pidFile();
 
 } // namespace pomvar::paths

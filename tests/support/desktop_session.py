@@ -131,7 +131,7 @@ class DesktopSession:
                         GSETTINGS_BACKEND="memory", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1")
         self.env.pop("POMVARSRV_PORT", None)
         os.makedirs(self.env["XDG_RUNTIME_DIR"], mode=0o700)
-        self.pid_file = f"{home}/.cache/Pomvar4Mac/pomvar.pid"
+        self.pid_file = f"{self.root}/run/pomvar/pomvar.pid"
         self.shown = f"{self.root}/notifications.jsonl"
         Atspi.init()
         # Popups (the panel, its menus) are not in the tree: what takes the focus is heard.

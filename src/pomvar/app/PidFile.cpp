@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QSaveFile>
 
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -18,6 +19,8 @@ namespace pomvar {
 namespace {
 
 char g_signalPidFilePath[PATH_MAX] = {};
+// Whether this process wrote the file and has not removed it: only then is it ours to remove.
+std::atomic<bool> g_owned = false;
 
 } // namespace
 
@@ -43,9 +46,12 @@ void PidFile::create()
 
     const std::string folder = getCacheDirPath();
     struct stat info;
-    if (::lstat(folder.c_str(), &info) != 0 && ::mkdir(folder.c_str(), 0777) != 0)
+    // Private to the user: the folder is made, but not the folders above it.
+    if (::lstat(folder.c_str(), &info) != 0 && ::mkdir(folder.c_str(), 0700) != 0)
         trace(lcApp(),
-              "⚠️ Pomvar: Failed to create folder under ~/Library/Caches: ",
+              "⚠️ Pomvar: Failed to create folder under ",
+              folder.substr(0, folder.rfind('/')),
+              ": ",
               std::strerror(errno));
 
     // Written through a temporary file that then replaces the target.
@@ -53,10 +59,12 @@ void PidFile::create()
     const QByteArray content = QByteArray::number(pid);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit())
         trace(lcApp(), "⚠️ Pomvar: Cannot write pid file!");
+    g_owned = true;
 }
 
 void PidFile::deleteFile()
 {
+    g_owned = false;
     if (::unlink(getPidFilePath().c_str()) != 0)
         trace(lcApp(), "Pomvar: Failed to delete pid file: ", std::strerror(errno));
 }
@@ -71,7 +79,8 @@ void PidFile::prepareSignalHandlerPath()
 
 void PidFile::deleteFromSignalHandler() noexcept
 {
-    if (g_signalPidFilePath[0] == '\0' || ::unlink(g_signalPidFilePath) == 0)
+    if (!g_owned.exchange(false) || g_signalPidFilePath[0] == '\0' ||
+        ::unlink(g_signalPidFilePath) == 0)
         return;
     const int error = errno;
     if constexpr (kTracing)

@@ -4,8 +4,8 @@
 
 namespace pomvar {
 
-// The PID file: this process's number in the user's cache folder. Its mere presence marks a
-// running front end. Used only through its static operations.
+// The PID file: this process's number in the user's runtime folder (UserPaths). Its mere
+// presence marks a running front end. Used only through its static operations.
 class PidFile
 {
 public:
@@ -16,16 +16,17 @@ public:
     static void create();
     // Removes the file. Failures, a missing file included, are traced only.
     static void deleteFile();
-    // <cache folder>/Pomvar4Mac/pomvar.pid
+    // <runtime folder>/pomvar/pomvar.pid
     static std::string getPidFilePath();
 
     // Computes the path once, for deleteFromSignalHandler(). Call before installing handlers.
     static void prepareSignalHandlerPath();
-    // deleteFile() for signal context: async-signal-safe.
+    // deleteFile() for signal context: async-signal-safe; only a file this process wrote, and
+    // only once.
     static void deleteFromSignalHandler() noexcept;
 
 private:
-    // <cache folder>/Pomvar4Mac
+    // <runtime folder>/pomvar
     static std::string getCacheDirPath();
 };
 

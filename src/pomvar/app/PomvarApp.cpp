@@ -5,6 +5,7 @@
 #include "app/Execute.h"
 #include "app/PidFile.h"
 #include "app/SignalSafe.h"
+#include "log/ProcessEnd.h"
 #include "model/PomvarViewModel.h"
 #include "wire/Protocol.h"
 #include "wire/RuntimeEndpoint.h"
@@ -24,12 +25,22 @@ namespace pomvar {
 
 namespace {
 
+// Interrupted, terminated or trapped: the PID file goes, then the process exits with status 1.
 void onSignal(int signal)
 {
     if constexpr (kTracing)
         signal_safe::writeLine("Pomvar: Received signal: ", static_cast<long>(signal));
     PidFile::deleteFromSignalHandler();
     ::_exit(1);
+}
+
+// A hang-up (the terminal closed) or a quit: the PID file goes, then the signal ends the process
+// as it would have without a handler.
+void onEndingSignal(int signal)
+{
+    PidFile::deleteFromSignalHandler();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
 }
 
 } // namespace
@@ -43,6 +54,9 @@ PomvarApp::PomvarApp(std::vector<std::string> arguments)
     trace(lcApp(), "Pomvar: Waiting for Pomvar/RT to start...");
     launchPomvarRT(args);
     PidFile::create();
+    // Every later end removes the file: a fatal stop, a refused connection, exit() (Qt's, when
+    // the display connection is lost).
+    ProcessEnd::setCleanup(&PidFile::deleteFromSignalHandler);
     waitForRTStartup();
 }
 
@@ -53,6 +67,8 @@ void PomvarApp::initExecEnv()
     PidFile::prepareSignalHandlerPath();
     for (const int signal : { SIGINT, SIGTERM, SIGTRAP })
         std::signal(signal, onSignal);
+    for (const int signal : { SIGHUP, SIGQUIT })
+        std::signal(signal, onEndingSignal);
 
     struct stat info;
     if (::stat(PidFile::getPidFilePath().c_str(), &info) == 0) {

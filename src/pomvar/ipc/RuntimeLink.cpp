@@ -4,6 +4,7 @@
 #include "ipc/JsonDocument.h"
 #include "ipc/RecordReader.h"
 #include "ipc/RuntimeConnection.h"
+#include "log/ProcessEnd.h"
 #include "wire/Frame.h"
 #include "wire/Protocol.h"
 #include "wire/Utf8.h"
@@ -37,6 +38,7 @@ RuntimeLink::RuntimeLink(PomvarRT srv)
             case State::waiting:
                 if (error == std::errc::connection_refused) {
                     printLine(lcIpc(), concat("Pomvar: PomvarViewModel: Error: ", error.message()));
+                    ProcessEnd::cleanUp();
                     ::_exit(1);
                 }
                 fatalStop(concat("Pomvar: PomvarViewModel: Error: ", error.message()));

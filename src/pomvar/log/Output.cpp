@@ -1,5 +1,7 @@
 #include "log/Output.h"
 
+#include "log/ProcessEnd.h"
+
 #include <QByteArrayView>
 
 #include <cerrno>
@@ -71,6 +73,8 @@ void fatalStop(std::string_view message)
     text.append(message);
     text.push_back('\n');
     writeAll(STDERR_FILENO, text);
+    // The PID file first: the stop must not refuse every later start.
+    ProcessEnd::cleanUp();
     std::abort();
 }
 

@@ -34,7 +34,7 @@ public:
     // `refresh`: every icon is rendered again and the catalogue cache is not used.
     void load(bool refresh);
     // Lists the apps again in the background: icons gone are rendered again.
-    void rescan() { scanInBackground(); }
+    void rescan() { scanInBackground(false); }
 
 private:
     // Lists the apps on a worker thread; applies the result unless a newer scan started.

@@ -12,12 +12,6 @@ AppSearch::AppSearch(const ServerModel& model)
     : m_model(model)
 {}
 
-void AppSearch::setCatalogue(std::vector<DesktopApp> entries, SearchIndex index)
-{
-    m_entries = std::move(entries);
-    m_index = std::move(index);
-}
-
 void AppSearch::setEntries(std::vector<DesktopApp> entries)
 {
     m_index.setApps(entries);

@@ -27,10 +27,7 @@ public:
 
     explicit AppSearch(const ServerModel& model);
 
-    // The entries in the catalogue's order and their index, prepared together (on a scanning
-    // thread, for instance).
-    void setCatalogue(std::vector<DesktopApp> entries, SearchIndex index);
-    // Indexes the entries here.
+    // The entries in the catalogue's order, indexed for the search.
     void setEntries(std::vector<DesktopApp> entries);
     const std::vector<DesktopApp>& entries() const { return m_entries; }
     const DesktopApp* entryOf(const std::string& appkey) const;

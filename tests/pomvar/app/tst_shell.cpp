@@ -26,7 +26,7 @@ using pomvar::test::TestDesktop;
 
 namespace {
 
-const QString kPid = "home/.cache/Pomvar4Mac/pomvar.pid";
+const QString kPid = "pomvar/pomvar.pid";
 const QByteArray kRunning = "Pomvar for Mac is already running.\n";
 const QByteArray kHelp = "Pomvar for Mac: the customizable app launcher for macOS\n\n"
                          "usage: pomvar [options]\n"
@@ -106,34 +106,37 @@ private Q_SLOTS:
     }
     void pidFile()
     {
-        qputenv("XDG_CACHE_HOME", m_dir.path().toUtf8());
-        const QString path = m_dir.filePath("Pomvar4Mac/pomvar.pid");
+        // In the runtime folder, else in the cache folder; the folder private to the user.
+        qputenv("XDG_RUNTIME_DIR", m_dir.path().toUtf8());
+        const QString path = m_dir.filePath("pomvar/pomvar.pid");
         QCOMPARE(QString::fromStdString(PidFile::getPidFilePath()), path);
         // Its folder is made, nothing left over from the atomic write (the number in it and its
         // deletion at a signal: signalsEndARun).
         PidFile::create();
-        QCOMPARE(
-            QDir(m_dir.filePath("Pomvar4Mac")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
-            QStringList{ "pomvar.pid" });
+        QCOMPARE(QDir(m_dir.filePath("pomvar")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+                 QStringList{ "pomvar.pid" });
         struct stat folder;
-        const mode_t umask = ::umask(0);
-        ::umask(umask);
-        QCOMPARE(::stat(QFile::encodeName(m_dir.filePath("Pomvar4Mac")), &folder), 0);
-        QCOMPARE(folder.st_mode & 07777, 0777 & ~umask);
+        QCOMPARE(::stat(QFile::encodeName(m_dir.filePath("pomvar")), &folder), 0);
+        QCOMPARE(folder.st_mode & 07777, 0700);
         PidFile::deleteFile();
         QVERIFY(!QFile::exists(path));
-        // The signal handler deletes the file at the path taken beforehand.
+        // The signal handler deletes the file at the path taken beforehand, once, and only a file
+        // this process wrote.
         PidFile::create();
         PidFile::prepareSignalHandlerPath();
-        qputenv("XDG_CACHE_HOME", m_dir.filePath("absent").toUtf8());
+        qputenv("XDG_RUNTIME_DIR", m_dir.filePath("absent").toUtf8());
         PidFile::deleteFromSignalHandler();
         QVERIFY(!QFile::exists(path));
-        // A missing cache folder is not created.
+        QVERIFY(pomvar::test::TestDesktop::write(path, "1"));
+        PidFile::deleteFromSignalHandler();
+        QVERIFY(QFile::exists(path));
+        // A missing runtime folder is not created.
         PidFile::create();
         QVERIFY(!QFile::exists(m_dir.filePath("absent")));
+        qunsetenv("XDG_RUNTIME_DIR");
+        qputenv("XDG_CACHE_HOME", m_dir.path().toUtf8());
+        QCOMPARE(QString::fromStdString(PidFile::getPidFilePath()), path);
         qunsetenv("XDG_CACHE_HOME");
-        QCOMPARE(PidFile::getPidFilePath(),
-                 QDir::homePath().toStdString() + "/.cache/Pomvar4Mac/pomvar.pid");
     }
 
     void printsAndExitsWithoutStartingTheServer_data()

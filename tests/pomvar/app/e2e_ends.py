@@ -1,0 +1,171 @@
+#!/usr/bin/python3
+# Pomvar never stays away (desktop_session, the real programs): one table of the ways the front
+# end ends, each followed by the next start. After every end no PID file is left, so the next
+# start works; the front end's exit status is the one each way gives.
+# usage: e2e_ends.py <build tree> <the next version's install tree>
+import os, signal, socket, subprocess, sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "support"))
+from desktop_session import DesktopSession, press, waited  # noqa: E402
+
+tree, next_tree = sys.argv[1:3]
+session = DesktopSession(entries={"alpha": "Name=Alpha\nIcon=text-editor\nExec=true"})
+session.install(tree)
+settings = f"{session.env['XDG_CONFIG_HOME']}/pomvar/pomvar.ini"
+tools = f"{session.root}/tools"
+os.makedirs(tools)
+
+
+def programs():
+    """The pids of the programs running from the prefix."""
+    found = []
+    for pid in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            if os.readlink(f"/proc/{pid}/exe").startswith(session.prefix + "/"):
+                found.append(int(pid))
+        except OSError:
+            pass
+    return found
+
+
+def stop_programs():
+    for pid in programs():
+        os.kill(pid, signal.SIGKILL)
+    waited(lambda: not programs() and not session.listeners(), 30) or session.fail("not stopped")
+
+
+def signalled(sig):
+    def end():
+        front_end = start()
+        front_end.send_signal(sig)
+        return front_end
+    return end
+
+
+def fatal_stop():
+    # A menu the panel does not have, in its own settings: it stops on purpose when it opens.
+    front_end = start()
+    with open(settings, "w") as f:
+        f.write("[General]\nLastMenu=9\n")
+    icon = waited(lambda: next((w for w in session._windows() if max(w[3:]) <= 64), None), 30)
+    session._xdotool("mousemove", "--window", icon[0], "8", "8", "click", "1")
+    return front_end
+
+
+def refused():
+    # A server that listens until the probe has seen it, then is gone: the front end's
+    # connection is refused.
+    stop_programs()
+    with open(f"{tools}/lsof", "w") as f:
+        f.write(f'#!/bin/sh\nout=$(/usr/bin/lsof "$@")\n[ -n "$out" ] && touch {tools}/probed\n'
+                'printf "%s" "$out"\n')
+    with open(f"{session.prefix}/libexec/pomvar/pomvarsrv", "w") as f:
+        f.write(f"#!/usr/bin/python3\nimport os, socket, time\ns = socket.create_server("
+                f"('127.0.0.1', 50818))\nwhile not os.path.exists('{tools}/probed'):\n"
+                "    time.sleep(0.01)\n")
+    os.chmod(f"{tools}/lsof", 0o755)
+    os.chmod(f"{session.prefix}/libexec/pomvar/pomvarsrv", 0o755)
+    return start_by_hand()
+
+
+def port_taken():
+    stop_programs()
+    holder = socket.create_server(("127.0.0.1", 50818))
+    front_end = start_by_hand()
+    if not waited(lambda: front_end.poll() is not None, 30):
+        session.fail("the front end waits for a port another program holds")
+    holder.close()
+    said = "Pomvar cannot start"
+    if not waited(lambda: any(n["summary"] == said for n in session.notifications())):
+        session.fail(f"no notification {said!r}: {session.notifications()}")
+    return front_end
+
+
+def icon_deleted():
+    front_end = start()
+    session.open_panel()
+    session.keys("Escape")
+    icons = f"{session.env['XDG_CACHE_HOME']}/pomvar/icons"
+    for name in os.listdir(icons):
+        os.remove(f"{icons}/{name}")
+    session.open_panel()
+    if front_end.poll() is not None:
+        session.fail("the front end stopped on an icon file that was deleted")
+    session.keys("Escape")
+    front_end.send_signal(signal.SIGTERM)
+    return front_end
+
+
+def update():
+    front_end = start()
+    session.install(next_tree)
+    session.request('{\n    "id": "check-updates"\n}')
+    press(session.found(session.window("Pomvar Updates"), "push button", "Restart Pomvar"))
+    new = waited(lambda: front_end.poll() is not None and session.front_end_pid(), 60)
+    waited(lambda: new in programs() and session.listeners(), 30) or session.fail("no restart")
+    os.kill(new, signal.SIGTERM)
+    waited(lambda: new not in programs(), 30)
+    session.install(tree)
+    return front_end
+
+
+def display_lost():
+    front_end = start()
+    xvfb = session.children[-1]
+    display = os.environ["DISPLAY"]
+    xvfb.kill()
+    xvfb.wait()
+    session.children[-1] = subprocess.Popen(["Xvfb", display, "-screen", "0", "1280x800x24",
+                                             "-nolisten", "tcp"])
+    session.children.remove(session.trayer)
+    session.trayer = None
+    return front_end
+
+
+def start_by_hand():
+    env = dict(session.env, PATH=f"{tools}:{session.env['PATH']}")
+    return session._spawn([f"{session.prefix}/bin/pomvar"], env=env, log="pomvar")
+
+
+def start():
+    """A start as the user makes it, once the one before has ended: the front end, once it is
+    connected to a runtime server (its own, or the one still running)."""
+    front_end = start_by_hand()
+    connected = ["lsof", "-a", "-p", str(front_end.pid), "-iTCP:50818", "-sTCP:ESTABLISHED"]
+    if not waited(lambda: subprocess.run(connected, capture_output=True).stdout, 60):
+        session.fail(f"the start after {name} did not work")
+    return front_end
+
+
+# The way of ending (it returns the front end it ended); the front end's exit status.
+ENDS = [
+    ("SIGINT", signalled(signal.SIGINT), 1),
+    ("SIGTERM", signalled(signal.SIGTERM), 1),
+    ("SIGTRAP", signalled(signal.SIGTRAP), 1),
+    ("SIGHUP", signalled(signal.SIGHUP), -signal.SIGHUP),
+    ("SIGQUIT", signalled(signal.SIGQUIT), -signal.SIGQUIT),
+    ("a fatal stop", fatal_stop, -signal.SIGABRT),
+    ("SIGKILL", signalled(signal.SIGKILL), -signal.SIGKILL),
+    ("a refused connection", refused, 1),
+    ("the port held by another program", port_taken, 1),
+    ("a deleted icon file", icon_deleted, 1),
+    ("the update restart", update, 0),
+    ("the display lost", display_lost, 1),
+]
+session.start().send_signal(signal.SIGTERM)  # the tray host and notifications for the rest
+name = "the first start"
+for name, end, status in ENDS:
+    front_end = end()
+    if not waited(lambda: front_end.poll() is not None, 60):
+        session.fail(f"{name}: the front end did not end")
+    if front_end.returncode != status:
+        session.fail(f"{name}: the front end ended with {front_end.returncode}, not {status}")
+    if not waited(lambda: not os.path.exists(session.pid_file), 10):
+        session.fail(f"{name}: the PID file is left")
+    if os.path.exists(f"{tools}/lsof"):
+        os.remove(f"{tools}/lsof")
+        session.install(tree)
+    if os.path.exists(settings):
+        os.remove(settings)
+start()
+session.finish(f"after each of {len(ENDS)} ends no PID file was left, and Pomvar started again")

@@ -373,7 +373,12 @@ class DesktopSession:
         return waited(lambda: find(node, role, name)) or self.fail(f"no {role} named {name!r}")
 
     def check_named(self, node):
-        role = unnamed(node)
+        def walk():
+            try:
+                return [unnamed(node)]
+            except GLib.Error:  # a node went away during the walk (a list filled anew)
+                return None
+        role = (waited(walk) or self.fail("the window's nodes kept changing"))[0]
         if role:
             self.fail(f"a {role} without a name in {node.get_name()!r}")
 

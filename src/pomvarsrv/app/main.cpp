@@ -25,18 +25,24 @@ namespace {
 constexpr auto kEndingServerWait = std::chrono::seconds(5);
 constexpr auto kPortRetry = std::chrono::milliseconds(50);
 
-// Opens the port; while an ending Pomvar server of this user still holds it, tries again.
-LoopbackSockets::Result openPort(quint16 port, std::vector<int>& sockets, std::string& notes)
+// Opens the port; while an ending Pomvar server of this user still holds it, tries again, for a
+// while. What holds it when it cannot be opened.
+LoopbackSockets::Result openPort(quint16 port,
+                                 std::vector<int>& sockets,
+                                 std::string& notes,
+                                 PortHolder& holder)
 {
-    LoopbackSockets::Result result = LoopbackSockets::open(port, sockets, notes);
     const auto deadline = std::chrono::steady_clock::now() + kEndingServerWait;
-    while (result == LoopbackSockets::Result::portTaken &&
-           PortHolder::of(port).kind == PortHolder::Kind::ourServer &&
-           std::chrono::steady_clock::now() < deadline) {
+    for (;;) {
+        const LoopbackSockets::Result result = LoopbackSockets::open(port, sockets, notes);
+        if (result != LoopbackSockets::Result::portTaken)
+            return result;
+        holder = PortHolder::of(port);
+        if (holder.kind != PortHolder::Kind::ourServer ||
+            std::chrono::steady_clock::now() >= deadline)
+            return result;
         std::this_thread::sleep_for(kPortRetry);
-        result = LoopbackSockets::open(port, sockets, notes);
     }
-    return result;
 }
 
 } // namespace
@@ -53,11 +59,11 @@ int main(int argc, char* argv[])
     // anything, and the front end's probe finds the port taken at its first look.
     std::vector<int> sockets;
     std::string notes;
-    switch (openPort(port, sockets, notes)) {
+    PortHolder holder;
+    switch (openPort(port, sockets, notes, holder)) {
         case LoopbackSockets::Result::listening:
             break;
         case LoopbackSockets::Result::portTaken: {
-            const PortHolder holder = PortHolder::of(port);
             if (holder.kind != PortHolder::Kind::ourServer)
                 return StartRefusal::refuse(holder, port, frontEnd, argc, argv);
             std::fprintf(

@@ -15,22 +15,25 @@ constexpr const char* kServerCommand = "pomvarsrv";
 
 PortHolder PortHolder::of(std::uint16_t port)
 {
-    PortHolder holder;
+    // What cannot be named for sure is taken for a Pomvar server that is ending: the port is
+    // tried again, and then left to it. Only what is known to be another user's or another
+    // program is refused.
+    PortHolder holder{ Kind::ourServer, {} };
     auto listener = SocketDiag::listener(QHostAddress(QHostAddress::LocalHost), port);
     if (!listener)
         listener = SocketDiag::listener(QHostAddress(QHostAddress::LocalHostIPv6), port);
     if (!listener)
-        return holder;
+        return holder; // let go meanwhile
     if (listener->uid != ::getuid()) {
         // Another user's files cannot be looked into, but their processes' names can be read.
-        if (SocketOwner::runs(listener->uid, kServerCommand))
-            holder.kind = Kind::otherUsersPomvar;
+        holder.kind = SocketOwner::runs(listener->uid, kServerCommand) ? Kind::otherUsersPomvar
+                                                                       : Kind::otherProgram;
         return holder;
     }
     if (const auto pid = SocketOwner::find(listener->inode)) {
         holder.program = SocketOwner::commandName(*pid);
-        if (holder.program == kServerCommand)
-            holder.kind = Kind::ourServer;
+        if (!holder.program.empty() && holder.program != kServerCommand)
+            holder.kind = Kind::otherProgram;
     }
     return holder;
 }

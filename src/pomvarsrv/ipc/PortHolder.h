@@ -6,8 +6,9 @@
 namespace pomvar::srv {
 
 // Who listens on the runtime port when this server cannot: another Pomvar server of this user
-// (one that is ending, or serving still), another user's Pomvar (the port is fixed, so one user
-// at a time can run Pomvar on a computer), or another program.
+// (one that is ending, or serving still: also whatever of this user cannot be named), another
+// user's Pomvar (the port is fixed, so one user at a time can run Pomvar on a computer), or
+// another program.
 struct PortHolder
 {
     enum class Kind

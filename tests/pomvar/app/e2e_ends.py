@@ -9,7 +9,7 @@ sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "support"
 from desktop_session import DesktopSession, press, waited  # noqa: E402
 
 tree, next_tree = sys.argv[1:3]
-session = DesktopSession(entries={"alpha": "Name=Alpha\nIcon=text-editor\nExec=true"})
+session = DesktopSession(entries={"alpha": "Name=Alpha\nExec=true"}, store='{"version": 1}')
 session.install(tree)
 settings = f"{session.env['XDG_CONFIG_HOME']}/pomvar/pomvar.ini"
 tools = f"{session.root}/tools"
@@ -34,9 +34,9 @@ def stop_programs():
     waited(lambda: not programs() and not session.listeners(), 30) or session.fail("not stopped")
 
 
-def signalled(sig):
+def signalled(sig, watched=False):
     def end():
-        front_end = start()
+        front_end = start(watched)
         front_end.send_signal(sig)
         return front_end
     return end
@@ -82,14 +82,16 @@ def port_taken():
 
 
 def icon_deleted():
+    # The front end has the menus, with their icon files, from its start; All Apps shows them.
+    os.makedirs(os.path.dirname(settings), exist_ok=True)
+    with open(settings, "w") as f:
+        f.write("[General]\nLastMenu=2\n")
     front_end = start()
-    session.open_panel()
-    session.keys("Escape")
     icons = f"{session.env['XDG_CACHE_HOME']}/pomvar/icons"
     for name in os.listdir(icons):
         os.remove(f"{icons}/{name}")
     session.open_panel()
-    if front_end.poll() is not None:
+    if front_end.poll() is not None or not session.row("Alpha"):
         session.fail("the front end stopped on an icon file that was deleted")
     session.keys("Escape")
     front_end.send_signal(signal.SIGTERM)
@@ -97,7 +99,8 @@ def icon_deleted():
 
 
 def update():
-    front_end = start()
+    stop_programs()  # a server of its own, which restarts it
+    front_end = start(watched=True)
     session.install(next_tree)
     session.request('{\n    "id": "check-updates"\n}')
     press(session.found(session.window("Pomvar Updates"), "push button", "Restart Pomvar"))
@@ -122,22 +125,32 @@ def display_lost():
     return front_end
 
 
-def start_by_hand():
-    env = dict(session.env, PATH=f"{tools}:{session.env['PATH']}")
-    return session._spawn([f"{session.prefix}/bin/pomvar"], env=env, log="pomvar")
+def start_by_hand(watched=False):
+    """The front end; unless `watched`, in a runtime folder of its own, where a runtime server
+    started by another front end does not see its PID file: what it removes, it removes itself."""
+    global pid_file
+    run = session.env["XDG_RUNTIME_DIR"] + ("" if watched else "/own")
+    os.makedirs(run, mode=0o700, exist_ok=True)
+    pid_file = f"{run}/pomvar/pomvar.pid"
+    env = dict(session.env, PATH=f"{tools}:{session.env['PATH']}", XDG_RUNTIME_DIR=run)
+    session.pomvar = session._spawn([f"{session.prefix}/bin/pomvar"], env=env, log="pomvar")
+    return session.pomvar
 
 
-def start():
+def start(watched=False):
     """A start as the user makes it, once the one before has ended: the front end, once it is
     connected to a runtime server (its own, or the one still running)."""
-    front_end = start_by_hand()
+    front_end = start_by_hand(watched)
     connected = ["lsof", "-a", "-p", str(front_end.pid), "-iTCP:50818", "-sTCP:ESTABLISHED"]
     if not waited(lambda: subprocess.run(connected, capture_output=True).stdout, 60):
         session.fail(f"the start after {name} did not work")
+    with open(pid_file) as f:
+        if f.read() != str(front_end.pid):  # the process number alone, no line break
+            session.fail(f"the PID file does not name {front_end.pid}")
     return front_end
 
 
-# The way of ending (it returns the front end it ended); the front end's exit status.
+# The way of ending (it returns the front end it ended); the front end's exit status (or those).
 ENDS = [
     ("SIGINT", signalled(signal.SIGINT), 1),
     ("SIGTERM", signalled(signal.SIGTERM), 1),
@@ -145,12 +158,15 @@ ENDS = [
     ("SIGHUP", signalled(signal.SIGHUP), -signal.SIGHUP),
     ("SIGQUIT", signalled(signal.SIGQUIT), -signal.SIGQUIT),
     ("a fatal stop", fatal_stop, -signal.SIGABRT),
-    ("SIGKILL", signalled(signal.SIGKILL), -signal.SIGKILL),
+    # Only the runtime server can remove the file of a killed front end.
+    ("SIGKILL", signalled(signal.SIGKILL, watched=True), -signal.SIGKILL),
     ("a refused connection", refused, 1),
     ("the port held by another program", port_taken, 1),
     ("a deleted icon file", icon_deleted, 1),
-    ("the update restart", update, 0),
-    ("the display lost", display_lost, 1),
+    # Not polling (the panel did not ask), the old front end is asked to quit by the server.
+    ("the update restart", update, 1),
+    # The runtime server loses the display too: the front end may lose its connection first.
+    ("the display lost", display_lost, (1, -signal.SIGABRT)),
 ]
 session.start().send_signal(signal.SIGTERM)  # the tray host and notifications for the rest
 name = "the first start"
@@ -158,9 +174,9 @@ for name, end, status in ENDS:
     front_end = end()
     if not waited(lambda: front_end.poll() is not None, 60):
         session.fail(f"{name}: the front end did not end")
-    if front_end.returncode != status:
+    if front_end.returncode not in (status if isinstance(status, tuple) else (status,)):
         session.fail(f"{name}: the front end ended with {front_end.returncode}, not {status}")
-    if not waited(lambda: not os.path.exists(session.pid_file), 10):
+    if not waited(lambda: not os.path.exists(pid_file), 10):
         session.fail(f"{name}: the PID file is left")
     if os.path.exists(f"{tools}/lsof"):
         os.remove(f"{tools}/lsof")

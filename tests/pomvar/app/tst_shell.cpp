@@ -1,5 +1,5 @@
 // The real pomvar program in a copied install layout, with the fake runtime server in place of
-// its own: help and version, the single-instance PID file over a run and its ends, the arguments
+// its own: help and version, the single-instance PID file, the arguments
 // the server gets, and the wait for the server's port, its probe's output read, a failure
 // retried, output that is not UTF-8 ending the start. In-process: the command line, the platform
 // under Wayland and the PID file's place.
@@ -111,7 +111,7 @@ private Q_SLOTS:
         const QString path = m_dir.filePath("pomvar/pomvar.pid");
         QCOMPARE(QString::fromStdString(PidFile::getPidFilePath()), path);
         // Its folder is made, nothing left over from the atomic write (the number in it and its
-        // deletion at a signal: signalsEndARun).
+        // deletion at each end: e2e_ends).
         PidFile::create();
         QCOMPARE(QDir(m_dir.filePath("pomvar")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
                  QStringList{ "pomvar.pid" });
@@ -172,23 +172,6 @@ private Q_SLOTS:
         QCOMPARE(outcome.err, QByteArray());
         QCOMPARE(shell.read("fake/argv.json"), "<missing>");
         QCOMPARE(shell.read(kPid), pidFilePresent ? "999999999" : "<missing>");
-    }
-
-    void signalsEndARun()
-    {
-        InstallLayout shell;
-        QVERIFY(shell.isValid());
-        // Each run after the first finds the port taken by the first fake server, and uses it.
-        for (const int signal : { SIGTERM, SIGINT, SIGTRAP }) {
-            auto pomvar = shell.start();
-            QVERIFY(InstallLayout::isConnectedToServer(*pomvar));
-            // The process number alone, no line break.
-            QCOMPARE(shell.read(kPid), QByteArray::number(pomvar->processId()));
-            stop(*pomvar, signal);
-            QCOMPARE(pomvar->readAllStandardOutput(), QByteArray());
-            QVERIFY(pomvar->exitStatus() == QProcess::NormalExit && pomvar->exitCode() == 1);
-            QCOMPARE(shell.read(kPid), "<missing>");
-        }
     }
 
     void aServerThatListensLateIsWaitedForAndGetsTheOptions()

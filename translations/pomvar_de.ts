@@ -160,6 +160,14 @@
         <source>Pomvar: no system tray is available; the Pomvar icon will appear as soon as one starts.</source>
         <translation>Pomvar: Es ist kein Infobereich vorhanden; das Pomvar-Symbol erscheint, sobald einer gestartet wird.</translation>
     </message>
+    <message>
+        <source>No system tray found</source>
+        <translation>Kein Infobereich gefunden</translation>
+    </message>
+    <message>
+        <source>Pomvar lives in the system tray, and this desktop shows none. On GNOME, install the AppIndicator extension (gnome-shell-extension-appindicator) and turn it on in Extensions. Meanwhile the search shortcut (Super+Space, unless changed in Pomvar&apos;s Settings) opens Pomvar&apos;s search.</source>
+        <translation>Pomvar wohnt im Infobereich, und diese Arbeitsumgebung zeigt keinen. Installieren Sie unter GNOME die Erweiterung AppIndicator (gnome-shell-extension-appindicator) und schalten Sie sie unter Erweiterungen ein. Bis dahin öffnet das Tastenkürzel der Suche (Super+Leertaste, sofern nicht in den Einstellungen von Pomvar geändert) die Suche von Pomvar.</translation>
+    </message>
 </context>
 <context>
     <name>pomvar::srv::AboutWindow</name>

@@ -1,5 +1,6 @@
 #include "ui/TrayIcon.h"
 
+#include "desktop/DesktopNotification.h"
 #include "tray/StatusNotifierItem.h"
 #include "ui/Assets.h"
 #include "ui/UiLog.h"
@@ -117,6 +118,14 @@ void TrayIcon::showWhenTrayAvailable()
         return;
     }
     printWarning(lcUi(), noTrayNotice().toStdString());
+    // Once a start: the user sees nothing else of Pomvar until a tray comes.
+    DesktopNotification(
+        tr("No system tray found"),
+        tr("Pomvar lives in the system tray, and this desktop shows none. On GNOME, install the "
+           "AppIndicator extension (gnome-shell-extension-appindicator) and turn it on in "
+           "Extensions. Meanwhile the search shortcut (Super+Space, unless changed in Pomvar's "
+           "Settings) opens Pomvar's search."))
+        .post();
     m_trayPoll = new QTimer(this);
     m_trayPoll->setInterval(1000);
     connect(m_trayPoll, &QTimer::timeout, this, [this] {

@@ -1,6 +1,7 @@
 // The tray icon as a StatusNotifierItem, with a tray of the test's own on a private session bus:
 // what hosts read, the panel at the host's point, the right and middle clicks on either kind of
 // tray, and the item coming back when the tray restarts.
+#include "NotificationService.h"
 #include "PanelFixture.h"
 #include "SessionBus.h"
 #include "SniWatcher.h"
@@ -31,11 +32,15 @@ private Q_SLOTS:
     }
 
     // Started before the tray (registering at once: the tests below), the icon moves to it.
+    // Meanwhile the user is told once that there is no tray.
     void registersWhatHostsShowAndComesBack()
     {
         SniWatcher tray(m_bus.address());
+        NotificationService notifications;
+        QVERIFY(notifications.start());
         PanelFixture f;
         f.start();
+        QTRY_COMPARE(notifications.summaries(), QStringList{ "No system tray found" });
         TrayIcon& icon = *f.scene().trayIcon();
         QVERIFY(tray.start());
         const QString item = icon.item()->serviceName();

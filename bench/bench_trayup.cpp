@@ -1,10 +1,11 @@
 // Prints how long Pomvar takes from exec until its tray icon is embedded, with the real runtime
 // server and 1,000 or 5,000 generated apps, warm (medians of several runs), with the share of
 // the lsof start-up probes, beside the time a bare Qt window takes to be mapped in the same
-// session; then how soon the server answers the first "get-allapps-menu-data" after a
-// connection, the peak RSS of both programs once the panel was opened, and the server's once it
-// has checked its cached catalogue in the background, found unchanged or with an app renamed.
-// Runs its own Xvfb and tray host (trayer); uses port 50818: run it alone.
+// session, and rofi's exec to its window over the same entries; then how soon the server answers
+// the first "get-allapps-menu-data" after a connection, the peak RSS of both programs once the
+// panel was opened, and the server's once it has checked its cached catalogue in the background,
+// found unchanged or with an app renamed. Runs its own Xvfb and tray host (trayer); uses port
+// 50818: run it alone.
 #include "GeneratedApps.h"
 #include "Median.h"
 #include "SrvClient.h"
@@ -265,6 +266,25 @@ TrayRun trayRun(WindowProbe& display, const Layout& layout, bool measureMemory)
     return run;
 }
 
+// rofi, the launcher Pomvar is compared with, over the same desktop entries: exec until its
+// window is mapped, taken the same way as the tray icon.
+std::optional<double> rofiWindowMs(WindowProbe& display, const Layout& layout)
+{
+    QProcess rofi;
+    rofi.setProcessEnvironment(layout.env);
+    rofi.setStandardOutputFile(QProcess::nullDevice());
+    rofi.setStandardErrorFile(QProcess::nullDevice());
+    QElapsedTimer clock;
+    clock.start();
+    rofi.start("rofi", { "-show", "drun", "-no-config" });
+    const auto mapped = timeUntil(clock, [&] {
+        return display.find(rofi.processId(), [](int) { return true; }).has_value();
+    });
+    rofi.kill();
+    rofi.waitForFinished();
+    return mapped;
+}
+
 std::optional<double> bareWindowMs(WindowProbe& display, const QString& self)
 {
     QProcess bare;
@@ -400,8 +420,10 @@ int main(int argc, char* argv[])
     for (const int apps : { 1000, 5000 }) {
         Layout layout(apps);
         warmUp(layout);
-        std::vector<double> tray, bare, probesMs, probes;
+        std::vector<double> tray, bare, rofi, probesMs, probes;
         for (int run = 0; run < kRuns; ++run) {
+            if (const auto ms = rofiWindowMs(display, layout))
+                rofi.push_back(*ms);
             const TrayRun started = trayRun(display, layout, false);
             if (started.embeddedMs)
                 tray.push_back(*started.embeddedMs);
@@ -427,6 +449,8 @@ int main(int argc, char* argv[])
         std::printf(
             "%5d apps: tray icon %6.1f ms (%zu runs; of which %.1f ms in %.0f lsof "
             "probes), bare Qt window mapped %6.1f ms\n"
+            "            rofi -show drun, exec -> window mapped: %6.1f ms (%zu runs); Pomvar's "
+            "tray icon takes %.0f %% of it (target: at most 50 %%)\n"
             "            first get-allapps-menu-data after connecting: %5.1f ms once the "
             "server serves, %5.1f ms when connected during its start-up\n"
             "            peak RSS after opening the panel: pomvar %5.1f MiB, pomvarsrv %5.1f MiB\n"
@@ -438,6 +462,9 @@ int main(int argc, char* argv[])
             median(probesMs),
             median(probes),
             median(bare),
+            median(rofi),
+            rofi.size(),
+            100 * median(tray) / median(rofi),
             median(firstWhenUp),
             median(firstDuringStart),
             memory.frontEndKiB / 1024.0,

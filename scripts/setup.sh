@@ -20,6 +20,7 @@ packages=(
     dpkg-dev lintian appstream man-db
     util-linux procps iproute2   # unshare and ip: the fixed-port tests in a network of their own
     weston xwayland
+    rofi                           # the launcher the start-up benchmark compares with
 )
 
 missing=()

@@ -47,13 +47,12 @@ void RuntimeServer::acceptFrom(QTcpServer* server)
         // The peer's socket: its local end is our remote one.
         const auto peer = SocketDiag::connection(
             socket->peerAddress(), socket->peerPort(), socket->localAddress(), socket->localPort());
-        const std::optional<unsigned> owner = peer ? std::optional(peer->uid) : std::nullopt;
-        if (!owner || *owner != ::getuid()) {
+        if (!peer || peer->uid != ::getuid()) {
             qCWarning(lcIpc).noquote()
                 << "refused a connection from"
                 << socket->peerAddress().toString() + u':' + QString::number(socket->peerPort())
-                << (owner ? QStringLiteral("owned by uid %1").arg(*owner)
-                          : QStringLiteral("of unknown owner"));
+                << (peer ? QStringLiteral("owned by uid %1").arg(peer->uid)
+                         : QStringLiteral("of unknown owner"));
             socket->abort();
             socket->deleteLater();
             continue;

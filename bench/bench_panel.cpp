@@ -190,7 +190,8 @@ int child(int argc, char** argv, int count)
                            FakeRuntimeServer::Reply::json(FakeMenus::prefs(0, true, false)));
 
     PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
-    MenuBarScene scene(vm, [] {});
+    MenuBarScene scene([&vm]() -> PomvarViewModel& { return vm; }, [] {});
+    scene.show();
     FrameProbe probe(*scene.panel());
     spin(200);
 

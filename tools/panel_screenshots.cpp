@@ -180,7 +180,8 @@ struct Scene
         server.setDefaultReply("get-user-prefs",
                                FakeRuntimeServer::Reply::json(FakeMenus::prefs(0, true, false)));
         vm = std::make_unique<PomvarViewModel>(PomvarRT{ "localhost", server.port() });
-        scene = std::make_unique<MenuBarScene>(*vm, [] {});
+        scene = std::make_unique<MenuBarScene>([this]() -> PomvarViewModel& { return *vm; }, [] {});
+        scene->show();
     }
     PanelWindow& panel() { return *scene->panel(); }
     PomvarView& view() { return *panel().view(); }

@@ -40,7 +40,9 @@ public:
     {
         m_menus.install(m_server);
         m_vm = std::make_unique<PomvarViewModel>(PomvarRT{ "localhost", m_server.port() });
-        m_scene = std::make_unique<MenuBarScene>(*m_vm, [this] { ++m_terminateCalls; });
+        m_scene = std::make_unique<MenuBarScene>([this]() -> PomvarViewModel& { return *m_vm; },
+                                                 [this] { ++m_terminateCalls; });
+        m_scene->show();
     }
     PomvarViewModel& vm() { return *m_vm; }
     MenuBarScene& scene() { return *m_scene; }

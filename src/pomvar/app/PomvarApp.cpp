@@ -45,7 +45,8 @@ void onEndingSignal(int signal)
 
 } // namespace
 
-PomvarApp::PomvarApp(std::vector<std::string> arguments)
+PomvarApp::PomvarApp(std::vector<std::string> arguments,
+                     const std::function<void()>& whileServerStarts)
     : m_arguments(std::move(arguments))
     , m_srv{ "localhost", 50818 }
 {
@@ -53,6 +54,10 @@ PomvarApp::PomvarApp(std::vector<std::string> arguments)
     const std::vector<std::string> args = processCmdLineArgs(m_arguments);
     trace(lcApp(), "Pomvar: Waiting for Pomvar/RT to start...");
     launchPomvarRT(args);
+    // The server loads in its own process meanwhile; before the PID file, so a display that
+    // cannot be opened leaves none behind.
+    if (whileServerStarts)
+        whileServerStarts();
     PidFile::create();
     // Every later end removes the file: a fatal stop, a refused connection, exit() (Qt's, when
     // the display connection is lost).

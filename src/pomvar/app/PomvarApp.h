@@ -3,6 +3,7 @@
 #include "app/AppDelegate.h"
 #include "ipc/PomvarRT.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,8 +19,10 @@ class PomvarApp
 {
 public:
     // `arguments`: the whole argument vector. May end the process (another instance, help,
-    // version, a failing readiness probe).
-    explicit PomvarApp(std::vector<std::string> arguments);
+    // version, a failing readiness probe). `whileServerStarts` runs once the server is launched,
+    // before the probe: work that shows nothing, such as opening the display.
+    explicit PomvarApp(std::vector<std::string> arguments,
+                       const std::function<void()>& whileServerStarts = {});
     ~PomvarApp();
     PomvarApp(const PomvarApp&) = delete;
     PomvarApp& operator=(const PomvarApp&) = delete;

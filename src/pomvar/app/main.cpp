@@ -1,5 +1,5 @@
-// pomvar: the front end. The start-up sequence runs before Qt's application object exists,
-// so help, version and "already running" need no display.
+// pomvar: the front end. Help, version and "already running" are settled before Qt's application
+// object exists, so they need no display.
 #include "app/PlatformChoice.h"
 #include "app/PomvarApp.h"
 #include "i18n/Translations.h"
@@ -10,13 +10,12 @@
 #include <QApplication>
 
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <vector>
 
 int main(int argc, char** argv)
 {
-    pomvar::PomvarApp app(std::vector<std::string>(argv, argv + argc));
-
     // The platform goes on Qt's command line rather than in the environment, so the programs
     // the server starts keep the session's own.
     std::string platform = pomvar::PlatformChoice::platform([](const char* name) {
@@ -31,17 +30,27 @@ int main(int argc, char** argv)
     int qtArgc = int(qtArgv.size());
     qtArgv.push_back(nullptr);
 
-    QApplication application(qtArgc, qtArgv.data());
-    application.setQuitOnLastWindowClosed(false);
-    // The name tray hosts show for the icon, and the Wayland app id.
-    QApplication::setApplicationDisplayName(QStringLiteral("Pomvar"));
-    QGuiApplication::setDesktopFileName(pomvar::TrayIcon::applicationId);
-    // After the start-up sequence: its command-line outputs stay English.
-    pomvar::Translations::install(
-        pomvar::Translations::folderFor(QCoreApplication::applicationDirPath(), 1));
-
-    // The scene (tray icon and panel): its first use of app.vm() creates the view model.
-    pomvar::MenuBarScene scene(app.vm(), [&app] { app.terminate(); });
+    // The display, fonts, translations and the hidden scene are made ready while the server
+    // starts; the scene's functions are first called once the start-up sequence has returned.
+    // Declared in the reverse order of their ends: the view model outlives the application object,
+    // which outlives the scene's widgets.
+    std::optional<pomvar::PomvarApp> app;
+    std::optional<QApplication> application;
+    std::optional<pomvar::MenuBarScene> scene;
+    app.emplace(std::vector<std::string>(argv, argv + argc), [&] {
+        application.emplace(qtArgc, qtArgv.data());
+        QApplication::setQuitOnLastWindowClosed(false);
+        // The name tray hosts show for the icon, and the Wayland app id.
+        QApplication::setApplicationDisplayName(QStringLiteral("Pomvar"));
+        QGuiApplication::setDesktopFileName(pomvar::TrayIcon::applicationId);
+        // After the command line's own outputs: they stay English.
+        pomvar::Translations::install(
+            pomvar::Translations::folderFor(QCoreApplication::applicationDirPath(), 1));
+        scene.emplace([&app]() -> pomvar::PomvarViewModel& { return app->vm(); },
+                      [&app] { app->terminate(); });
+    });
+    // The tray icon; the view model is created right after it is shown.
+    scene->show();
 
     return QApplication::exec();
 }

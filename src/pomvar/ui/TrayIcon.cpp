@@ -95,6 +95,10 @@ TrayIcon::TrayIcon(QObject* parent)
     connect(m_item, &StatusNotifierItem::watcherAppeared, this, &TrayIcon::useStatusNotifier);
 
     qApp->installEventFilter(this);
+}
+
+void TrayIcon::show()
+{
     if (m_item->isWatcherPresent())
         useStatusNotifier();
     else

@@ -31,7 +31,11 @@ public:
     static const QString applicationId;
     static const QString symbolicIconName;
 
+    // Ready to show, but not yet shown.
     explicit TrayIcon(QObject* parent = nullptr);
+    // Shows the icon on the tray the session offers: a StatusNotifier watcher, else an XEmbed
+    // tray, else the first XEmbed tray that appears (after a notification that none was found).
+    void show();
 
     QSystemTrayIcon* icon() const { return m_icon; }
     StatusNotifierItem* item() const { return m_item; }

@@ -86,6 +86,8 @@ private Q_SLOTS:
         gtkrc.close();
         QTRY_VERIFY(!QSystemTrayIcon::isSystemTrayAvailable()); // the last row's tray is gone
         std::unique_ptr<TrayIcon> icon(trayFirst ? nullptr : new TrayIcon);
+        if (icon)
+            icon->show();
         QProcess trayer;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("GTK2_RC_FILES", gtkrc.fileName());
@@ -100,8 +102,10 @@ private Q_SLOTS:
                 QProcess::execute(
                     "xprop", xprop.arg(XEmbedTrayTint::trayManager()).arg(requested).split(' ')),
                 0);
-        if (trayFirst)
+        if (trayFirst) {
             icon = std::make_unique<TrayIcon>();
+            icon->show();
+        }
         QTRY_VERIFY(icon->icon()->geometry().width() > 0);
         QCOMPARE(icon->host(), TrayIcon::Host::XEmbed);
         QTRY_COMPARE(icon->glyphColour(), glyph);

@@ -53,16 +53,16 @@ def fatal_stop():
 
 
 def refused():
-    # A server that listens until the probe has seen it, then is gone: the front end's
-    # connection is refused.
+    # A server that listens until the probe has seen it, then is gone before the probe answers:
+    # the front end's connection is refused.
     stop_programs()
     with open(f"{tools}/lsof", "w") as f:
-        f.write(f'#!/bin/sh\nout=$(/usr/bin/lsof "$@")\n[ -n "$out" ] && touch {tools}/probed\n'
-                'printf "%s" "$out"\n')
+        f.write(f'#!/bin/sh\nout=$(/usr/bin/lsof "$@")\n[ -n "$out" ] && touch {tools}/probed &&\n'
+                f'  while [ ! -e {tools}/closed ]; do sleep 0.01; done\nprintf "%s" "$out"\n')
     with open(f"{session.prefix}/libexec/pomvar/pomvarsrv", "w") as f:
         f.write(f"#!/usr/bin/python3\nimport os, socket, time\ns = socket.create_server("
                 f"('127.0.0.1', 50818))\nwhile not os.path.exists('{tools}/probed'):\n"
-                "    time.sleep(0.01)\n")
+                f"    time.sleep(0.01)\ns.close()\nopen('{tools}/closed', 'w').close()\n")
     os.chmod(f"{tools}/lsof", 0o755)
     os.chmod(f"{session.prefix}/libexec/pomvar/pomvarsrv", 0o755)
     return start_by_hand()
@@ -115,11 +115,13 @@ def update():
 def display_lost():
     front_end = start()
     xvfb = session.children[-1]
-    display = os.environ["DISPLAY"]
     xvfb.kill()
     xvfb.wait()
-    session.children[-1] = subprocess.Popen(["Xvfb", display, "-screen", "0", "1280x800x24",
-                                             "-nolisten", "tcp"])
+    # A display of its own again: the number left free may already be another session's.
+    xvfb = subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24",
+                             "-nolisten", "tcp"], stdout=subprocess.PIPE)
+    session.children[-1] = xvfb
+    os.environ["DISPLAY"] = session.env["DISPLAY"] = ":" + xvfb.stdout.readline().decode().strip()
     session.children.remove(session.trayer)
     session.trayer = None
     return front_end

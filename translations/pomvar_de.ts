@@ -51,8 +51,8 @@
         <translation>Update abgeschlossen</translation>
     </message>
     <message>
-        <source>Pomvar for Mac was successfully updated.</source>
-        <translation>Pomvar wurde erfolgreich aktualisiert.</translation>
+        <source>Pomvar for Linux was successfully updated.</source>
+        <translation>Pomvar für Linux wurde erfolgreich aktualisiert.</translation>
     </message>
 </context>
 <context>
@@ -136,8 +136,7 @@
         <translation>Klicken Sie auf „Organisieren“, um Ihre Lieblings-Apps an Pomvar anzuheften und Apps in App-Kategorien zu ordnen.</translation>
     </message>
     <message>
-        <source>Click All Apps on the left to browse apps on your Mac.</source>
-        <extracomment>&quot;your Mac&quot; is the user&apos;s computer.</extracomment>
+        <source>Click All Apps on the left to browse apps on your computer.</source>
         <translation>Klicken Sie links auf „Alle Apps“, um die Apps auf Ihrem Computer zu durchstöbern.</translation>
     </message>
     <message>

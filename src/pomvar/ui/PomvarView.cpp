@@ -259,8 +259,7 @@ QWidget* PomvarView::myAppsEmpty()
         tr("My Apps"),
         { tr("Click Organize to pin your favorite apps to the Pomvar and organize apps into app "
              "categories."),
-          //: "your Mac" is the user's computer.
-          tr("Click All Apps on the left to browse apps on your Mac.") },
+          tr("Click All Apps on the left to browse apps on your computer.") },
         this);
     empty->setObjectName(QStringLiteral("myAppsEmpty"));
     return empty;

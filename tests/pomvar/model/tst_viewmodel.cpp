@@ -240,7 +240,7 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(service.shown.size(), 1, 10000);
         QCOMPARE(
             service.shown[0].mid(0, 3),
-            (QVariantList{ 0u, "Update Complete", "Pomvar for Mac was successfully updated." }));
+            (QVariantList{ 0u, "Update Complete", "Pomvar for Linux was successfully updated." }));
         QVERIFY(service.shown[0][3].toMap().contains("sound-name"));
         QDBusConnection::disconnectFromBus("service");
     }

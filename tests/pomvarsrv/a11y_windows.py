@@ -34,7 +34,7 @@ if not waited(lambda: [c["name"] for c in session.store()["categories"]] == ["Ac
     session.fail(f"the welcome's categories are {session.store()['categories']}")
 
 session.request('{\n    "id": "get-info-app",\n    "appkey": "editor.desktop"\n}')
-info = window("Editor", ("Open", "Organize…", "Open Containing Folder", "Close"),
+info = window("Editor Details", ("Open", "Edit…", "Organize…", "Open Containing Folder", "Close"),
               ("Edit plain text", "editor.desktop", "Accessories"))
 press(find(info, "push button", "Open"))
 if not waited(lambda: os.path.exists(f"{session.root}/opened")):

@@ -101,7 +101,8 @@ AppEditDialog::AppEditDialog(EditedEntry entry, QWidget* parent)
     m_otherCategories = listed;
     for (const MainCategory& main : kMainCategories) {
         const QString name = QString::fromLatin1(main.freedesktop);
-        auto* box = new QCheckBox(tr(main.label), this);
+        // An "&" in a label is text, not a mnemonic marker ("Sound & Video").
+        auto* box = new QCheckBox(tr(main.label).replace(u'&', QStringLiteral("&&")), this);
         box->setObjectName(QStringLiteral("editCategory") + name);
         box->setToolTip(name);
         box->setChecked(listed.contains(name));

@@ -1,5 +1,7 @@
 #include "ScreenshotServer.h"
 
+#include "ScreenshotPalette.h"
+
 #include <QDir>
 #include <QFile>
 #include <QTest>
@@ -11,6 +13,7 @@ namespace pomvar::test {
 
 ScreenshotServer::ScreenshotServer(const char* tool, const Entries& entries, const char* store)
     : m_tool(tool)
+    , m_suffix(useScreenshotPalette())
 {
     for (const auto& [id, lines] : entries)
         TestDesktop::writeEntry(m_desktop.systemData(),
@@ -47,10 +50,12 @@ bool ScreenshotServer::save(QWidget* window, const QString& file) const
     if (!window)
         return false;
     QTest::qWait(300); // painted
-    if (window->grab().save(m_folder + u'/' + file))
+    QString name = file;
+    name.insert(name.lastIndexOf(u'.'), m_suffix);
+    if (window->grab().save(m_folder + u'/' + name))
         return true;
     std::fprintf(
-        stderr, "%s: cannot write %s/%s\n", m_tool, qPrintable(m_folder), qPrintable(file));
+        stderr, "%s: cannot write %s/%s\n", m_tool, qPrintable(m_folder), qPrintable(name));
     return false;
 }
 

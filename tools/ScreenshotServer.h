@@ -14,7 +14,8 @@ namespace pomvar::test {
 
 // What the screenshots of the server's windows share: a runtime server run in-process over a
 // throw-away desktop whose entries use icons of the system theme, and the grabbing of its
-// windows into the documentation's folder. The program is run under Xvfb with that folder.
+// windows into the documentation's folder. The program is run under Xvfb with that folder, under
+// a dark palette with SCREENSHOTS_PALETTE=dark (ScreenshotPalette.h).
 class ScreenshotServer
 {
 public:
@@ -37,6 +38,7 @@ private:
     const char* m_tool;
     TestDesktop m_desktop;
     InProcessServer m_server;
+    QString m_suffix; // "-dark" under the dark palette
     mutable QString m_folder;
 };
 

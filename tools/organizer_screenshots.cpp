@@ -45,7 +45,8 @@ int main(int argc, char* argv[])
             {"name": "Office", "apps": ["editor.desktop", "calculator.desktop", "mail.desktop"]},
             {"name": "System", "apps": ["settings.desktop", "disks.desktop", "terminal.desktop"]},
             {"name": "Graphics", "apps": ["photos.desktop"]}],
-        "recent": ["browser.desktop", "terminal.desktop"]})");
+        "recent": ["browser.desktop", "terminal.desktop"],
+        "hidden": ["characters.desktop"]})");
     if (shots.outputFolder(argc, argv).isEmpty())
         return 2;
     if (!shots.start())

@@ -3,9 +3,10 @@
 // app names and icons of the system theme, opened from the tray icon's activation as a click
 // would, and grabbed from the screen, popup menus included, cropped to what shows. Under a German
 // locale (LANG=de_DE.UTF-8 LANGUAGE=de) the panel and its data are in German, and the files are
-// named panel-*-de.png.
+// named panel-*-de.png; under SCREENSHOTS_PALETTE=dark, panel-*-dark.png.
 #include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
+#include "ScreenshotPalette.h"
 #include "ThemeIcons.h"
 #include "i18n/Translations.h"
 #include "model/MenuList.h"
@@ -235,8 +236,9 @@ int main(int argc, char** argv)
     }
     const QString language = Translations::install(QStringLiteral(POMVAR_TRANSLATIONS_DIR));
     g_german = language == u"de";
+    const QString dark = test::useScreenshotPalette();
     Shooter shooter(QString::fromLocal8Bit(argv[1]),
-                    language.isEmpty() ? QString() : u'-' + language);
+                    (language.isEmpty() ? QString() : u'-' + language) + dark);
     Desktop desktop;
     desktop.show();
     // The tray sits at the top right; with no tray geometry the panel opens at the pointer.
@@ -315,6 +317,49 @@ int main(int argc, char** argv)
             closePopups();
         });
         control->showMenu();
+        s.panel().dismiss();
+    }
+
+    {
+        // One drag from All Apps onto My Apps, in three steps: the row taken, the place shown
+        // below the last pinned app, the app pinned there.
+        UserDefaults::setLastMenu(int(Pomvar::AllApps));
+        QCursor::setPos(tray);
+        Scene s;
+        s.start(menus);
+        s.open();
+        MenuListView* all = s.view().menuView(Pomvar::AllApps);
+        QWidget* from = all->viewport();
+        const QPoint pressed = all->visualRect(rowNamed(all->model(), nameOf("fonts"))).center();
+        QCursor::setPos(from->mapToGlobal(pressed));
+        QTest::qWait(200); // the pointer's own move is in before the press
+        QTest::mousePress(from, Qt::LeftButton, {}, pressed);
+        for (int step = 1; step <= 8; ++step)
+            QTest::mouseMove(from, pressed + QPoint(step * 5, step * 3));
+        shooter.shoot(QStringLiteral("drag-1"), s.panel());
+
+        auto* selector = s.view().findChild<MenuSelectorButton*>(
+            QStringLiteral("menuSelectorButton%1").arg(int(Pomvar::MyApps)));
+        QTest::mouseMove(selector);
+        QTest::qWait(200);
+        MenuListView* mine = s.view().menuView(Pomvar::MyApps);
+        QWidget* onto = mine->viewport();
+        const QPoint between =
+            mine->visualRect(rowNamed(mine->model(), nameOf("files"))).center() + QPoint(0, 6);
+        QCursor::setPos(onto->mapToGlobal(between));
+        QTest::mouseMove(onto, between);
+        shooter.shoot(QStringLiteral("drag-2"), s.panel());
+
+        // What the runtime server answers once the app is pinned after Files.
+        FakeMenus pinned = menus;
+        pinned.pin("fonts");
+        pinned.install(s.server);
+        s.server.setDefaultReply(
+            "get-menu-data-modified-status",
+            FakeRuntimeServer::Reply::json(FakeMenus::modified("pinnedAppsModified")));
+        QTest::mouseRelease(onto, Qt::LeftButton, {}, between);
+        QTest::qWait(300);
+        shooter.shoot(QStringLiteral("drag-3"), s.panel());
         s.panel().dismiss();
     }
 

@@ -1,7 +1,7 @@
 // Takes the screenshots of the server's small windows for the documentation: run it under Xvfb
 // with the folder to write to. The server starts on an empty store (so the welcome shows), with
 // a newer version "installed" beside it; each window is opened by its request over the port and
-// grabbed.
+// grabbed, then the editor of an app.
 #include "ScreenshotServer.h"
 #include "wire/InstallPaths.h"
 #include "wire/Protocol.h"
@@ -61,5 +61,11 @@ int main(int argc, char* argv[])
                            QStringLiteral("window-%1.png").arg(file)) &&
                 saved;
     }
+    // The editor of the app, from its details.
+    server.send(request::getInfoApp("org.example.TextEditor.desktop"));
+    if (QWidget* info = InProcessServer::waitForWindow("appInfoWindow"))
+        info->findChild<QPushButton*>("edit")->click();
+    saved =
+        shots.save(InProcessServer::waitForWindow("appEditDialog"), "window-app-edit.png") && saved;
     return saved ? 0 : 1;
 }

@@ -51,8 +51,8 @@
         <translation>Update abgeschlossen</translation>
     </message>
     <message>
-        <source>Pomvar for Mac was successfully updated.</source>
-        <translation>Pomvar wurde erfolgreich aktualisiert.</translation>
+        <source>Pomvar for Linux was successfully updated.</source>
+        <translation>Pomvar für Linux wurde erfolgreich aktualisiert.</translation>
     </message>
 </context>
 <context>
@@ -136,8 +136,7 @@
         <translation>Klicken Sie auf „Organisieren“, um Ihre Lieblings-Apps an Pomvar anzuheften und Apps in App-Kategorien zu ordnen.</translation>
     </message>
     <message>
-        <source>Click All Apps on the left to browse apps on your Mac.</source>
-        <extracomment>&quot;your Mac&quot; is the user&apos;s computer.</extracomment>
+        <source>Click All Apps on the left to browse apps on your computer.</source>
         <translation>Klicken Sie links auf „Alle Apps“, um die Apps auf Ihrem Computer zu durchstöbern.</translation>
     </message>
     <message>
@@ -195,6 +194,122 @@
     <message>
         <source>&amp;Close</source>
         <translation>&amp;Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>pomvar::srv::AppEditDialog</name>
+    <message>
+        <source>Sound &amp; Video</source>
+        <translation>Audio &amp; Video</translation>
+    </message>
+    <message>
+        <source>Audio</source>
+        <translation>Audio</translation>
+    </message>
+    <message>
+        <source>Video</source>
+        <translation>Video</translation>
+    </message>
+    <message>
+        <source>Programming</source>
+        <translation>Programmierung</translation>
+    </message>
+    <message>
+        <source>Education</source>
+        <translation>Bildung</translation>
+    </message>
+    <message>
+        <source>Games</source>
+        <translation>Spiele</translation>
+    </message>
+    <message>
+        <source>Graphics</source>
+        <translation>Grafik</translation>
+    </message>
+    <message>
+        <source>Internet</source>
+        <translation>Internet</translation>
+    </message>
+    <message>
+        <source>Office</source>
+        <translation>Büro</translation>
+    </message>
+    <message>
+        <source>Science</source>
+        <translation>Wissenschaft</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>System</source>
+        <translation>System</translation>
+    </message>
+    <message>
+        <source>Accessories</source>
+        <translation>Zubehör</translation>
+    </message>
+    <message>
+        <source>Edit “%1”</source>
+        <extracomment>%1: the app&apos;s name.</extracomment>
+        <translation>„%1“ bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Name:</source>
+        <translation>&amp;Name:</translation>
+    </message>
+    <message>
+        <source>C&amp;omment:</source>
+        <translation>&amp;Kommentar:</translation>
+    </message>
+    <message>
+        <source>C&amp;hoose…</source>
+        <translation>Aus&amp;wählen …</translation>
+    </message>
+    <message>
+        <source>Choose Icon</source>
+        <translation>Symbol auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Icon:</source>
+        <extracomment>The Icon key: a name of the icon theme or an image file.</extracomment>
+        <translation>S&amp;ymbol:</translation>
+    </message>
+    <message>
+        <source>Co&amp;mmand:</source>
+        <extracomment>The command line that starts the app.</extracomment>
+        <translation>&amp;Befehl:</translation>
+    </message>
+    <message>
+        <source>Also listed under: %1</source>
+        <extracomment>%1: the entry&apos;s other freedesktop categories, which stay as they are.</extracomment>
+        <translation>Außerdem aufgeführt unter: %1</translation>
+    </message>
+    <message>
+        <source>Categories:</source>
+        <extracomment>The freedesktop categories under which desktops list the app.</extracomment>
+        <translation>Kategorien:</translation>
+    </message>
+    <message>
+        <source>&amp;Revert to Original</source>
+        <translation>&amp;Original wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Revert to Original</source>
+        <translation>Original wiederherstellen</translation>
+    </message>
+    <message>
+        <source>An app needs a name.</source>
+        <translation>Eine App braucht einen Namen.</translation>
+    </message>
+    <message>
+        <source>The entry %1 could not be written.</source>
+        <translation>Der Eintrag %1 konnte nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>The entry %1 could not be removed.</source>
+        <translation>Der Eintrag %1 konnte nicht entfernt werden.</translation>
     </message>
 </context>
 <context>
@@ -259,12 +374,31 @@
         <translation>&amp;Schließen</translation>
     </message>
     <message>
-        <source>App Info</source>
-        <translation>App-Informationen</translation>
-    </message>
-    <message>
         <source>No installed app has the key “%1”.</source>
         <translation>Keine installierte App hat den Schlüssel „%1“.</translation>
+    </message>
+    <message>
+        <source>&amp;Hidden</source>
+        <extracomment>Leaves the app out of Pomvar&apos;s menus and search; other menus of the desktop keep it.</extracomment>
+        <translation>&amp;Ausgeblendet</translation>
+    </message>
+    <message>
+        <source>&amp;Edit…</source>
+        <translation>&amp;Bearbeiten …</translation>
+    </message>
+    <message>
+        <source>App Details</source>
+        <translation>App-Details</translation>
+    </message>
+    <message>
+        <source>%1 Details</source>
+        <extracomment>The app info window&apos;s title; %1: the app&apos;s name.</extracomment>
+        <translation>Details zu %1</translation>
+    </message>
+    <message>
+        <source>Icon</source>
+        <extracomment>The app&apos;s icon in its info window, which names the app beside it.</extracomment>
+        <translation>Symbol</translation>
     </message>
 </context>
 <context>
@@ -340,6 +474,82 @@
     </message>
 </context>
 <context>
+    <name>pomvar::srv::EditedEntry</name>
+    <message>
+        <source>A command is needed.</source>
+        <translation>Ein Befehl wird benötigt.</translation>
+    </message>
+    <message>
+        <source>Inside double quotes, a backslash goes before &quot;, `, $ or \ only.</source>
+        <translation>In doppelten Anführungszeichen steht ein Backslash nur vor &quot;, `, $ oder \.</translation>
+    </message>
+    <message>
+        <source>Inside double quotes, “%1” needs a backslash before it.</source>
+        <extracomment>%1: a character of the command.</extracomment>
+        <translation>In doppelten Anführungszeichen braucht „%1“ einen Backslash davor.</translation>
+    </message>
+    <message>
+        <source>“%%1” is not a field code: write %% for a percent sign.</source>
+        <extracomment>%1: what follows a percent sign in the command.</extracomment>
+        <translation>„%%1“ ist kein Feldcode: Schreiben Sie %% für ein Prozentzeichen.</translation>
+    </message>
+    <message>
+        <source>“%1” must be inside double quotes.</source>
+        <extracomment>%1: a character of the command.</extracomment>
+        <translation>„%1“ muss in doppelten Anführungszeichen stehen.</translation>
+    </message>
+    <message>
+        <source>A double quote is not closed.</source>
+        <translation>Ein doppeltes Anführungszeichen ist nicht geschlossen.</translation>
+    </message>
+</context>
+<context>
+    <name>pomvar::srv::HiddenAppsBox</name>
+    <message>
+        <source>Hidden Apps</source>
+        <translation>Ausgeblendete Apps</translation>
+    </message>
+    <message>
+        <source>Unhide</source>
+        <extracomment>Shows the highlighted hidden apps in Pomvar&apos;s menus and search again.</extracomment>
+        <translation>Einblenden</translation>
+    </message>
+</context>
+<context>
+    <name>pomvar::srv::IconPicker</name>
+    <message>
+        <source>Choose Icon</source>
+        <translation>Symbol auswählen</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <extracomment>The field that narrows the list to the icon names holding what is typed.</extracomment>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Icons</source>
+        <translation>Symbole</translation>
+    </message>
+    <message>
+        <source>Choose</source>
+        <extracomment>Takes the icon chosen in the list.</extracomment>
+        <translation>Wählen</translation>
+    </message>
+    <message>
+        <source>Choose File…</source>
+        <translation>Datei wählen …</translation>
+    </message>
+    <message>
+        <source>Choose Icon File</source>
+        <translation>Symboldatei wählen</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.svg *.svgz *.xpm)</source>
+        <extracomment>The kinds of files offered as icons.</extracomment>
+        <translation>Bilder (*.png *.svg *.svgz *.xpm)</translation>
+    </message>
+</context>
+<context>
     <name>pomvar::srv::Launcher</name>
     <message>
         <source>no desktop entry named %1</source>
@@ -395,6 +605,15 @@
         <source>Choose</source>
         <extracomment>The picker&apos;s button that shows the chosen app in this pane.</extracomment>
         <translation>Wählen</translation>
+    </message>
+    <message>
+        <source>Hidden</source>
+        <extracomment>Leaves the app out of Pomvar&apos;s menus and search; other menus of the desktop keep it.</extracomment>
+        <translation>Ausgeblendet</translation>
+    </message>
+    <message>
+        <source>Edit…</source>
+        <translation>Bearbeiten …</translation>
     </message>
 </context>
 <context>
@@ -535,6 +754,14 @@
     </message>
 </context>
 <context>
+    <name>pomvar::srv::ServerWindows</name>
+    <message>
+        <source>No installed app has the desktop file ID “%1”.</source>
+        <extracomment>%1: the app&apos;s desktop file id.</extracomment>
+        <translation>Keine installierte App hat die Desktop-Datei-ID „%1“.</translation>
+    </message>
+</context>
+<context>
     <name>pomvar::srv::SettingsPane</name>
     <message>
         <source>Normal</source>
@@ -590,6 +817,15 @@
     <message>
         <source>The autostart entry %1 could not be changed.</source>
         <translation>Der Autostart-Eintrag %1 konnte nicht geändert werden.</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <extracomment>Gives back the recent apps just cleared.</extracomment>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>Undo Clear Recent Apps</source>
+        <translation>Leeren der zuletzt verwendeten Apps rückgängig machen</translation>
     </message>
 </context>
 <context>

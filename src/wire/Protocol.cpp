@@ -1,6 +1,8 @@
 #include "wire/Protocol.h"
 
 #include <algorithm>
+#include <initializer_list>
+#include <utility>
 
 namespace pomvar::request {
 
@@ -20,6 +22,12 @@ std::optional<Fields> fieldsOf(std::string_view id)
         return Fields::appkeyAndAppcat;
     if (id == organizerId)
         return Fields::paneAndItemkey;
+    if (id == placePinnedAppId)
+        return Fields::appkeyAndBeforekey;
+    if (id == placeAppcatId)
+        return Fields::appcatAndBeforekey;
+    if (id == placeAppcatAppId)
+        return Fields::appkeyAppcatAndBeforekey;
     if (expectsReply(id) ||
         std::find(fireAndForget.begin(), fireAndForget.end(), id) != fireAndForget.end())
         return Fields::none;
@@ -32,6 +40,39 @@ std::string withAppKey(std::string_view id, std::string_view appKey)
 {
     std::string text = "{\n    \"id\": \"";
     text.append(id).append("\",\n    \"appkey\": \"").append(appKey).append("\"\n}");
+    return text;
+}
+
+// A JSON string: quotes, backslashes and control characters escaped.
+void appendQuoted(std::string& text, std::string_view value)
+{
+    static constexpr char kHex[] = "0123456789abcdef";
+    text += '"';
+    for (const char c : value) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '"' || c == '\\') {
+            text += '\\';
+            text += c;
+        } else if (byte < 0x20) {
+            text.append("\\u00").append(1, kHex[byte >> 4]).append(1, kHex[byte & 0xf]);
+        } else {
+            text += c;
+        }
+    }
+    text += '"';
+}
+
+// "{\n    \"id\": \"<id>\",\n    \"<name>\": <value>,...\n}", the values escaped.
+std::string jsonRequest(std::string_view id,
+                        std::initializer_list<std::pair<const char*, std::string_view>> fields)
+{
+    std::string text = "{\n    \"id\": \"";
+    text.append(id).append("\"");
+    for (const auto& [name, value] : fields) {
+        text.append(",\n    \"").append(name).append("\": ");
+        appendQuoted(text, value);
+    }
+    text.append("\n}");
     return text;
 }
 
@@ -88,6 +129,28 @@ std::string organizer(OrganizerDlgMode pane, std::string_view itemKey)
         text.append("\"").append(itemKey).append("\"");
     text.append("\n}");
     return text;
+}
+
+std::string placePinnedApp(std::string_view appKey, std::string_view beforeKey)
+{
+    return jsonRequest(placePinnedAppId,
+                       { { field::appkey, appKey }, { field::beforekey, beforeKey } });
+}
+
+std::string placeAppcat(std::string_view appCategory, std::string_view beforeKey)
+{
+    return jsonRequest(placeAppcatId,
+                       { { field::appcat, appCategory }, { field::beforekey, beforeKey } });
+}
+
+std::string placeAppcatApp(std::string_view appKey,
+                           std::string_view appCategory,
+                           std::string_view beforeKey)
+{
+    return jsonRequest(placeAppcatAppId,
+                       { { field::appkey, appKey },
+                         { field::appcat, appCategory },
+                         { field::beforekey, beforeKey } });
 }
 
 } // namespace pomvar::request

@@ -38,6 +38,10 @@ inline constexpr std::string_view getInfoAppcatId = "get-info-appcat";
 inline constexpr std::string_view appSearch = "app-search";
 inline constexpr std::string_view about = "about";
 inline constexpr std::string_view quit = "quit";
+// Drag and drop in the panel.
+inline constexpr std::string_view placePinnedAppId = "place-pinned-app";
+inline constexpr std::string_view placeAppcatId = "place-appcat";
+inline constexpr std::string_view placeAppcatAppId = "place-appcat-app";
 
 // The requests whose reply the front end reads; the server answers these and nothing else.
 inline constexpr std::array<std::string_view, 9> awaited = {
@@ -46,9 +50,20 @@ inline constexpr std::array<std::string_view, 9> awaited = {
     toggleSetAppcatId, checkUpdateAvailable,  getAppUpdateStatus,
 };
 // The requests sent without waiting for anything back.
-inline constexpr std::array<std::string_view, 10> fireAndForget = {
-    checkUpdates,    organizerId, launchId, getInfoAppId, togglePinAppId, createNewAppcatCxtmnuId,
-    getInfoAppcatId, appSearch,   about,    quit,
+inline constexpr std::array<std::string_view, 13> fireAndForget = {
+    checkUpdates,
+    organizerId,
+    launchId,
+    getInfoAppId,
+    togglePinAppId,
+    createNewAppcatCxtmnuId,
+    getInfoAppcatId,
+    appSearch,
+    about,
+    quit,
+    placePinnedAppId,
+    placeAppcatId,
+    placeAppcatAppId,
 };
 
 bool expectsReply(std::string_view id);
@@ -61,6 +76,10 @@ enum class Fields
     appcat,          // a string
     appkeyAndAppcat, // two strings
     paneAndItemkey,  // an integer, then a string or null
+    // The drops: strings, read as JSON only.
+    appkeyAndBeforekey,
+    appcatAndBeforekey,
+    appkeyAppcatAndBeforekey,
 };
 // The fields of a request of the catalogue; nothing for an unknown id.
 std::optional<Fields> fieldsOf(std::string_view id);
@@ -79,11 +98,27 @@ std::string toggleSetAppcat(std::string_view appKey, std::string_view appCategor
 // An empty item key is sent as the bare word null.
 std::string organizer(OrganizerDlgMode pane, std::string_view itemKey);
 
+// The drops of the panel, in the layout of the texts above but JSON, their values escaped: the
+// server reads them as JSON only. Each puts its item just before `beforeKey` (an app key, or a
+// category name for place-appcat), or last when that is empty or not in the list.
+// Pins the app there, or moves it when it is pinned already.
+std::string placePinnedApp(std::string_view appKey, std::string_view beforeKey);
+// Moves the category.
+std::string placeAppcat(std::string_view appCategory, std::string_view beforeKey);
+// Files the app into the category there, or moves it when it is filed there already.
+std::string placeAppcatApp(std::string_view appKey,
+                           std::string_view appCategory,
+                           std::string_view beforeKey);
+
 } // namespace request
 
 // Field names of the replies and menu payloads.
 namespace field {
 inline constexpr const char* appkey = "appkey";
+// Request fields.
+inline constexpr const char* appcat = "appcat";
+inline constexpr const char* beforekey = "beforekey";
+// Payload fields.
 inline constexpr const char* name = "name";
 inline constexpr const char* bundleid = "bundleid";
 inline constexpr const char* iconpath = "iconpath";

@@ -101,7 +101,8 @@ private Q_SLOTS:
             "My Apps|Recent|All Apps|My Apps|Click Organize to pin your favorite apps to the "
             "Pomvar "
             "and organize apps into app categories.|Click All Apps on the left to browse apps on "
-            "your Mac.|Recent Apps|Apps that were recently launched from the Pomvar will appear "
+            "your computer.|Recent Apps|Apps that were recently launched from the Pomvar will "
+            "appear "
             "here.|Open|Get Info|Unpin App|App Categories|Organize|Add to New Category…|New "
             "Category|A category needs a name.|Category name|Create|Cancel|No apps|1 app|2 apps";
         const QString deutsch =

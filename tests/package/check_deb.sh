@@ -41,7 +41,7 @@ for package in lsof libqt6svg6 libqt6widgets6 libglib2.0-0; do
 done
 
 bin=$scratch/root/usr/bin/pomvar
-[ "$("$bin" --version)" = "Pomvar for Mac version $version" ] \
+[ "$("$bin" --version)" = "Pomvar for Linux version $version" ] \
     || fail "pomvar --version printed: $("$bin" --version)"
 help=$("$bin" --help)
 grep -qx "usage: pomvar \[options\]" <<<"$help" || fail "pomvar --help printed: $help"

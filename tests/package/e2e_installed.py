@@ -71,7 +71,7 @@ if not shown_at_next_opening("All Apps", "Latecomer"):
 # A second pomvar says so and leaves the first alone.
 second = subprocess.run([f"{session.prefix}/bin/pomvar"], env=session.env, capture_output=True,
                         text=True, timeout=30)
-if (second.returncode, second.stdout) != (0, "Pomvar for Mac is already running.\n"):
+if (second.returncode, second.stdout) != (0, "Pomvar for Linux is already running.\n"):
     session.fail(f"a second pomvar: status {second.returncode}, {second.stdout!r}")
 
 # Quit from the control menu ends both programs and removes the PID file.

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-# The organizer as a screen reader finds it (desktop_session): its panes, lists, rows, buttons and
-# check boxes are found by their visible names and none is unnamed; a preference ticked, "Clear
+# The organizer as a screen reader finds it (desktop_session): a window, whose panes, lists, rows,
+# buttons and check boxes are found by their visible names and none is unnamed; a preference ticked, "Clear
 # Recent Apps" and a pin's row selected then "Unpin", all pressed over AT-SPI, reach the store.
 # usage: a11y_organizer.py <pomvarsrv>
 import json, os, sys
@@ -18,6 +18,8 @@ found = session.found
 
 session.request('{\n    "id": "organizer",\n    "pane": 2,\n    "itemkey": null\n}')
 window = session.window("Pomvar Organizer")
+if window.get_role_name() not in ("frame", "window"):
+    session.fail(f"the organizer is a {window.get_role_name()}, not a window")
 session.check_named(window)
 for name in ("Organize", "Organize App", "Settings"):
     found(window, "page tab", name)

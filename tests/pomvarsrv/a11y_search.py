@@ -20,6 +20,8 @@ launched = f"{session.root}/launched"
 if subprocess.run([sys.argv[1], "--search"], env=session.env, stderr=subprocess.DEVNULL).returncode:
     session.fail("pomvarsrv --search did not reach the server")
 window = session.window("Search Apps")
+if window.get_role_name() not in ("frame", "window"):
+    session.fail(f"the search window is a {window.get_role_name()}, not a window")
 field = session.found(window, "text", "Search Apps")
 results = session.found(window, "list", "Results")
 session.check_named(window)

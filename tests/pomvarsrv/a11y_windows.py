@@ -1,9 +1,10 @@
 #!/usr/bin/python3
 # The info, about, welcome and updates windows as a screen reader finds them (desktop_session):
 # each window is found by its title, every control in it has a name, the names are the visible
-# labels, and its buttons are pressed through AT-SPI; Escape closes a window.
+# labels, and its buttons are pressed through AT-SPI; Escape closes a window. Each carries
+# Pomvar's icon for the taskbar (_NET_WM_ICON).
 # usage: a11y_windows.py <pomvarsrv>
-import os, sys
+import os, subprocess, sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
 from desktop_session import Atspi, DesktopSession, find, find_all, press, waited  # noqa: E402
@@ -22,6 +23,9 @@ def window(title, buttons, labels=()):
     """The window, checked: its buttons and labels are there by name, nothing is unnamed."""
     shown = session.window(title)
     session.check_named(shown)
+    icon = subprocess.run(["xprop", "-name", title, "_NET_WM_ICON"], capture_output=True, text=True)
+    if "_NET_WM_ICON(CARDINAL)" not in icon.stdout:
+        session.fail(f"the window {title} has no icon: {icon.stdout}{icon.stderr}")
     for role, names in (("push button", buttons), ("label", labels)):
         for name in names:
             session.found(shown, role, name)
@@ -34,7 +38,7 @@ if not waited(lambda: [c["name"] for c in session.store()["categories"]] == ["Ac
     session.fail(f"the welcome's categories are {session.store()['categories']}")
 
 session.request('{\n    "id": "get-info-app",\n    "appkey": "editor.desktop"\n}')
-info = window("Editor", ("Open", "Organize…", "Open Containing Folder", "Close"),
+info = window("Editor Details", ("Open", "Edit…", "Organize…", "Open Containing Folder", "Close"),
               ("Edit plain text", "editor.desktop", "Accessories"))
 press(find(info, "push button", "Open"))
 if not waited(lambda: os.path.exists(f"{session.root}/opened")):

@@ -18,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTabWidget>
 #include <QtTest>
 
@@ -144,6 +145,11 @@ private Q_SLOTS:
         QFETCH(QString, onPane);
         const int pane = onPane.toInt();
         QVERIFY(open(pane, pane == 0 ? "Office" : "beta.desktop"));
+        // The buttons act on what is highlighted: each list's first app.
+        for (const char* list : { "pinnedApps", "categoryApps" }) {
+            if (auto* view = find<OrganizerListView>(list))
+                view->selectKeys({ view->listModel()->keyAt(0) });
+        }
         find<QAbstractButton>(QTest::currentDataTag())->click();
         const QString value = answer.section(' ', 1);
         if (answer.startsWith("pick"))
@@ -190,6 +196,67 @@ private Q_SLOTS:
         QCOMPARE(ask(request::getRecentAppsMenuData).size(), flag == "r" ? 0u : 2u);
         // Saved before the click returned: a server killed now loses nothing.
         QVERIFY(StoreFile(m_desktop.storePath()).load() == m_server.app().model().store());
+    }
+
+    void buttonsActOnTheHighlighted_data()
+    {
+        // The list, the keys highlighted there (in the picker of "Pin Apps…": chosen, then
+        // "filter"ed to others), the buttons of its box then enabled.
+        rows({ "list", "highlighted", "enabled" },
+             { "no pin;pinnedApps;;pinApps",
+               "first pin;pinnedApps;alpha;pinApps unpin pinsDown",
+               "middle pin;pinnedApps;beta;pinApps unpin pinsUp pinsDown",
+               "last pin;pinnedApps;gamma;pinApps unpin pinsUp",
+               "every pin;pinnedApps;alpha beta gamma;pinApps unpin",
+               "first category;categories;Games;newCategory renameCategory deleteCategory "
+               "categoriesDown",
+               "last category;categories;Tools;newCategory renameCategory deleteCategory "
+               "categoriesUp",
+               "no app of the category;categoryApps;;addApps",
+               "the only app of the category;categoryApps;delta;addApps removeApps",
+               "no hidden app;hiddenApps;;",
+               "a hidden app;hiddenApps;epsilon;unhide",
+               "nothing picked;appPickerList;;",
+               "picked, then filtered away;appPickerList;delta filter eps;appPickerAction" });
+    }
+    void buttonsActOnTheHighlighted()
+    {
+        QFETCH(QString, list);
+        QFETCH(QString, highlighted);
+        QFETCH(QString, enabled);
+        m_server.app().model().setHidden("epsilon.desktop", list == "hiddenApps");
+        QVERIFY(open(0, "Office"));
+        if (list == "appPickerList")
+            find<QAbstractButton>("pinApps")->click();
+        QWidget* box = list == "appPickerList" ? InProcessServer::waitForWindow("appPicker")
+                                               : find<OrganizerListView>(list)->parentWidget();
+        auto* view = box->findChild<OrganizerListView*>(list);
+        view->selectKeys(highlighted.section(" filter ", 0, 0)
+                             .split(' ', Qt::SkipEmptyParts)
+                             .replaceInStrings(QRegularExpression("^([a-z]+)$"), "\\1.desktop"));
+        if (highlighted.contains(" filter "))
+            box->findChild<QLineEdit*>()->setText(highlighted.section(" filter ", 1));
+        QStringList found;
+        for (auto* button : box->findChildren<QPushButton*>()) {
+            if (button->isEnabled() && !button->objectName().isEmpty())
+                found << button->objectName();
+        }
+        QCOMPARE(found.join(' '), enabled);
+    }
+
+    // "Clear Recent Apps" can be taken back until the organizer closes.
+    void clearingRecentIsUndoneUntilClosed()
+    {
+        QVERIFY(open(2, {}));
+        find<QAbstractButton>("clearRecent")->click();
+        find<QAbstractButton>("undoClearRecent")->click();
+        QCOMPARE(flags(), "r");
+        QCOMPARE(ask(request::getRecentAppsMenuData).size(), 2u);
+        find<QAbstractButton>("clearRecent")->click();
+        QVERIFY(find<QAbstractButton>("undoClearRecent"));
+        QVERIFY(open(2, {})); // closed, then open again
+        QVERIFY(!find<QAbstractButton>("undoClearRecent"));
+        QCOMPARE(ask(request::getRecentAppsMenuData).size(), 0u);
     }
 
     void reorder_data()

@@ -10,6 +10,8 @@
 
 #include <QTest>
 
+#include <functional>
+
 using namespace pomvar;
 using namespace pomvar::srv;
 using Json = nlohmann::json;
@@ -62,7 +64,8 @@ private Q_SLOTS:
             Json out = r ? Json{ { "id", r->id } } : Json();
             for (const auto& [name, value] : { std::pair("appkey", r ? r->appkey : std::nullopt),
                                                { "appcat", r ? r->appcat : std::nullopt },
-                                               { "itemkey", r ? r->itemkey : std::nullopt } })
+                                               { "itemkey", r ? r->itemkey : std::nullopt },
+                                               { "beforekey", r ? r->beforekey : std::nullopt } })
                 value ? void(out[name] = *value) : void();
             if (r && r->pane)
                 out["pane"] = *r->pane;
@@ -85,6 +88,15 @@ private Q_SLOTS:
             if (!v.empty())
                 organizer["itemkey"] = v;
             check(rq::organizer(OrganizerDlgMode::organizeApp, v), organizer);
+            check(rq::placePinnedApp(v, "\t"),
+                  { { "id", "place-pinned-app" }, { "appkey", v }, { "beforekey", "\t" } });
+            check(rq::placeAppcat(v, v),
+                  { { "id", "place-appcat" }, { "appcat", v }, { "beforekey", v } });
+            check(rq::placeAppcatApp(v, v, ""),
+                  { { "id", "place-appcat-app" },
+                    { "appkey", v },
+                    { "appcat", v },
+                    { "beforekey", "" } });
         }
         check(R"({"appkey": "x\"y", "id": "launch"})",
               { { "id", "launch" }, { "appkey", "x\"y" } });
@@ -103,6 +115,7 @@ private Q_SLOTS:
                                            R"({"id": "launch", "appkey": 1})",
                                            R"({"id": "organizer", "pane": "1", "itemkey": null})",
                                            R"({"id": "organizer", "pane": 1})",
+                                           R"({"id": "place-appcat", "appcat": "G"})",
                                            "{\n    \"id\": \"organizer\",\n    \"pane\": x" })
             check(refused, nullptr);
     }
@@ -143,6 +156,39 @@ private Q_SLOTS:
             null, null, null, null, null, null])"));
         QCOMPARE(actions.calls,
                  QStringList({ "launch a.desktop", "new category c.desktop", "quit" }));
+    }
+
+    // The panel's drops change the store and raise the flags exactly as the organizer's calls.
+    void dropsChangeTheStoreAsTheOrganizer()
+    {
+        using Call = std::function<bool(ServerModel&)>;
+        const std::pair<std::string, Call> cases[] = {
+            { rq::placePinnedApp("c.desktop", "a.desktop"),
+              [](ServerModel& m) { return m.placePins({ "c.desktop" }, "a.desktop"); } },
+            { rq::placePinnedApp("a.desktop", ""),
+              [](ServerModel& m) { return m.placePins({ "a.desktop" }, ""); } },
+            { rq::placeAppcat("Tools", "Games"),
+              [](ServerModel& m) { return m.placeCategories({ "Tools" }, "Games"); } },
+            { rq::placeAppcatApp("b.desktop", "Games", "a.desktop"),
+              [](ServerModel& m) {
+                  return m.placeMembers("Games", { "b.desktop" }, "a.desktop");
+              } },
+        };
+        ServerModel base;
+        base.setApps(threeApps());
+        base.placePins({ "a.desktop", "b.desktop" }, "");
+        base.createCategoryWith("Games", "a.desktop");
+        base.createCategoryWith("Tools", "c.desktop");
+        base.takeFlags();
+        RecordedActions actions;
+        for (const auto& [text, call] : cases) {
+            ServerModel viaPanel = base, viaOrganizer = base;
+            RequestHandler(viaPanel, actions).handle(*RequestParser::parse(text));
+            QVERIFY2(call(viaOrganizer), text.c_str());
+            QVERIFY(viaPanel.store() == viaOrganizer.store());
+            QVERIFY(viaPanel.takeFlags() == viaOrganizer.takeFlags());
+        }
+        QVERIFY(actions.calls.isEmpty());
     }
 };
 

@@ -2,9 +2,11 @@
 // clicks: it opens on "app-search" from the wire, launches through the same path as "launch"
 // (Recent and its flag, read back over the wire), lists and launches an app's desktop actions,
 // keeps one window for every request and closes when it loses the focus; rows draw the icon file
-// for the display's scale.
+// for the display's scale, and the highlighted one both its lines readable on the highlight
+// under a light and a dark palette.
 #include "IconFiles.h"
 #include "InProcessServer.h"
+#include "Palettes.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/ui/SearchResultDelegate.h"
 #include "pomvarsrv/ui/SearchResults.h"
@@ -129,6 +131,27 @@ private Q_SLOTS:
         QTest::keyClicks(field, "marker");
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row);
         QTRY_VERIFY(QFile::exists(m_marker + ".app"));
+    }
+
+    void resultsReadOnTheHighlight()
+    {
+        QLineEdit* field = openWindow();
+        QVERIFY(field);
+        auto* list = field->window()->findChild<QListView*>();
+        QTest::keyClicks(field, "marker");
+        for (const QPalette& palette : { lightPalette(), darkPalette() }) {
+            list->setPalette(palette);
+            const QImage row =
+                list->viewport()->grab(list->visualRect(list->currentIndex())).toImage();
+            const QColor highlight = palette.color(QPalette::Highlight);
+            QCOMPARE(row.pixelColor(row.width() - 4, 2), highlight);
+            // "Marker", then "Leaves a mark", right of the icon.
+            const int left = int(44 * row.devicePixelRatio()), half = row.height() / 2;
+            for (const int top : { 0, half })
+                QVERIFY(textContrast(row, QRect(left, top, row.width() - left, half), highlight) >=
+                        4.5);
+        }
+        field->window()->close();
     }
 
     void rowsDrawTheIconFileForTheScale()

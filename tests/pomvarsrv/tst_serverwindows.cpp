@@ -3,18 +3,23 @@
 // switched by the next request, Escape, and what their buttons do. The server starts on an empty
 // store, so the welcome shows at once; its categories are read back over the wire. The options
 // that start it: --welcome and the port.
+#include "ChildProcess.h"
 #include "InProcessServer.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/ui/AppInfoWindow.h"
 #include "pomvarsrv/ui/CategoryInfoWindow.h"
+#include "pomvarsrv/ui/SearchResults.h"
 #include "wire/Protocol.h"
 #include "wire/RuntimeEndpoint.h"
 #include "wire/Version.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDesktopServices>
 #include <QLabel>
+#include <QLineEdit>
+#include <QListView>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -42,7 +47,9 @@ private Q_SLOTS:
             { "editor",
               "Name=Editor\nGenericName=Text Editor\nComment=Edit plain text\n" + exec +
                   " editor %F\nCategories=GTK;Utility;TextEditor;" },
-            { "shell", "Name=Shell\nTerminal=true\n" + exec + " shell\nCategories=System;" },
+            { "shell",
+              "Name=Shell\nGenericName=Shell\nTerminal=true\n" + exec +
+                  " shell\nCategories=System;" },
             { "panel", "Name=Control Panel\n" + exec + " panel\nCategories=Settings;System;" },
             { "music", "Name=Music\n" + exec + " music\nCategories=Audio;AudioVideo;" },
             { "plain", "Name=Plain\n" + exec + " plain" },
@@ -113,7 +120,7 @@ private Q_SLOTS:
             << "appName=Editor;appGenericName=Text Editor;appComment=Edit plain text;appId=editor."
                "desktop;appPath=" +
                    path + ";appCommand=" + m_marker +
-                   " editor %F;appCategories=GTK, Utility, TextEditor;appTerminal=No;appPinned=Yes;"
+                   " editor;appCategories=GTK, Utility, TextEditor;appTerminal=No;appPinned=Yes;"
                    "appPomvarCategories=Accessories";
         QTest::newRow("in a terminal")
             << "shell.desktop"
@@ -128,10 +135,12 @@ private Q_SLOTS:
         QFETCH(QString, shown);
         if (!m_pinned)
             m_pinned = m_server.send(rq::togglePinApp("editor.desktop"));
-        // Each switches the window shown.
-        auto* window = openWindow<AppInfoWindow>(rq::getInfoApp(appkey.toStdString()),
-                                                 "appInfo",
-                                                 shown.section(u'=', 1, 1).section(u';', 0, 0));
+        // Each switches the window shown. The name shows once: a generic name only when it
+        // says something else, the command without its field codes.
+        auto* window =
+            openWindow<AppInfoWindow>(rq::getInfoApp(appkey.toStdString()),
+                                      "appInfo",
+                                      shown.section(u'=', 1, 1).section(u';', 0, 0) + " Details");
         QVERIFY(window);
         for (const QString& line : shown.split(u';'))
             QCOMPARE(window->findChild<QLabel*>(line.section(u'=', 0, 0))->text(),
@@ -142,12 +151,13 @@ private Q_SLOTS:
 
     void appInfoButtonsAndKeys()
     {
-        auto* window =
-            openWindow<AppInfoWindow>(rq::getInfoApp("editor.desktop"), "appInfo", "Editor");
+        auto* window = openWindow<AppInfoWindow>(
+            rq::getInfoApp("editor.desktop"), "appInfo", "Editor Details");
         QVERIFY(window);
         // Tab reaches the values to copy and every button, Open first.
-        QCOMPARE(tabStops().join(' '),
-                 "open close appId appPath openContainingFolder appCommand organize");
+        QCOMPARE(
+            tabStops().join(' '),
+            "open close appId appPath openContainingFolder appCommand appHidden edit organize");
         QSignalSpy organize(window, &AppInfoWindow::organizeRequested);
         window->findChild<QPushButton*>("openContainingFolder")->click();
         QCOMPARE(m_opened, QUrl::fromLocalFile(m_desktop.systemData() + "/applications"));
@@ -155,19 +165,74 @@ private Q_SLOTS:
         QCOMPARE(organize.value(0), QVariantList{ "editor.desktop" });
         QVERIFY(!window->isVisible());
         // Enter opens it: launched as "launch" would, then the window closes.
-        QCOMPARE(openWindow<AppInfoWindow>(rq::getInfoApp("editor.desktop"), "appInfo", "Editor"),
+        QCOMPARE(openWindow<AppInfoWindow>(
+                     rq::getInfoApp("editor.desktop"), "appInfo", "Editor Details"),
                  window);
         QTest::keyClick(window, Qt::Key_Return);
         QTRY_VERIFY(QFile::exists(m_marker + ".editor"));
         JCOMPARE(m_server.ask(rq::plain(rq::getRecentAppsMenuData))[0]["appkey"], "editor.desktop");
         // An unknown key says so; Escape closes.
-        QCOMPARE(openWindow<AppInfoWindow>(rq::getInfoApp("gone.desktop"), "appInfo", "App Info"),
-                 window);
+        QCOMPARE(
+            openWindow<AppInfoWindow>(rq::getInfoApp("gone.desktop"), "appInfo", "App Details"),
+            window);
         QCOMPARE(window->findChild<QLabel*>("appMissing")->text(),
                  "No installed app has the key \u201cgone.desktop\u201d.");
         QVERIFY(window->findChild<QPushButton*>("open")->isHidden());
         QTest::keyClick(window, Qt::Key_Escape);
         QVERIFY(!window->isVisible());
+    }
+
+    // "Hidden" and "Edit…" of the info window, through the real catalogue: a hidden app leaves
+    // the menus, its pin and category included, and the search, then comes back; an edit is the
+    // user's own copy of the entry, valid, which the catalogue shows at once, until reverted.
+    void hideAndEdit()
+    {
+        auto* window = openWindow<AppInfoWindow>(
+            rq::getInfoApp("editor.desktop"), "appInfo", "Editor Details");
+        QVERIFY(window);
+        // All Apps, Recent, pinned, Accessories and the search.
+        const int everywhere = int(named("edit").count("editor.desktop"));
+        QCOMPARE(everywhere, 5);
+        for (const int shown : { 0, everywhere }) {
+            window->findChild<QCheckBox*>("appHidden")->click();
+            QCOMPARE(named("edit").count("editor.desktop"), shown);
+        }
+        window->findChild<QPushButton*>("edit")->click();
+        QWidget* editor = InProcessServer::waitForWindow("appEditDialog");
+        // Enter saves.
+        const auto type = [&](const char* field, const QString& text) {
+            editor->findChild<QLineEdit*>(field)->setText(text);
+            QTest::keyClick(editor->findChild<QLineEdit*>(field), Qt::Key_Return);
+        };
+        editor->findChild<QCheckBox*>("editCategoryDevelopment")->click();
+        editor->findChild<QLineEdit*>("editName")->setText("Writer");
+        type("editCommand", "echo $HOME");
+        QCOMPARE(editor->findChild<QLabel*>("editProblem")->text(),
+                 "\u201c$\u201d must be inside double quotes.");
+        type("editCommand", m_marker + " writer %F");
+        QVERIFY(!editor->isVisible());
+        const QString copy = m_desktop.dataHome() + "/applications/editor.desktop";
+        const auto valid = runChild("desktop-file-validate", { copy });
+        QVERIFY2(valid.exitedWith(0) && !valid.out.contains("error") && !valid.out.contains("warn"),
+                 valid.out.constData());
+        QVERIFY(TestDesktop::read(copy).contains(QByteArray(
+            "Name=Writer\nGenericName=Text Editor\nComment=Edit plain text\nExec=" +
+            m_marker.toUtf8() + " writer %F\nCategories=GTK;Utility;TextEditor;Development;\n")));
+        // All Apps' name of the app, and the window's title.
+        const auto shown = [&]() -> QString {
+            for (const Json& app : m_server.ask(rq::plain(rq::getAllAppsMenuData)))
+                if (app["appkey"] == "editor.desktop")
+                    return QString::fromStdString(app["name"]) + " " + window->windowTitle();
+            return QString();
+        };
+        QTRY_COMPARE(shown(), "Writer Writer Details");
+        // Reverted: the installed entry shows again.
+        window->findChild<QPushButton*>("edit")->click();
+        editor = InProcessServer::waitForWindow("appEditDialog");
+        QCOMPARE(editor->findChild<QLineEdit*>("editName")->text(), "Writer");
+        editor->findChild<QPushButton*>("editRevert")->click();
+        QVERIFY(!QFile::exists(copy));
+        QTRY_COMPARE(shown(), "Editor Editor Details");
     }
 
     void categoryInfo()
@@ -223,6 +288,32 @@ private Q_SLOTS:
     }
 
 private:
+    // The app keys the three menus name (the pinned apps and each category's apps apart), then
+    // those the search window finds for `query`.
+    QStringList named(const QString& query) const
+    {
+        QStringList keys;
+        const auto add = [&](const Json& apps) {
+            for (const Json& app : apps)
+                keys << QString::fromStdString(app["appkey"]);
+        };
+        add(m_server.ask(rq::plain(rq::getAllAppsMenuData)));
+        add(m_server.ask(rq::plain(rq::getRecentAppsMenuData)));
+        const Json mine = m_server.ask(rq::plain(rq::getMyAppsMenuData));
+        add(mine["pinnedapps"]);
+        for (const auto& [name, apps] : mine["appcatapps"].items())
+            add(apps);
+        if (!m_server.send(rq::plain(rq::appSearch)))
+            return {};
+        QWidget* search = InProcessServer::waitForWindow("searchWindow");
+        search->findChild<QLineEdit*>("searchField")->setText(query);
+        const QAbstractItemModel* results = search->findChild<QListView*>()->model();
+        for (int row = 0; row < results->rowCount(); ++row)
+            keys << results->index(row, 0).data(SearchResults::KeyRole).toString();
+        search->close();
+        return keys;
+    }
+
     // The widgets Tab goes through, from the focused one.
     static QStringList tabStops()
     {

@@ -1,6 +1,6 @@
 // Frames reassembled from any chunking, an oversized prefix flagged, strict UTF-8, and the request
-// texts byte for byte: values are pasted unescaped, toggle-set-appcat keeps its odd ending, and the
-// organizer sends null for an empty key.
+// texts byte for byte: values are pasted unescaped, toggle-set-appcat keeps its odd ending, the
+// organizer sends null for an empty key, and the drops are JSON, escaped.
 #include "wire/Frame.h"
 #include "wire/FrameDecoder.h"
 #include "wire/Protocol.h"
@@ -74,6 +74,9 @@ private Q_SLOTS:
               "{\n    \"id\": \"organizer\",\n    \"pane\": 2,\n    \"itemkey\": null\n}" },
             { rq::organizer(OrganizerDlgMode::organizeApp, "a"),
               "{\n    \"id\": \"organizer\",\n    \"pane\": 1,\n    \"itemkey\": \"a\"\n}" },
+            { rq::placeAppcatApp("a\"b", "G\\\x01", ""),
+              "{\n    \"id\": \"place-appcat-app\",\n    \"appkey\": \"a\\\"b\",\n    \"appcat\": "
+              "\"G\\\\\\u0001\",\n    \"beforekey\": \"\"\n}" },
         };
         for (const auto& [text, expected] : cases)
             QCOMPARE(text, expected);

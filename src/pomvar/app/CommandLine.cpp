@@ -25,11 +25,11 @@ CmdLine readCmdLine(const std::vector<std::string>& arguments, bool bold)
     CmdLine cmdLine;
     if (help.wasSet) {
         cmdLine.action = CmdLine::Action::help;
-        cmdLine.text = "Pomvar for Mac: the customizable app launcher for macOS\n\n" +
+        cmdLine.text = "Pomvar for Linux: the customizable app launcher for Linux\n\n" +
                        flags.usage(bold) + "\n";
     } else if (version.wasSet) {
         cmdLine.action = CmdLine::Action::version;
-        cmdLine.text = concat("Pomvar for Mac version ", pomvar::version(), "\n");
+        cmdLine.text = concat("Pomvar for Linux version ", pomvar::version(), "\n");
     } else {
         if (clearRecent.wasSet)
             cmdLine.rtArgs.emplace_back("--clear-recent");

@@ -77,7 +77,7 @@ void PomvarApp::initExecEnv()
 
     struct stat info;
     if (::stat(PidFile::getPidFilePath().c_str(), &info) == 0) {
-        printLine(lcApp(), "Pomvar for Mac is already running.");
+        printLine(lcApp(), "Pomvar for Linux is already running.");
         std::exit(0);
     }
 }

@@ -57,7 +57,7 @@ void AppNotifier::postUpdateComplete(int delayMs)
 void AppNotifier::sendUpdateComplete()
 {
     const auto call =
-        DesktopNotification(tr("Update Complete"), tr("Pomvar for Mac was successfully updated."))
+        DesktopNotification(tr("Update Complete"), tr("Pomvar for Linux was successfully updated."))
             .withSound(QStringLiteral("message-new-instant"))
             .post();
     auto* watcher = new QDBusPendingCallWatcher(call, this);

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 
 namespace pomvar {
@@ -69,6 +70,31 @@ void MenuListView::updateRowHeight()
     viewport()->update();
 }
 
+void MenuListView::setDropMarker(const QRect& rect)
+{
+    if (rect == m_dropMarker)
+        return;
+    m_dropMarker = rect;
+    viewport()->update();
+}
+
+void MenuListView::paintEvent(QPaintEvent* event)
+{
+    QTreeView::paintEvent(event);
+    if (m_dropMarker.isNull())
+        return;
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QColor colour = palette().color(QPalette::Active, QPalette::Highlight);
+    if (m_dropMarker.height() <= kDropLine) {
+        painter.fillRect(m_dropMarker, colour);
+        return;
+    }
+    painter.setPen(QPen(colour, 2));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(m_dropMarker).adjusted(1, 1, -1, -1), 4, 4);
+}
+
 void MenuListView::activate(const QModelIndex& index)
 {
     if (!index.isValid())
@@ -94,8 +120,10 @@ void MenuListView::highlight(const QModelIndex& index)
 void MenuListView::mousePressEvent(QMouseEvent* event)
 {
     const QModelIndex index = indexAt(event->position().toPoint());
-    if (event->button() == Qt::LeftButton)
+    if (event->button() == Qt::LeftButton) {
         m_pressed = index;
+        m_pressedAt = event->position().toPoint();
+    }
     highlight(index);
     setFocus(Qt::MouseFocusReason);
     event->accept();
@@ -119,8 +147,18 @@ void MenuListView::mouseDoubleClickEvent(QMouseEvent* event)
 
 void MenuListView::mouseMoveEvent(QMouseEvent* event)
 {
+    const QPoint at = event->position().toPoint();
     if (event->buttons() == Qt::NoButton)
-        highlight(indexAt(event->position().toPoint()));
+        highlight(indexAt(at));
+    if (event->buttons() == Qt::LeftButton && m_pressed.isValid() &&
+        (at - m_pressedAt).manhattanLength() >= QApplication::startDragDistance()) {
+        const QModelIndex dragged = m_pressed;
+        // The drag has the pointer from now on: no click follows.
+        m_pressed = QPersistentModelIndex();
+        Q_EMIT dragStarted(dragged,
+                           m_pressedAt - visualRect(dragged).topLeft(),
+                           event->globalPosition().toPoint());
+    }
     event->accept();
 }
 

@@ -1,5 +1,7 @@
 #include "ui/MenuSelectionColor.h"
 
+#include "palette/ReadableColor.h"
+
 #include <QPalette>
 
 namespace pomvar {
@@ -12,7 +14,10 @@ QColor MenuSelectionColor::color(const QPalette& palette) const
 
 QColor MenuSelectionColor::foreground(const QPalette& palette) const
 {
-    return m_isHovered ? QColor(Qt::white) : palette.color(QPalette::Active, QPalette::WindowText);
+    if (!m_isHovered)
+        return palette.color(QPalette::Active, QPalette::WindowText);
+    return ReadableColor::on(color(palette),
+                             palette.color(QPalette::Active, QPalette::HighlightedText));
 }
 
 } // namespace pomvar

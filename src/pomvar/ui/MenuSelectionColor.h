@@ -15,7 +15,8 @@ public:
     {}
 
     QColor color(const QPalette& palette) const;
-    // The row's text and glyph colour that goes with the fill.
+    // The row's text and glyph colour that goes with the fill: on the accent colour, the
+    // palette's highlighted text, made readable there.
     QColor foreground(const QPalette& palette) const;
 
 private:

@@ -11,6 +11,7 @@
 #include "ui/MenuPage.h"
 #include "ui/MenuSelectorButton.h"
 #include "ui/PanelColors.h"
+#include "ui/PanelDrag.h"
 #include "ui/PanelFonts.h"
 #include "ui/PomvarTitle.h"
 #include "ui/UiLog.h"
@@ -81,6 +82,22 @@ PomvarView::PomvarView(PomvarViewModel& vm,
     right->addWidget(m_menus, 1);
     right->addWidget(controlBar());
     columns->addLayout(right, 1);
+
+    m_drag = new PanelDrag(
+        m_vm,
+        this,
+        m_selectorButtons[slot(Pomvar::MyApps)],
+        menuPage(Pomvar::MyApps),
+        menuView(Pomvar::MyApps),
+        [this] { setSelectedMenu(Pomvar::MyApps); },
+        this);
+    for (MenuPage* page : m_pages)
+        connect(page->view(),
+                &MenuListView::dragStarted,
+                this,
+                [this, page](const QModelIndex& index, QPoint hotSpot, QPoint global) {
+                    m_drag->start(page->view(), index, hotSpot, global);
+                });
 
     connect(&m_vm, &PomvarViewModel::expandedAppCatsChanged, this, &PomvarView::syncExpansion);
     connect(&m_vm, &PomvarViewModel::expandedAppCatChanged, this, &PomvarView::syncExpansionOf);
@@ -259,8 +276,7 @@ QWidget* PomvarView::myAppsEmpty()
         tr("My Apps"),
         { tr("Click Organize to pin your favorite apps to the Pomvar and organize apps into app "
              "categories."),
-          //: "your Mac" is the user's computer.
-          tr("Click All Apps on the left to browse apps on your Mac.") },
+          tr("Click All Apps on the left to browse apps on your computer.") },
         this);
     empty->setObjectName(QStringLiteral("myAppsEmpty"));
     return empty;

@@ -15,6 +15,7 @@ namespace pomvar {
 class MenuListView;
 class MenuPage;
 class MenuSelectorButton;
+class PanelDrag;
 class PomvarViewModel;
 
 // The panel's content: the selector column with the title on the left, the three menus and the
@@ -73,6 +74,7 @@ private:
     QStackedWidget* m_menus = nullptr;
     std::array<MenuPage*, 3> m_pages{};
     std::array<MenuSelectorButton*, 3> m_selectorButtons{};
+    PanelDrag* m_drag = nullptr;
 };
 
 } // namespace pomvar

@@ -37,6 +37,7 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
         m_catalogue.rescan();
     });
     connect(&m_updates, &Updates::restartDue, this, &ServerApp::restartIntoUpdate);
+    connect(&m_catalogue, &CatalogueLoader::appsChanged, &m_windows, &ServerWindows::refreshShown);
 }
 
 ServerApp::~ServerApp() = default;

@@ -2,16 +2,19 @@
 
 #include "pomvarsrv/app/ServerLog.h"
 #include "pomvarsrv/app/Updates.h"
+#include "pomvarsrv/catalogue/EditedEntry.h"
 #include "pomvarsrv/catalogue/Launcher.h"
 #include "pomvarsrv/model/ServerModel.h"
 #include "pomvarsrv/search/AppSearch.h"
 #include "pomvarsrv/ui/AboutWindow.h"
+#include "pomvarsrv/ui/AppEditDialog.h"
 #include "pomvarsrv/ui/AppInfoWindow.h"
 #include "pomvarsrv/ui/CategoryInfoWindow.h"
 #include "pomvarsrv/ui/NewCategoryPrompt.h"
 #include "pomvarsrv/ui/OrganizerWindow.h"
 #include "pomvarsrv/ui/SearchWindow.h"
 #include "pomvarsrv/ui/UpdatesWindow.h"
+#include "pomvarsrv/ui/UserNotice.h"
 #include "pomvarsrv/ui/WelcomeWindow.h"
 #include "wire/Protocol.h"
 
@@ -72,22 +75,30 @@ void ServerWindows::showOrganizer(int pane, const QString& itemkey)
             });
         connect(
             m_organizer.get(), &OrganizerWindow::infoRequested, this, &ServerWindows::showAppInfo);
+        connect(
+            m_organizer.get(), &OrganizerWindow::editRequested, this, &ServerWindows::showEditor);
     }
     m_organizer->present(pane, itemkey);
 }
 
-void ServerWindows::showAppInfo(const QString& appkey)
+AppInfo ServerWindows::appInfo(const QString& appkey) const
 {
-    AppInfo info{ appkey, std::nullopt, {}, false, {} };
+    AppInfo info{ appkey, std::nullopt, {}, false, false, {} };
     const std::string key = appkey.toStdString();
     if (const AppEntry* app = m_model.apps().find(key)) {
         info.details = AppDetails::read(appkey);
         info.icon = QString::fromStdString(app->iconPath2x);
     }
     info.pinned = m_model.store().isPinned(key);
+    info.hidden = m_model.store().isHidden(key);
     for (const AppCategory& category : m_model.store().categories())
         if (std::find(category.apps.begin(), category.apps.end(), key) != category.apps.end())
             info.categories << QString::fromStdString(category.name);
+    return info;
+}
+
+void ServerWindows::showAppInfo(const QString& appkey)
+{
     if (!m_appInfo) {
         m_appInfo = std::make_unique<AppInfoWindow>();
         connect(m_appInfo.get(),
@@ -98,8 +109,15 @@ void ServerWindows::showAppInfo(const QString& appkey)
             m_appInfo.get(), &AppInfoWindow::organizeRequested, this, [this](const QString& key) {
                 showOrganizer(int(OrganizerDlgMode::organizeApp), key);
             });
+        connect(m_appInfo.get(), &AppInfoWindow::editRequested, this, &ServerWindows::showEditor);
+        connect(m_appInfo.get(),
+                &AppInfoWindow::hiddenChanged,
+                this,
+                [this](const QString& key, bool hidden) {
+                    m_model.setHidden(key.toStdString(), hidden);
+                });
     }
-    m_appInfo->showApp(info);
+    m_appInfo->showApp(appInfo(appkey));
     m_appInfo->present();
 }
 
@@ -167,6 +185,34 @@ void ServerWindows::showUpdates()
     }
     refreshUpdates();
     m_updatesWindow->present();
+}
+
+void ServerWindows::showEditor(const QString& appkey)
+{
+    qCInfo(lcApp) << "editing" << appkey;
+    auto entry = EditedEntry::read(appkey);
+    if (!entry) {
+        UserNotice::show(
+            QStringLiteral("Pomvar"),
+            //: %1: the app's desktop file id.
+            tr("No installed app has the desktop file ID \u201c%1\u201d.").arg(appkey));
+        return;
+    }
+    // One editor at a time.
+    if (m_editor)
+        m_editor->close();
+    m_editor = new AppEditDialog(std::move(*entry));
+    m_editor->show();
+    m_editor->raise();
+    m_editor->activateWindow();
+}
+
+void ServerWindows::refreshShown()
+{
+    if (m_appInfo && m_appInfo->isVisible())
+        m_appInfo->showApp(appInfo(m_appInfo->appkey()));
+    if (m_organizer && m_organizer->isVisible())
+        m_organizer->refresh();
 }
 
 void ServerWindows::refreshUpdates()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 
 #include <functional>
@@ -11,6 +12,8 @@
 namespace pomvar::srv {
 
 class AboutWindow;
+struct AppInfo;
+class AppEditDialog;
 class AppInfoWindow;
 class CategoryInfoWindow;
 class OrganizerWindow;
@@ -22,9 +25,9 @@ class UpdatesWindow;
 class WelcomeWindow;
 
 // Owns every window of the server: the search window, the organizer, the new category prompt,
-// and the info, about, welcome and updates windows. Each is made at its first request, then
-// shown again, raised and switched to what is asked. It gathers what they show from the model,
-// the search and the updates, and carries out what the user chooses in them.
+// the app editor, and the info, about, welcome and updates windows. Each is made at its first
+// request, then shown again, raised and switched to what is asked. It gathers what they show from
+// the model, the search and the updates, and carries out what the user chooses in them.
 class ServerWindows : public QObject
 {
     Q_OBJECT
@@ -51,8 +54,14 @@ public:
     void showWelcome();
     // Re-reads the installed version first.
     void showUpdates();
+    // The app's entry, to edit as the user's own copy.
+    void showEditor(const QString& appkey);
+    // The apps or their entries changed: the info window and the organizer, when shown, show
+    // them as they are now.
+    void refreshShown();
 
 private:
+    AppInfo appInfo(const QString& appkey) const;
     void refreshUpdates();
     void startWithCategories();
 
@@ -67,6 +76,7 @@ private:
     std::unique_ptr<AboutWindow> m_about;
     std::unique_ptr<WelcomeWindow> m_welcome;
     std::unique_ptr<UpdatesWindow> m_updatesWindow;
+    QPointer<AppEditDialog> m_editor;
 };
 
 } // namespace pomvar::srv

@@ -9,6 +9,7 @@
 #include "pomvarsrv/ipc/SearchShortcut.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <chrono>
 #include <cstdio>
@@ -82,6 +83,11 @@ int main(int argc, char* argv[])
     AppCatalogue::addFlatpakDataDirs();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("pomvarsrv"));
+    // Pomvar's windows, not an unknown program's, in the taskbar and the window switcher: the
+    // installed entry and icon, or the built-in copy of the icon where it is not installed.
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.pomvar.Pomvar"));
+    QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("org.pomvar.Pomvar"),
+                                                 QIcon(QStringLiteral(":/pomvarsrv/pomvar.svg"))));
     // libexec/pomvar/pomvarsrv: two folders below the prefix.
     pomvar::Translations::install(
         pomvar::Translations::folderFor(QApplication::applicationDirPath(), 2));

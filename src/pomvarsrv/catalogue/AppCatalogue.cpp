@@ -9,6 +9,7 @@
 #include "pomvarsrv/search/NameOrder.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 namespace pomvar::srv {
@@ -105,6 +106,10 @@ void AppCatalogue::watch()
 {
     if (m_monitor)
         return;
+    // The user's own entries (an edited copy among them) are seen at once only when their
+    // folder is there before GIO first lists it: a missing folder is only looked for now and
+    // then.
+    QDir().mkpath(QFile::decodeName(g_get_user_data_dir()) + QStringLiteral("/applications"));
     m_monitor = g_app_info_monitor_get();
     m_handlerId = g_signal_connect(m_monitor, "changed", G_CALLBACK(monitorChanged), this);
 }

@@ -28,7 +28,8 @@ public:
     // The version of the GLib the server runs with, "2.74.6".
     static QString glibVersion();
 
-    // Starts watching the desktop entries; on the main thread, where `changed` is reported.
+    // Starts watching the desktop entries, the user's applications folder made first; on the main
+    // thread, where `changed` is reported.
     void watch();
     // Calls `visit` with each app to show, one at a time, in the order of their desktop file ids.
     // Safe on any thread; arms the monitor again.

@@ -20,6 +20,26 @@ QStringList categoriesOf(GDesktopAppInfo* info)
     return utf8(g_desktop_app_info_get_categories(info)).split(u';', Qt::SkipEmptyParts);
 }
 
+// The command as it runs with nothing to open: the field codes are left out, "%%" is "%".
+QString withoutFieldCodes(const QString& exec)
+{
+    static const QString codes = QStringLiteral("fFuUdDnNickvm");
+    QString command;
+    for (qsizetype i = 0; i < exec.size(); ++i) {
+        if (exec[i] != u'%' || i + 1 == exec.size()) {
+            command += exec[i];
+        } else if (exec[++i] == u'%') {
+            command += u'%';
+        } else if (!codes.contains(exec[i])) {
+            command += u'%';
+            command += exec[i];
+        } else if (command.endsWith(u' ')) {
+            command.chop(1); // with the space before it
+        }
+    }
+    return command.trimmed();
+}
+
 } // namespace
 
 std::optional<AppDetails> AppDetails::read(const QString& desktopId)
@@ -34,7 +54,7 @@ std::optional<AppDetails> AppDetails::read(const QString& desktopId)
     details.genericName = utf8(g_desktop_app_info_get_generic_name(info));
     details.comment = utf8(g_app_info_get_description(app));
     details.path = utf8(g_desktop_app_info_get_filename(info));
-    details.commandLine = utf8(g_app_info_get_commandline(app));
+    details.commandLine = withoutFieldCodes(utf8(g_app_info_get_commandline(app)));
     details.categories = categoriesOf(info);
     details.terminal = g_desktop_app_info_get_boolean(info, "Terminal");
     g_object_unref(info);

@@ -18,7 +18,7 @@ struct AppDetails
     QString genericName;
     QString comment;
     QString path;           // the desktop file
-    QString commandLine;    // the Exec line
+    QString commandLine;    // the Exec line without its field codes (%U, %f, ...)
     QStringList categories; // freedesktop categories, as the entry lists them
     bool terminal = false;
 

@@ -112,8 +112,10 @@ void CatalogueLoader::apply(CatalogueScan scan)
     if (appsChanged)
         m_model.setApps(InstalledApps(std::move(scan.apps)));
     // Now, not after the renders: a start cut short still leaves the next one a catalogue.
-    if (appsChanged || entriesChanged)
+    if (appsChanged || entriesChanged) {
         saveCatalogue();
+        Q_EMIT this->appsChanged();
+    }
     if (scan.missing.empty())
         pruneIcons();
     else

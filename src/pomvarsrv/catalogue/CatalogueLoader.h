@@ -36,6 +36,10 @@ public:
     // Lists the apps again in the background: icons gone are rendered again.
     void rescan() { scanInBackground(false); }
 
+Q_SIGNALS:
+    // A listing changed the apps or their entries (an app installed, removed or edited).
+    void appsChanged();
+
 private:
     // Lists the apps on a worker thread; applies the result unless a newer scan started.
     // `compareFirst`: the scan first compares the entries with the catalogue in use (a start's

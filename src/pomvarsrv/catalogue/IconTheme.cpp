@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QIcon>
 #include <QMap>
+#include <QSet>
 #include <QStandardPaths>
 
 #include <climits>
@@ -268,6 +269,18 @@ QStringList IconTheme::themeNames() const
     for (const auto& theme : m_themes)
         names.append(theme.name);
     return names;
+}
+
+QStringList IconTheme::iconNames() const
+{
+    QSet<QString> names;
+    for (const auto& theme : m_themes) {
+        for (auto it = theme.icons.keyBegin(); it != theme.icons.keyEnd(); ++it)
+            names.insert(*it);
+    }
+    QStringList sorted(names.begin(), names.end());
+    sorted.sort();
+    return sorted;
 }
 
 } // namespace pomvar::srv

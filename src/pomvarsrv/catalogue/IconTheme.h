@@ -26,6 +26,8 @@ public:
     // The best file for the icon at `size` pixels; empty when there is none.
     QString find(const QString& name, int size) const;
     QStringList themeNames() const;
+    // Every icon name the themes hold, sorted, each once.
+    QStringList iconNames() const;
 
 private:
     // One file of an icon: its folder and extension (indices in its theme's lists) with the

@@ -15,6 +15,8 @@ struct Request
     std::optional<std::int64_t> pane = std::nullopt;
     // "organizer" only: the item key, or nothing for null.
     std::optional<std::string> itemkey = std::nullopt;
+    // The drops: the key the item goes before; empty for last.
+    std::optional<std::string> beforekey = std::nullopt;
 
     bool operator==(const Request&) const = default;
 };

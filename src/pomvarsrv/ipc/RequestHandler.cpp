@@ -101,8 +101,12 @@ void RequestHandler::act(const Request& request)
         m_actions.showAppInfo(qtext(request.appkey));
     } else if (id == request::getInfoAppcatId) {
         m_actions.showCategoryInfo(qtext(request.appcat));
+    } else if (id == request::placeAppcatId) {
+        if (!m_model.placeCategories({ request.appcat.value_or(std::string()) },
+                                     request.beforekey.value_or(std::string())))
+            qCInfo(lcIpc) << "place-appcat: nothing changed for" << text(request.appcat);
     } else if (!request.appkey || !m_model.apps().contains(*request.appkey)) {
-        // launch, toggle-pin-app and create-new-appcat-cxtmnu act on an installed app only.
+        // The requests left act on an installed app only.
         qCWarning(lcIpc).noquote()
             << id.c_str() << "ignored: no installed app" << text(request.appkey);
     } else if (id == request::launchId) {
@@ -111,6 +115,13 @@ void RequestHandler::act(const Request& request)
         m_model.togglePin(*request.appkey);
     } else if (id == request::createNewAppcatCxtmnuId) {
         m_actions.askNewCategory(QString::fromStdString(*request.appkey));
+    } else if (id == request::placePinnedAppId) {
+        m_model.placePins({ *request.appkey }, request.beforekey.value_or(std::string()));
+    } else if (id == request::placeAppcatAppId) {
+        if (!m_model.placeMembers(request.appcat.value_or(std::string()),
+                                  { *request.appkey },
+                                  request.beforekey.value_or(std::string())))
+            qCInfo(lcIpc) << "place-appcat-app: nothing changed for" << text(request.appcat);
     }
 }
 

@@ -4,7 +4,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <charconv>
+#include <initializer_list>
 
 namespace pomvar::srv {
 
@@ -120,6 +122,11 @@ std::optional<Request> RequestParser::parseLayout(std::string_view body)
             return toggleSetLayout(rest);
         case Fields::paneAndItemkey:
             return organizerLayout(rest);
+        case Fields::appkeyAndBeforekey:
+        case Fields::appcatAndBeforekey:
+        case Fields::appkeyAppcatAndBeforekey:
+            // Escaped JSON: read as such.
+            return std::nullopt;
     }
     return std::nullopt;
 }
@@ -136,10 +143,23 @@ std::optional<Request> RequestParser::parseJson(std::string_view body)
     if (!fields)
         return std::nullopt;
     // The members the id carries, each of its type; no other member.
-    const bool appkey = *fields == Fields::appkey || *fields == Fields::appkeyAndAppcat;
-    const bool appcat = *fields == Fields::appcat || *fields == Fields::appkeyAndAppcat;
+    const auto among = [&](std::initializer_list<Fields> kinds) {
+        return std::find(kinds.begin(), kinds.end(), *fields) != kinds.end();
+    };
+    const bool appkey = among({ Fields::appkey,
+                                Fields::appkeyAndAppcat,
+                                Fields::appkeyAndBeforekey,
+                                Fields::appkeyAppcatAndBeforekey });
+    const bool appcat = among({ Fields::appcat,
+                                Fields::appkeyAndAppcat,
+                                Fields::appcatAndBeforekey,
+                                Fields::appkeyAppcatAndBeforekey });
+    const bool beforekey = among({ Fields::appkeyAndBeforekey,
+                                   Fields::appcatAndBeforekey,
+                                   Fields::appkeyAppcatAndBeforekey });
     const bool organizer = *fields == Fields::paneAndItemkey;
-    const std::size_t expected = 1 + (appkey ? 1 : 0) + (appcat ? 1 : 0) + (organizer ? 2 : 0);
+    const std::size_t expected =
+        1 + (appkey ? 1 : 0) + (appcat ? 1 : 0) + (beforekey ? 1 : 0) + (organizer ? 2 : 0);
     if (value.size() != expected)
         return std::nullopt;
     const auto string = [&](const char* name) -> std::optional<std::string> {
@@ -147,9 +167,11 @@ std::optional<Request> RequestParser::parseJson(std::string_view body)
         return it != value.end() && it->is_string() ? std::optional(it->get<std::string>())
                                                     : std::nullopt;
     };
-    if (appkey && !(request.appkey = string("appkey")))
+    if (appkey && !(request.appkey = string(field::appkey)))
         return std::nullopt;
-    if (appcat && !(request.appcat = string("appcat")))
+    if (appcat && !(request.appcat = string(field::appcat)))
+        return std::nullopt;
+    if (beforekey && !(request.beforekey = string(field::beforekey)))
         return std::nullopt;
     if (organizer) {
         const auto pane = value.find("pane"), itemkey = value.find("itemkey");

@@ -10,16 +10,34 @@ namespace pomvar::srv {
 
 namespace {
 
-class PinSet
+class KeySet
 {
 public:
-    explicit PinSet(const Store& store)
-        : m_pins(store.pins().begin(), store.pins().end())
+    explicit KeySet(const std::vector<std::string>& keys)
+        : m_keys(keys.begin(), keys.end())
     {}
-    bool contains(const std::string& key) const { return m_pins.count(key) != 0; }
+    bool contains(const std::string& key) const { return m_keys.count(key) != 0; }
 
 private:
-    std::unordered_set<std::string> m_pins;
+    std::unordered_set<std::string> m_keys;
+};
+
+// What the menus show of the installed apps: all but the hidden ones, with their pin marks.
+struct Shown
+{
+    Shown(const InstalledApps& apps, const Store& store)
+        : apps(apps)
+        , hidden(store.hidden())
+        , pins(store.pins())
+    {}
+    const AppEntry* find(const std::string& key) const
+    {
+        return hidden.contains(key) ? nullptr : apps.find(key);
+    }
+
+    const InstalledApps& apps;
+    const KeySet hidden;
+    const KeySet pins;
 };
 
 // {"appkey":..,"name":..,"bundleid":..,"iconpath":..,"iconpath2x":..[,"pinned":..]}
@@ -47,16 +65,17 @@ void appendApp(std::string& out, const AppEntry& app, const bool* pinned)
     out += '}';
 }
 
-template <typename Keys>
-void appendInstalled(std::string& out,
-                     const InstalledApps& apps,
-                     const Keys& keys,
-                     const PinSet* pins)
+// The shown apps among `keys`, with their pin marks unless `marked` is false.
+void appendShown(std::string& out,
+                 const Shown& shown,
+                 const std::vector<std::string>& keys,
+                 bool marked)
 {
+    const KeySet* pins = marked ? &shown.pins : nullptr;
     out += '[';
     bool first = true;
     for (const auto& key : keys) {
-        const AppEntry* app = apps.find(key);
+        const AppEntry* app = shown.find(key);
         if (!app)
             continue;
         if (!first)
@@ -72,13 +91,15 @@ void appendInstalled(std::string& out,
 
 std::string MenuPayloads::allApps(const InstalledApps& apps, const Store& store)
 {
-    const PinSet pins(store);
+    const KeySet pins(store.pins());
+    const KeySet hidden(store.hidden());
     std::string out;
     out.reserve(apps.size() * 360 + 2);
     out += '[';
-    for (std::size_t i = 0; i < apps.all().size(); ++i) {
-        const AppEntry& app = apps.all()[i];
-        if (i > 0)
+    for (const AppEntry& app : apps.all()) {
+        if (hidden.contains(app.key))
+            continue;
+        if (out.size() > 1)
             out += ',';
         const bool pinned = pins.contains(app.key);
         appendApp(out, app, &pinned);
@@ -89,9 +110,8 @@ std::string MenuPayloads::allApps(const InstalledApps& apps, const Store& store)
 
 std::string MenuPayloads::recentApps(const InstalledApps& apps, const Store& store)
 {
-    const PinSet pins(store);
     std::string out;
-    appendInstalled(out, apps, store.recent(), &pins);
+    appendShown(out, Shown(apps, store), store.recent(), true);
     return out;
 }
 
@@ -99,10 +119,10 @@ std::string MenuPayloads::myApps(const InstalledApps& apps,
                                  const Store& store,
                                  const std::vector<Rename>& renames)
 {
-    const PinSet pins(store);
+    const Shown shown(apps, store);
     std::string out = "{";
     JsonText::appendKey(out, field::pinnedapps);
-    appendInstalled(out, apps, store.pins(), nullptr);
+    appendShown(out, shown, store.pins(), false);
     out += ',';
     JsonText::appendKey(out, field::appcats);
     out += '[';
@@ -119,7 +139,7 @@ std::string MenuPayloads::myApps(const InstalledApps& apps,
         if (i > 0)
             out += ',';
         JsonText::appendKey(out, category.name);
-        appendInstalled(out, apps, category.apps, &pins);
+        appendShown(out, shown, category.apps, true);
     }
     out += "},";
     JsonText::appendKey(out, field::renamedAppcats);

@@ -9,8 +9,8 @@
 
 namespace pomvar::srv {
 
-// The three menu-data replies, as JSON text. Apps that are not installed are left out of every
-// payload, so whatever My Apps and Recent name is also in All Apps. Plain C++.
+// The three menu-data replies, as JSON text. Apps that are not installed, or hidden, are left out
+// of every payload, so whatever My Apps and Recent name is also in All Apps. Plain C++.
 class MenuPayloads
 {
 public:

@@ -2,6 +2,7 @@
 
 #include "pomvarsrv/model/StoreFile.h"
 
+#include <algorithm>
 #include <ctime>
 #include <utility>
 
@@ -142,6 +143,38 @@ void ServerModel::clearRecent()
     m_store.clearRecent();
     m_flags.recentAppsModified = true;
     save();
+}
+
+void ServerModel::restoreRecent(std::vector<std::string> recent)
+{
+    // Apps launched since the clearing stay first.
+    std::vector<std::string> merged = m_store.recent();
+    for (std::string& appkey : recent) {
+        if (std::find(merged.begin(), merged.end(), appkey) == merged.end())
+            merged.push_back(std::move(appkey));
+    }
+    m_store.setRecent(std::move(merged));
+    m_flags.recentAppsModified = true;
+    save();
+}
+
+bool ServerModel::setHidden(const std::string& appkey, bool hidden)
+{
+    if (hidden && !m_apps.contains(appkey))
+        return false;
+    if (!m_store.setHidden(appkey, hidden))
+        return false;
+    m_allApps.clear();
+    save();
+    // All Apps, Recent and My Apps all change, and with them the front end's categories of apps.
+    m_flags.pinnedAppsModified = true;
+    m_flags.appcatsModified = true;
+    return true;
+}
+
+bool ServerModel::isShown(const std::string& appkey) const
+{
+    return m_apps.contains(appkey) && !m_store.isHidden(appkey);
 }
 
 void ServerModel::setPrefs(const UserPrefs& prefs)

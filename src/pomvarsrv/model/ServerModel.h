@@ -57,6 +57,13 @@ public:
     bool renameCategory(const std::string& from, const std::string& to);
     void noteLaunched(const std::string& appkey);
     void clearRecent();
+    // Gives Recent back as it was before a clearing, after the apps launched since.
+    void restoreRecent(std::vector<std::string> recent);
+    // Hides an installed app from Pomvar's menus and search, or shows it again: every menu is to
+    // be fetched again. False when nothing changed.
+    bool setHidden(const std::string& appkey, bool hidden);
+    // Installed and not hidden.
+    bool isShown(const std::string& appkey) const;
     void setPrefs(const UserPrefs& prefs);
     // Files the apps into their categories, creating the ones missing; false when nothing changed.
     bool addToCategories(const std::vector<AppCategory>& categories);

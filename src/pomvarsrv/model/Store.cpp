@@ -224,6 +224,28 @@ bool Store::clearRecent()
     return true;
 }
 
+void Store::setRecent(std::vector<std::string> recent)
+{
+    m_recent = std::move(recent);
+    if (m_recent.size() > kMaxRecent)
+        m_recent.resize(kMaxRecent);
+}
+
+bool Store::isHidden(const std::string& appkey) const
+{
+    return containsValue(m_hidden, appkey);
+}
+
+bool Store::setHidden(const std::string& appkey, bool hidden)
+{
+    if (!hidden)
+        return eraseValue(m_hidden, appkey);
+    if (isHidden(appkey))
+        return false;
+    m_hidden.push_back(appkey);
+    return true;
+}
+
 void Store::noteUse(const std::string& appkey, std::int64_t now)
 {
     m_use[appkey] = { use(appkey, now) + 1, now };
@@ -259,6 +281,7 @@ nlohmann::json Store::toJson() const
         { "pins", m_pins },
         { "categories", std::move(categories) },
         { "recent", m_recent },
+        { "hidden", m_hidden },
         { "use", std::move(use) },
         { "prefs", prefsJson(m_prefs) },
     };
@@ -294,6 +317,12 @@ std::optional<Store> Store::fromJson(const nlohmann::json& value)
         store.m_recent = std::move(*recent);
         if (store.m_recent.size() > kMaxRecent)
             store.m_recent.resize(kMaxRecent);
+    }
+    if (value.contains("hidden")) {
+        auto hidden = stringList(value["hidden"]);
+        if (!hidden)
+            return std::nullopt;
+        store.m_hidden = std::move(*hidden);
     }
     if (value.contains("categories")) {
         const auto& categories = value["categories"];

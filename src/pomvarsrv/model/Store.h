@@ -16,8 +16,8 @@
 
 namespace pomvar::srv {
 
-// Everything the user owns: pins, categories, the recent list, how much each app is used and the
-// preferences. App keys
+// Everything the user owns: pins, categories, the recent list, the apps hidden from Pomvar, how
+// much each app is used and the preferences. App keys
 // are kept even when the app is not installed, so an app that comes back finds its place again.
 // Plain C++; reading and writing the file is StoreFile's job.
 class Store
@@ -28,6 +28,7 @@ public:
     const std::vector<std::string>& pins() const { return m_pins; }
     const std::vector<AppCategory>& categories() const { return m_categories; }
     const std::vector<std::string>& recent() const { return m_recent; }
+    const std::vector<std::string>& hidden() const { return m_hidden; }
     const UserPrefs& prefs() const { return m_prefs; }
 
     bool isPinned(const std::string& appkey) const;
@@ -48,6 +49,13 @@ public:
     void pushRecent(const std::string& appkey);
     // False when the list was already empty.
     bool clearRecent();
+    // The list as it was before a clearing (its undo); at most kMaxRecent apps are kept.
+    void setRecent(std::vector<std::string> recent);
+
+    // A hidden app is left out of Pomvar's menus and search; its pins and categories are kept.
+    bool isHidden(const std::string& appkey) const;
+    // False when nothing changed.
+    bool setHidden(const std::string& appkey, bool hidden);
 
     void setPrefs(const UserPrefs& prefs) { m_prefs = prefs; }
 
@@ -89,6 +97,7 @@ private:
     std::vector<std::string> m_pins;
     std::vector<AppCategory> m_categories;
     std::vector<std::string> m_recent;
+    std::vector<std::string> m_hidden;
     UserPrefs m_prefs;
     std::string m_updatedFrom;
     struct Use

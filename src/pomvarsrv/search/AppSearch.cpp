@@ -50,13 +50,16 @@ std::vector<SearchRow> AppSearch::rows(const QString& query) const
     std::vector<SearchRow> rows;
     if (query.trimmed().isEmpty()) {
         for (const std::string& appkey : m_model.store().recent())
-            if (m_model.apps().contains(appkey))
+            if (m_model.isShown(appkey))
                 rows.push_back(rowOf(appkey));
         return rows;
     }
     const auto order = rank(query);
-    for (std::size_t i = 0; i < order.size() && rows.size() < kShownRows; ++i)
-        rows.push_back(rowOf(m_entries[order[i]].id, &m_entries[order[i]]));
+    for (std::size_t i = 0; i < order.size() && rows.size() < kShownRows; ++i) {
+        const DesktopApp& entry = m_entries[order[i]];
+        if (!m_model.store().isHidden(entry.id))
+            rows.push_back(rowOf(entry.id, &entry));
+    }
     return rows;
 }
 
@@ -75,11 +78,13 @@ std::vector<std::string> AppSearch::pickerApps(const QString& query) const
     std::vector<std::string> keys;
     if (query.trimmed().isEmpty()) {
         for (const AppEntry& app : m_model.apps().all())
-            keys.push_back(app.key);
+            if (!m_model.store().isHidden(app.key))
+                keys.push_back(app.key);
         return keys;
     }
     for (const std::size_t at : rank(query))
-        keys.push_back(m_entries[at].id);
+        if (!m_model.store().isHidden(m_entries[at].id))
+            keys.push_back(m_entries[at].id);
     return keys;
 }
 

@@ -19,7 +19,8 @@ class ServerModel;
 
 // The installed apps as their desktop entries describe them, indexed for searching, and the
 // queries the server's windows ask: the search window's rows, an app's action rows and the
-// organizer's picker. The model gives what the menus show (names, icons, Recent, use).
+// organizer's picker. The model gives what the menus show (names, icons, Recent, use); the apps
+// hidden from Pomvar are found by none of them.
 class AppSearch
 {
 public:

@@ -1,6 +1,7 @@
 #include "pomvarsrv/ui/AppInfoWindow.h"
 
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -58,6 +59,11 @@ AppInfoWindow::AppInfoWindow(QWidget* parent)
     //: The user's own categories that hold the app.
     m_pomvarCategories =
         addRow(form, tr("Pomvar categories:"), QStringLiteral("appPomvarCategories"));
+    //: Leaves the app out of Pomvar's menus and search; other menus of the desktop keep it.
+    m_hidden = new QCheckBox(tr("&Hidden"));
+    m_hidden->setObjectName(QStringLiteral("appHidden"));
+    m_hidden->setAccessibleName(m_hidden->text().remove(u'&'));
+    form->addRow(QString(), m_hidden);
 
     auto* details = new QVBoxLayout(m_details);
     details->setContentsMargins({});
@@ -67,6 +73,7 @@ AppInfoWindow::AppInfoWindow(QWidget* parent)
     body()->addWidget(m_details);
     body()->addWidget(m_missing);
 
+    m_edit = addButton(tr("&Edit…"), QStringLiteral("edit"));
     m_organize = addButton(tr("O&rganize…"), QStringLiteral("organize"));
     m_open = addButton(tr("&Open"), QStringLiteral("open"));
     m_close = addButton(tr("&Close"), QStringLiteral("close"));
@@ -76,6 +83,10 @@ AppInfoWindow::AppInfoWindow(QWidget* parent)
     connect(m_open, &QPushButton::clicked, this, [this] {
         Q_EMIT launchRequested(m_appkey);
         close();
+    });
+    connect(m_edit, &QPushButton::clicked, this, [this] { Q_EMIT editRequested(m_appkey); });
+    connect(m_hidden, &QCheckBox::toggled, this, [this](bool hidden) {
+        Q_EMIT hiddenChanged(m_appkey, hidden);
     });
     connect(m_organize, &QPushButton::clicked, this, [this] {
         Q_EMIT organizeRequested(m_appkey);
@@ -102,19 +113,24 @@ void AppInfoWindow::showApp(const AppInfo& info)
     m_missing->setVisible(!found);
     m_open->setVisible(found);
     m_organize->setVisible(found);
+    m_edit->setVisible(found);
     if (!found) {
-        setTitle(tr("App Info"));
+        setTitle(tr("App Details"));
         m_missing->setText(tr("No installed app has the key \u201c%1\u201d.").arg(m_appkey));
         m_close->setFocus();
         return;
     }
     const AppDetails& details = *info.details;
-    setTitle(details.name);
+    //: The app info window's title; %1: the app's name.
+    setTitle(tr("%1 Details").arg(details.name));
     setIcon(m_icon, info.icon);
-    m_icon->setAccessibleName(details.name);
+    //: The app's icon in its info window, which names the app beside it.
+    m_icon->setAccessibleName(tr("Icon"));
     m_name->setText(details.name);
     m_genericName->setText(details.genericName);
-    m_genericName->setVisible(!details.genericName.isEmpty());
+    // The name once: a generic name that only repeats it is left out.
+    m_genericName->setVisible(!details.genericName.isEmpty() &&
+                              details.genericName.compare(details.name, Qt::CaseInsensitive) != 0);
     m_comment->setText(details.comment);
     m_comment->setVisible(!details.comment.isEmpty());
     m_id->setText(details.id);
@@ -125,6 +141,8 @@ void AppInfoWindow::showApp(const AppInfo& info)
     m_terminal->setText(yesNo(details.terminal));
     m_pinned->setText(yesNo(info.pinned));
     m_pomvarCategories->setText(listOrNone(info.categories));
+    const QSignalBlocker quiet(m_hidden);
+    m_hidden->setChecked(info.hidden);
     m_open->setFocus();
 }
 

@@ -5,6 +5,7 @@
 
 #include <optional>
 
+class QCheckBox;
 class QFormLayout;
 class QLabel;
 class QPushButton;
@@ -18,13 +19,16 @@ struct AppInfo
     std::optional<AppDetails> details; // nothing: no such app is installed
     QString icon;                      // the 48 px render
     bool pinned = false;
+    bool hidden = false;
     QStringList categories; // the user's categories that hold it
 };
 
-// "Get Info" on an app, titled with its name: its icon, names and comment, the desktop entry
-// (id, file, Exec line, freedesktop categories, terminal) and its pin and categories in Pomvar.
-// "Open" launches it, "Organize…" opens it in the organizer, "Open Containing Folder" shows its
-// desktop file in the file manager.
+// "Get Info" on an app, titled "<name> Details": its icon, its name once (the generic name only
+// when it says something else) and comment, the desktop entry (id, file, the command without its
+// field codes, freedesktop categories, terminal), its pin and categories in Pomvar and "Hidden",
+// which leaves it out of Pomvar's menus and search. "Open" launches it, "Organize…" opens it in
+// the organizer, "Edit…" edits its entry, "Open Containing Folder" shows its desktop file in
+// the file manager.
 class AppInfoWindow : public ServerWindow
 {
     Q_OBJECT
@@ -39,6 +43,8 @@ public:
 Q_SIGNALS:
     void launchRequested(const QString& appkey);
     void organizeRequested(const QString& appkey);
+    void editRequested(const QString& appkey);
+    void hiddenChanged(const QString& appkey, bool hidden);
 
 private:
     QLabel* addRow(QFormLayout* form,
@@ -61,9 +67,11 @@ private:
     QLabel* m_terminal;
     QLabel* m_pinned;
     QLabel* m_pomvarCategories;
+    QCheckBox* m_hidden;
     QPushButton* m_openFolder;
     QPushButton* m_open;
     QPushButton* m_organize;
+    QPushButton* m_edit;
     QPushButton* m_close;
 };
 

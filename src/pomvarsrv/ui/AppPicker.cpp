@@ -39,13 +39,19 @@ AppPicker::AppPicker(const InstalledApps& apps,
     // Its rows are copied where they are dropped; its model takes no drops.
     m_list->setDefaultDropAction(Qt::CopyAction);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setText(action);
-    buttons->button(QDialogButtonBox::Ok)->setAutoDefault(false);
-    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
+    m_action = buttons->button(QDialogButtonBox::Ok);
+    m_action->setObjectName(QStringLiteral("appPickerAction"));
+    m_action->setText(action);
+    m_action->setAutoDefault(false);
+    m_action->setDefault(true);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(m_field, &QLineEdit::textChanged, this, &AppPicker::refresh);
     connect(m_list, &QListView::doubleClicked, this, &QDialog::accept);
+    connect(m_list->selectionModel(),
+            &QItemSelectionModel::selectionChanged,
+            this,
+            &AppPicker::noteSelection);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(m_field);
     layout->addWidget(m_list, 1);
@@ -61,15 +67,37 @@ void AppPicker::refresh()
         if (!m_excluded.count(key))
             keys.push_back(std::move(key));
     }
+    m_refreshing = true;
     m_model->setApps(keys, m_apps);
-    m_list->selectKeys({});
+    m_list->selectKeys({ m_chosen.begin(), m_chosen.end() });
+    m_refreshing = false;
+    m_action->setEnabled(!m_chosen.empty());
+}
+
+void AppPicker::noteSelection()
+{
+    if (m_refreshing)
+        return;
+    const QStringList selected = m_list->selectedKeys(false);
+    for (const QString& key : m_model->keys()) {
+        if (selected.contains(key))
+            m_chosen.insert(key);
+        else
+            m_chosen.erase(key);
+    }
+    m_action->setEnabled(!m_chosen.empty());
 }
 
 void AppPicker::accept()
 {
-    const QStringList keys = m_list->selectedKeys();
-    if (keys.isEmpty())
+    if (m_chosen.empty())
         return;
+    // In menu order, whatever the filter shows now.
+    QStringList keys;
+    for (const std::string& key : m_filter({})) {
+        if (m_chosen.count(QString::fromStdString(key)))
+            keys << QString::fromStdString(key);
+    }
     Q_EMIT chosen(keys);
     QDialog::accept();
 }
@@ -80,6 +108,8 @@ bool AppPicker::eventFilter(QObject* watched, QEvent* event)
         const int key = static_cast<QKeyEvent*>(event)->key();
         if (key == Qt::Key_Down || key == Qt::Key_PageDown) {
             m_list->setFocus();
+            if (m_list->selectedKeys(false).isEmpty() && m_model->rowCount() > 0)
+                m_list->selectKeys({ m_model->keyAt(0) });
             return true;
         }
     }

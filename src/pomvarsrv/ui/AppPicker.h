@@ -8,6 +8,7 @@
 #include <vector>
 
 class QLineEdit;
+class QPushButton;
 
 namespace pomvar::srv {
 
@@ -16,9 +17,11 @@ class OrganizerListModel;
 class OrganizerListView;
 
 // Chooses apps among All Apps: a filter field over a list with multiple selection, whose rows
-// can also be dragged onto the organizer's lists. Down goes from the field to the list, Enter
-// chooses the selected apps (the current one when none is selected). It is not modal, so that
-// its rows can be dropped onto the organizer, and deletes itself when closed.
+// can also be dragged onto the organizer's lists. The selection survives filtering: apps chosen
+// under one filter stay chosen under the next. The action button is enabled while an app is
+// chosen. Down goes from the field to the list (highlighting its first row), Enter chooses the
+// highlighted apps. It is not modal, so that its rows can be dropped onto the organizer, and
+// deletes itself when closed.
 class AppPicker : public QDialog
 {
     Q_OBJECT
@@ -44,6 +47,8 @@ protected:
 
 private:
     void refresh();
+    // Follows the list's selection into m_chosen.
+    void noteSelection();
 
     const InstalledApps& m_apps;
     Filter m_filter;
@@ -51,6 +56,9 @@ private:
     QLineEdit* m_field;
     OrganizerListModel* m_model;
     OrganizerListView* m_list;
+    QPushButton* m_action;
+    std::set<QString> m_chosen;
+    bool m_refreshing = false;
 };
 
 } // namespace pomvar::srv

@@ -1,6 +1,7 @@
 #include "pomvarsrv/ui/CategoryNameDialog.h"
 
 #include "pomvarsrv/model/CategoryName.h"
+#include "pomvarsrv/ui/ProblemLabel.h"
 
 #include <QDialogButtonBox>
 #include <QLabel>
@@ -18,7 +19,7 @@ CategoryNameDialog::CategoryNameDialog(const Store& store,
     , m_store(store)
     , m_current(current)
     , m_field(new QLineEdit(current, this))
-    , m_problem(new QLabel(this))
+    , m_problem(new ProblemLabel(QStringLiteral("categoryNameProblem"), this))
 {
     setObjectName(QStringLiteral("categoryNameDialog"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -29,10 +30,6 @@ CategoryNameDialog::CategoryNameDialog(const Store& store,
     m_field->setObjectName(QStringLiteral("categoryNameField"));
     m_field->setAccessibleName(label->text());
     m_field->selectAll();
-    m_problem->setObjectName(QStringLiteral("categoryNameProblem"));
-    m_problem->setWordWrap(true);
-    m_problem->setStyleSheet(QStringLiteral("color: #c01c28"));
-    m_problem->hide();
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Ok)->setText(current.isEmpty() ? tr("Create") : tr("Rename"));
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
@@ -63,8 +60,7 @@ void CategoryNameDialog::accept()
 
 void CategoryNameDialog::showProblem(const QString& problem)
 {
-    m_problem->setText(problem);
-    m_problem->setVisible(!problem.isEmpty());
+    m_problem->setProblem(problem);
     m_field->setAccessibleDescription(problem);
 }
 

@@ -2,11 +2,11 @@
 
 #include <QDialog>
 
-class QLabel;
 class QLineEdit;
 
 namespace pomvar::srv {
 
+class ProblemLabel;
 class Store;
 
 // Asks for a category's name, new or changed. A name that breaks the rule (CategoryName) is
@@ -36,7 +36,7 @@ private:
     const Store& m_store;
     QString m_current;
     QLineEdit* m_field;
-    QLabel* m_problem;
+    ProblemLabel* m_problem;
 };
 
 } // namespace pomvar::srv

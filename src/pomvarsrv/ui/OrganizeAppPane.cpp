@@ -30,10 +30,13 @@ OrganizeAppPane::OrganizeAppPane(ServerModel& model,
     , m_genericNameLabel(new QLabel(this))
     , m_id(new QLabel(this))
     , m_pinned(new QCheckBox(tr("Pinned"), this))
+    //: Leaves the app out of Pomvar's menus and search; other menus of the desktop keep it.
+    , m_hidden(new QCheckBox(tr("Hidden"), this))
     , m_categoriesGroup(new QGroupBox(tr("Categories"), this))
     , m_categories(new QVBoxLayout)
     , m_newCategory(new QPushButton(tr("New Category\u2026"), this))
     , m_info(new QPushButton(tr("Get Info"), this))
+    , m_edit(new QPushButton(tr("Edit\u2026"), this))
     , m_choose(new QPushButton(tr("Choose App\u2026"), this))
 {
     setObjectName(QStringLiteral("organizeAppPane"));
@@ -49,8 +52,10 @@ OrganizeAppPane::OrganizeAppPane(ServerModel& model,
     m_pinned->setObjectName(QStringLiteral("appPinned"));
     m_newCategory->setObjectName(QStringLiteral("appNewCategory"));
     m_info->setObjectName(QStringLiteral("appGetInfo"));
+    m_hidden->setObjectName(QStringLiteral("appHidden"));
+    m_edit->setObjectName(QStringLiteral("appEdit"));
     m_choose->setObjectName(QStringLiteral("chooseApp"));
-    for (QPushButton* each : { m_newCategory, m_info, m_choose })
+    for (QPushButton* each : { m_newCategory, m_info, m_edit, m_choose })
         each->setAutoDefault(false);
 
     auto* header = new QHBoxLayout;
@@ -78,13 +83,25 @@ OrganizeAppPane::OrganizeAppPane(ServerModel& model,
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(header);
-    layout->addWidget(m_pinned);
+    auto* switches = new QHBoxLayout;
+    switches->addWidget(m_pinned);
+    switches->addWidget(m_hidden);
+    switches->addStretch(1);
+    layout->addLayout(switches);
     layout->addWidget(m_categoriesGroup, 1);
-    layout->addWidget(m_info, 0, Qt::AlignLeft);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_info);
+    buttons->addWidget(m_edit);
+    buttons->addStretch(1);
+    layout->addLayout(buttons);
 
     connect(m_choose, &QPushButton::clicked, this, &OrganizeAppPane::chooseApp);
     connect(m_newCategory, &QPushButton::clicked, this, &OrganizeAppPane::newCategory);
     connect(m_info, &QPushButton::clicked, this, [this] { Q_EMIT infoRequested(m_appkey); });
+    connect(m_edit, &QPushButton::clicked, this, [this] { Q_EMIT editRequested(m_appkey); });
+    connect(m_hidden, &QCheckBox::toggled, this, [this](bool hidden) {
+        m_model.setHidden(m_appkey.toStdString(), hidden);
+    });
     connect(m_pinned, &QCheckBox::toggled, this, [this](bool pinned) {
         const std::vector<std::string> key{ m_appkey.toStdString() };
         if (pinned)
@@ -116,9 +133,10 @@ void OrganizeAppPane::refresh()
         icon.addFile(QString::fromStdString(app->iconPath2x), QSize(48, 48));
     }
     m_icon->setPixmap(icon.pixmap(48, 48));
-    {
-        const QSignalBlocker quiet(m_pinned);
-        m_pinned->setChecked(app && m_model.store().isPinned(key));
+    for (const auto& [box, checked] : { std::pair(m_pinned, app && m_model.store().isPinned(key)),
+                                        { m_hidden, app && m_model.store().isHidden(key) } }) {
+        const QSignalBlocker quiet(box);
+        box->setChecked(checked);
     }
     // One check box per category; made again only when the categories changed, so that the
     // focus stays where it is.
@@ -149,7 +167,8 @@ void OrganizeAppPane::refresh()
         const QSignalBlocker quiet(boxes[i]);
         boxes[i]->setChecked(app && std::find(apps.begin(), apps.end(), key) != apps.end());
     }
-    for (QWidget* each : std::initializer_list<QWidget*>{ m_pinned, m_categoriesGroup, m_info })
+    for (QWidget* each :
+         std::initializer_list<QWidget*>{ m_pinned, m_hidden, m_categoriesGroup, m_info, m_edit })
         each->setEnabled(app != nullptr);
     // Where the keyboard starts when the pane is shown.
     setFocusProxy(app ? static_cast<QWidget*>(m_pinned) : m_choose);

@@ -19,9 +19,9 @@ namespace pomvar::srv {
 class ServerModel;
 
 // The organizer's "Organize App" pane, for one app: its icon, name, generic name and desktop
-// file id; "Pinned"; one check box per category, and "New Category…", which files the app into
-// the category it creates; "Get Info". "Choose App…" picks another app. Every change goes to
-// the store at once.
+// file id; "Pinned"; "Hidden", which leaves it out of Pomvar's menus and search; one check box
+// per category, and "New Category…", which files the app into the category it creates; "Get
+// Info" and "Edit…". "Choose App…" picks another app. Every change goes to the store at once.
 class OrganizeAppPane : public QWidget
 {
     Q_OBJECT
@@ -42,6 +42,7 @@ public:
 
 Q_SIGNALS:
     void infoRequested(const QString& appkey);
+    void editRequested(const QString& appkey);
 
 private:
     void chooseApp();
@@ -57,10 +58,12 @@ private:
     QLabel* m_genericNameLabel;
     QLabel* m_id;
     QCheckBox* m_pinned;
+    QCheckBox* m_hidden;
     QGroupBox* m_categoriesGroup;
     QVBoxLayout* m_categories;
     QPushButton* m_newCategory;
     QPushButton* m_info;
+    QPushButton* m_edit;
     QPushButton* m_choose;
     QPointer<QWidget> m_dialog;
 };

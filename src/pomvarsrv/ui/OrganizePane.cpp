@@ -2,6 +2,7 @@
 
 #include "pomvarsrv/model/ServerModel.h"
 #include "pomvarsrv/ui/CategoryNameDialog.h"
+#include "pomvarsrv/ui/HiddenAppsBox.h"
 #include "pomvarsrv/ui/NewCategoryPrompt.h"
 #include "pomvarsrv/ui/OrganizerListModel.h"
 #include "pomvarsrv/ui/OrganizerListView.h"
@@ -67,7 +68,7 @@ OrganizePane::OrganizePane(ServerModel& model, AppPicker::Filter filter, QWidget
     auto* membersUp = button(tr("Move Up"), "membersUp");
     auto* membersDown = button(tr("Move Down"), "membersDown");
     m_needPin = { unpin, pinsUp, pinsDown };
-    m_needCategory = { rename, remove, categoriesUp, categoriesDown, addApps };
+    m_needCategory = { rename, remove, addApps, categoriesUp, categoriesDown };
     m_needMember = { removeApps, membersUp, membersDown };
 
     auto* layout = new QHBoxLayout(this);
@@ -78,6 +79,12 @@ OrganizePane::OrganizePane(ServerModel& model, AppPicker::Filter filter, QWidget
     m_membersGroup =
         group(List::members, membersTitle({}), { addApps, removeApps, membersUp, membersDown });
     layout->addWidget(m_membersGroup);
+    // Made last: Tab reaches it last.
+    m_hidden = new HiddenAppsBox(m_model, this);
+    layout->addWidget(m_hidden);
+    connect(m_hidden, &HiddenAppsBox::changed, this, &OrganizePane::refresh);
+    connect(
+        m_hidden, &HiddenAppsBox::organizeAppRequested, this, &OrganizePane::organizeAppRequested);
 
     connect(pinApps, &QPushButton::clicked, this, [this] { pickApps(List::pins); });
     connect(addApps, &QPushButton::clicked, this, [this] { pickApps(List::members); });
@@ -191,12 +198,17 @@ QString OrganizePane::currentCategory() const
     return m_categories->currentKey();
 }
 
+QString OrganizePane::selectedCategory() const
+{
+    return m_categories->selectedKeys(false).value(0);
+}
+
 void OrganizePane::refresh()
 {
     const QStringList pins = m_pins->selectedKeys(false);
     const QString currentPin = m_pins->currentKey();
     const QString category = currentCategory();
-    m_pins->listModel()->setApps(m_model.store().pins(), m_model.apps());
+    m_pins->listModel()->setApps(shown(m_model.store().pins()), m_model.apps());
     m_pins->selectKeys(pins, currentPin);
     std::vector<OrganizerListModel::Row> rows;
     for (const AppCategory& each : m_model.store().categories()) {
@@ -209,6 +221,17 @@ void OrganizePane::refresh()
     if (m_categories->selectedKeys(false).isEmpty())
         m_categories->selectKeys({ m_categories->currentKey() });
     refreshMembers();
+    m_hidden->refresh();
+}
+
+std::vector<std::string> OrganizePane::shown(const std::vector<std::string>& keys) const
+{
+    std::vector<std::string> found;
+    for (const std::string& key : keys) {
+        if (m_model.isShown(key))
+            found.push_back(key);
+    }
+    return found;
 }
 
 void OrganizePane::refreshMembers()
@@ -217,7 +240,7 @@ void OrganizePane::refreshMembers()
     const QStringList selected = m_members->selectedKeys(false);
     const QString current = m_members->currentKey();
     const AppCategory* found = m_model.store().category(category.toStdString());
-    m_members->listModel()->setApps(found ? found->apps : std::vector<std::string>{},
+    m_members->listModel()->setApps(shown(found ? found->apps : std::vector<std::string>{}),
                                     m_model.apps());
     m_members->selectKeys(selected, current);
     m_membersGroup->setTitle(membersTitle(category));
@@ -227,12 +250,20 @@ void OrganizePane::refreshMembers()
 
 void OrganizePane::updateButtons()
 {
-    for (QPushButton* each : m_needPin)
-        each->setEnabled(!m_pins->selectedKeys().isEmpty());
-    for (QPushButton* each : m_needCategory)
-        each->setEnabled(!currentCategory().isEmpty());
-    for (QPushButton* each : m_needMember)
-        each->setEnabled(!m_members->selectedKeys().isEmpty());
+    for (const List list : { List::pins, List::categories, List::members }) {
+        const OrganizerListView* listView = view(list);
+        const QStringList keys = listView->selectedKeys(false);
+        const OrganizerListModel* model = listView->listModel();
+        const bool any = !keys.isEmpty();
+        auto& buttons = list == List::pins         ? m_needPin
+                        : list == List::categories ? m_needCategory
+                                                   : m_needMember;
+        for (std::size_t i = 0; i + 2 < buttons.size(); ++i)
+            buttons[i]->setEnabled(any);
+        // Nowhere to move beyond the ends.
+        buttons[buttons.size() - 2]->setEnabled(any && model->rowOf(keys.front()) > 0);
+        buttons.back()->setEnabled(any && model->rowOf(keys.back()) < model->rowCount() - 1);
+    }
 }
 
 void OrganizePane::selectCategory(const QString& name)
@@ -250,7 +281,7 @@ void OrganizePane::selectCategory(const QString& name)
 void OrganizePane::move(List list, bool down)
 {
     OrganizerListView* listView = view(list);
-    const QStringList keys = listView->selectedKeys();
+    const QStringList keys = listView->selectedKeys(false);
     if (keys.isEmpty())
         return;
     const OrganizerListModel* model = listView->listModel();
@@ -283,7 +314,7 @@ void OrganizePane::place(List list, const QStringList& keys, const QString& befo
 
 void OrganizePane::remove(List list)
 {
-    const QStringList keys = view(list)->selectedKeys();
+    const QStringList keys = view(list)->selectedKeys(false);
     if (list == List::pins)
         m_model.unpin(utf8(keys));
     else
@@ -336,7 +367,7 @@ void OrganizePane::newCategory()
 
 void OrganizePane::renameCategory()
 {
-    const QString category = currentCategory();
+    const QString category = selectedCategory();
     if (category.isEmpty())
         return;
     auto* dialog = new CategoryNameDialog(m_model.store(), tr("Rename Category"), category, this);
@@ -350,7 +381,7 @@ void OrganizePane::renameCategory()
 
 void OrganizePane::confirmDelete()
 {
-    const QString category = currentCategory();
+    const QString category = selectedCategory();
     if (category.isEmpty())
         return;
     auto* box = new QMessageBox(QMessageBox::Question,

@@ -10,15 +10,18 @@ class QPushButton;
 
 namespace pomvar::srv {
 
+class HiddenAppsBox;
 class OrganizerListModel;
 class OrganizerListView;
 class ServerModel;
 
 // The organizer's "Organize" pane: the pinned apps, the categories and the selected category's
-// apps, each list in menu order with its buttons. Items are reordered by drag and drop, by
-// "Move Up" and "Move Down" or by Alt+Up and Alt+Down; apps dropped onto a category are filed
-// there. Delete takes the selection out of its list (a category only after confirmation), F2
-// renames a category, Enter on an app organizes that app. Every change goes to the store at once.
+// apps, each list in menu order with its buttons, and the hidden apps (HiddenAppsBox). Items are
+// reordered by drag and drop, by "Move Up" and "Move Down" or by Alt+Up and Alt+Down; apps
+// dropped onto a category are filed there. Delete takes the selection out of its list (a
+// category only after confirmation), F2 renames a category, Enter on an app organizes that app.
+// The buttons act on the highlighted items only: each is enabled while it has something to act
+// on. Every change goes to the store at once.
 class OrganizePane : public QWidget
 {
     Q_OBJECT
@@ -46,6 +49,10 @@ private:
     OrganizerListView* view(List list) const;
     QString currentCategory() const;
     void refreshMembers();
+    // The apps among `keys` the menus show: installed, not hidden.
+    std::vector<std::string> shown(const std::vector<std::string>& keys) const;
+    // The highlighted category; empty when none is.
+    QString selectedCategory() const;
     void updateButtons();
     // Moves the list's selection one place up or down.
     void move(List list, bool down);
@@ -65,6 +72,8 @@ private:
     OrganizerListView* m_categories;
     OrganizerListView* m_members;
     QGroupBox* m_membersGroup = nullptr;
+    HiddenAppsBox* m_hidden;
+    // By list: the buttons that need a highlighted item, then Move Up and Move Down.
     std::vector<QPushButton*> m_needPin, m_needCategory, m_needMember;
     QPointer<QWidget> m_dialog;
 };

@@ -2,6 +2,7 @@
 
 #include "pomvarsrv/ui/OrganizePane.h"
 #include "pomvarsrv/ui/SettingsPane.h"
+#include "pomvarsrv/ui/WindowAccessible.h"
 #include "pomvarsrv/ui/WindowPresenter.h"
 
 #include <QEvent>
@@ -21,6 +22,7 @@ OrganizerWindow::OrganizerWindow(ServerModel& model,
     , m_organizeApp(new OrganizeAppPane(model, filter, std::move(genericName), this))
     , m_settings(new SettingsPane(model, AutostartEntry(), this))
 {
+    WindowAccessible::install();
     setObjectName(QStringLiteral("organizerWindow"));
     setWindowTitle(tr("Pomvar Organizer"));
     setAccessibleName(windowTitle());
@@ -38,6 +40,7 @@ OrganizerWindow::OrganizerWindow(ServerModel& model,
         present(1, appkey);
     });
     connect(m_organizeApp, &OrganizeAppPane::infoRequested, this, &OrganizerWindow::infoRequested);
+    connect(m_organizeApp, &OrganizeAppPane::editRequested, this, &OrganizerWindow::editRequested);
     auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
     connect(escape, &QShortcut::activated, this, &QWidget::close);
 }
@@ -75,6 +78,8 @@ bool OrganizerWindow::event(QEvent* event)
 {
     if (event->type() == QEvent::WindowActivate)
         refresh();
+    if (event->type() == QEvent::Close)
+        m_settings->forgetUndo();
     return QWidget::event(event);
 }
 

@@ -31,16 +31,17 @@ public:
     // a category for the first pane, an app for the second; empty for none.
     void present(int pane, const QString& itemkey);
     int pane() const;
+    // Shows the store and the apps as they are now.
+    void refresh();
 
 Q_SIGNALS:
     void infoRequested(const QString& appkey);
+    void editRequested(const QString& appkey);
 
 protected:
     bool event(QEvent* event) override;
 
 private:
-    void refresh();
-
     QTabWidget* m_tabs;
     OrganizePane* m_organize;
     OrganizeAppPane* m_organizeApp;

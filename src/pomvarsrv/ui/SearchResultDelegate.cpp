@@ -1,5 +1,6 @@
 #include "pomvarsrv/ui/SearchResultDelegate.h"
 
+#include "palette/ReadableColor.h"
 #include "pomvarsrv/ui/SearchResults.h"
 
 #include <QApplication>
@@ -11,6 +12,8 @@ namespace pomvar::srv {
 namespace {
 
 constexpr int kPadding = 10;
+// The second line, toward the background.
+constexpr double kQuietness = 0.35;
 
 QPixmap iconPixmap(const QString& path, qreal ratio)
 {
@@ -29,12 +32,12 @@ void SearchResultDelegate::paint(QPainter* painter,
                                  const QStyleOptionViewItem& option,
                                  const QModelIndex& index) const
 {
-    QStyleOptionViewItem background = option;
-    initStyleOption(&background, index);
-    background.text.clear();
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    item.text.clear();
     const QWidget* widget = option.widget;
     QStyle* style = widget ? widget->style() : QApplication::style();
-    style->drawControl(QStyle::CE_ItemViewItem, &background, painter, widget);
+    style->drawControl(QStyle::CE_ItemViewItem, &item, painter, widget);
 
     const qreal ratio = painter->device()->devicePixelRatioF();
     const bool large = ratio > 1.0 && !index.data(SearchResults::Icon2xRole).toString().isEmpty();
@@ -50,10 +53,13 @@ void SearchResultDelegate::paint(QPainter* painter,
     const bool selected = option.state & QStyle::State_Selected;
     const QPalette::ColorGroup group =
         option.state & QStyle::State_Enabled ? QPalette::Normal : QPalette::Disabled;
-    const QColor text =
-        option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
-    QColor quiet = text;
-    quiet.setAlphaF(0.65);
+    // Both lines read on the row's background, the highlight included.
+    const QColor background =
+        option.palette.color(group, selected ? QPalette::Highlight : QPalette::Base);
+    const QColor text = ReadableColor::on(
+        background,
+        option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
+    const QColor quiet = ReadableColor::quieter(background, text, kQuietness);
     const int left = iconRect.right() + kPadding;
     const QRect textRect(left, row.top() + 4, row.right() - left - kPadding, row.height() - 8);
     const QString detail = index.data(SearchResults::DetailRole).toString();

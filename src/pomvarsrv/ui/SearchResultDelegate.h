@@ -5,7 +5,8 @@
 namespace pomvar::srv {
 
 // A search row: the app's 24 px icon (its 48 px file on a scale-2 screen), its name, and below
-// it the generic name or comment in a quieter colour.
+// it the generic name or comment in a quieter colour; both readable on the row's background,
+// the highlight included (ReadableColor).
 class SearchResultDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

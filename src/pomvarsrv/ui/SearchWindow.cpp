@@ -1,6 +1,7 @@
 #include "pomvarsrv/ui/SearchWindow.h"
 
 #include "pomvarsrv/ui/SearchResultDelegate.h"
+#include "pomvarsrv/ui/WindowAccessible.h"
 #include "pomvarsrv/ui/WindowPresenter.h"
 
 #include <QApplication>
@@ -18,6 +19,7 @@ SearchWindow::SearchWindow(Results results, Actions actions, QWidget* parent)
     , m_field(new QLineEdit(this))
     , m_list(new QListView(this))
 {
+    WindowAccessible::install();
     setObjectName(QStringLiteral("searchWindow"));
     setWindowTitle(tr("Search Apps"));
     setAccessibleName(windowTitle());

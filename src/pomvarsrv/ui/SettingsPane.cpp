@@ -11,6 +11,8 @@
 #include <QRadioButton>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace pomvar::srv {
 
 SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget* parent)
@@ -27,12 +29,17 @@ SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget
     , m_oneExpanded(checkBox(tr("Only one category open at a time"), "oneExpAppCat"))
     , m_atLogin(checkBox(tr("Start Pomvar at login"), "startAtLogin"))
     , m_clearRecent(new QPushButton(tr("Clear Recent Apps"), this))
+    //: Gives back the recent apps just cleared.
+    , m_undoClear(new QPushButton(tr("Undo"), this))
 {
     setObjectName(QStringLiteral("settingsPane"));
     m_normal->setObjectName(QStringLiteral("densityNormal"));
     m_compact->setObjectName(QStringLiteral("densityCompact"));
     m_clearRecent->setObjectName(QStringLiteral("clearRecent"));
     m_clearRecent->setAutoDefault(false);
+    m_undoClear->setObjectName(QStringLiteral("undoClearRecent"));
+    m_undoClear->setAccessibleName(tr("Undo Clear Recent Apps"));
+    m_undoClear->setAutoDefault(false);
 
     auto* density = new QGroupBox(tr("Menu density"), this);
     auto* densityLayout = new QHBoxLayout(density);
@@ -47,7 +54,11 @@ SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget
     auto* system = new QGroupBox(tr("System"), this);
     auto* systemLayout = new QVBoxLayout(system);
     systemLayout->addWidget(m_atLogin);
-    systemLayout->addWidget(m_clearRecent, 0, Qt::AlignLeft);
+    auto* recent = new QHBoxLayout;
+    recent->addWidget(m_clearRecent);
+    recent->addWidget(m_undoClear);
+    recent->addStretch(1);
+    systemLayout->addLayout(recent);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(density);
     layout->addWidget(menus);
@@ -67,8 +78,16 @@ SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget
         refresh();
     });
     connect(m_clearRecent, &QPushButton::clicked, this, [this] {
+        m_cleared = m_model.store().recent();
         m_model.clearRecent();
         refresh();
+        m_undoClear->setFocus();
+    });
+    connect(m_undoClear, &QPushButton::clicked, this, [this] {
+        if (m_cleared)
+            m_model.restoreRecent(*std::exchange(m_cleared, std::nullopt));
+        refresh();
+        m_clearRecent->setFocus();
     });
     refresh();
 }
@@ -98,6 +117,13 @@ void SettingsPane::refresh()
     // Where the keyboard starts when the pane is shown.
     setFocusProxy(prefs.menuDensity == 1 ? m_compact : m_normal);
     m_clearRecent->setEnabled(!m_model.store().recent().empty());
+    m_undoClear->setVisible(m_cleared.has_value());
+}
+
+void SettingsPane::forgetUndo()
+{
+    m_cleared.reset();
+    refresh();
 }
 
 void SettingsPane::store()

@@ -4,6 +4,10 @@
 
 #include <QWidget>
 
+#include <optional>
+#include <string>
+#include <vector>
+
 class QCheckBox;
 class QRadioButton;
 class QPushButton;
@@ -15,7 +19,7 @@ class ServerModel;
 // The organizer's "Settings" pane: the five preferences the front end reads, each stored as it
 // is changed (the density as two radio buttons, whose names a screen reader reads as shown); "Start
 // Pomvar at login", which writes or removes the autostart entry and shows the entry's real state;
-// "Clear Recent Apps".
+// "Clear Recent Apps", which "Undo" takes back until the window closes.
 class SettingsPane : public QWidget
 {
     Q_OBJECT
@@ -27,6 +31,8 @@ public:
 
     // Shows the preferences, Recent and the autostart entry as they are now.
     void refresh();
+    // The window closes: a clearing of Recent stays.
+    void forgetUndo();
 
 private:
     QCheckBox* checkBox(const QString& label, const char* objectName);
@@ -42,6 +48,9 @@ private:
     QCheckBox* m_oneExpanded;
     QCheckBox* m_atLogin;
     QPushButton* m_clearRecent;
+    QPushButton* m_undoClear;
+    // Recent as it was before "Clear Recent Apps", while it can be taken back.
+    std::optional<std::vector<std::string>> m_cleared;
 };
 
 } // namespace pomvar::srv

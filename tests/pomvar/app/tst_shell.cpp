@@ -27,8 +27,8 @@ using pomvar::test::TestDesktop;
 namespace {
 
 const QString kPid = "pomvar/pomvar.pid";
-const QByteArray kRunning = "Pomvar for Mac is already running.\n";
-const QByteArray kHelp = "Pomvar for Mac: the customizable app launcher for macOS\n\n"
+const QByteArray kRunning = "Pomvar for Linux is already running.\n";
+const QByteArray kHelp = "Pomvar for Linux: the customizable app launcher for Linux\n\n"
                          "usage: pomvar [options]\n"
                          "options:\n"
                          "  --clear-recent\n      clear the recent apps menu\n"
@@ -152,7 +152,7 @@ private Q_SLOTS:
                                                      .replace("usage:", "\x1b[1musage:\x1b[0m")
                                                      .replace("options:", "\x1b[1moptions:\x1b[0m");
         QTest::newRow("--version") << QStringList{ "--version" } << false << false
-                                   << QByteArray("Pomvar for Mac version 0.1.0\n");
+                                   << QByteArray("Pomvar for Linux version 0.1.0\n");
         // Only the file's presence counts, not the number in it; it wins over every option.
         QTest::newRow("PID file, --help") << QStringList{ "--help" } << true << false << kRunning;
         QTest::newRow("PID file, no options") << QStringList{} << true << false << kRunning;

@@ -63,20 +63,20 @@ class NotificationService : public QObject
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
 
 public:
-    QList<QVariantList> shown; // replaces id, summary, body, hints
+    QList<QVariantList> shown; // replaces id, summary, body, hints, icon
 
 public Q_SLOTS:
     QStringList GetCapabilities() { return { "body", "sound" }; }
     uint Notify(const QString&,
                 uint replacesId,
-                const QString&,
+                const QString& icon,
                 const QString& summary,
                 const QString& body,
                 const QStringList&,
                 const QVariantMap& hints,
                 int)
     {
-        shown.append({ replacesId, summary, body, hints });
+        shown.append({ replacesId, summary, body, hints, icon });
         return static_cast<uint>(shown.size());
     }
 };
@@ -240,8 +240,11 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(service.shown.size(), 1, 10000);
         QCOMPARE(
             service.shown[0].mid(0, 3),
-            (QVariantList{ 0u, "Update Complete", "Pomvar for Mac was successfully updated." }));
+            (QVariantList{ 0u, "Update Complete", "Pomvar for Linux was successfully updated." }));
         QVERIFY(service.shown[0][3].toMap().contains("sound-name"));
+        // The installed icon, and the entry the desktop groups the notice under.
+        QCOMPARE(service.shown[0][4], "org.pomvar.Pomvar");
+        QCOMPARE(service.shown[0][3].toMap().value("desktop-entry"), "org.pomvar.Pomvar");
         QDBusConnection::disconnectFromBus("service");
     }
 

@@ -1,10 +1,13 @@
 // App and category rows: sizes per density and menu, the icon file and its proportions, an icon
-// file that cannot be read stopping the program, the hover highlight, keys and clicks. Also run
-// on a display scaled by 2 (tst_menurows_scale).
+// file that cannot be read stopping the program, the hover highlight and its text readable on it
+// under a light and a dark palette, keys and clicks. Also run on a display scaled by 2
+// (tst_menurows_scale).
 #include "ChildProcess.h"
 #include "IconFiles.h"
+#include "Palettes.h"
 #include "model/MenuList.h"
 #include "ui/MenuListView.h"
+#include "ui/MenuRowPainter.h"
 #include "ui/MenuSelectionColor.h"
 
 #include <QAbstractItemModelTester>
@@ -134,20 +137,40 @@ private Q_SLOTS:
                  outcome.err.constData());
     }
 
+    void hoverTurnsTheRowAccent_data()
+    {
+        QTest::addColumn<QPalette>("palette");
+        QTest::newRow("light") << test::lightPalette();
+        QTest::newRow("dark") << test::darkPalette();
+    }
     void hoverTurnsTheRowAccent()
     {
+        QFETCH(QPalette, palette);
         MenuList all;
-        all.append(app("a", m_icons.square()));
+        all.append(app("Harmonium Player", m_icons.square()));
         auto view = makeView(Pomvar::AllApps, all);
+        view->setPalette(palette);
         QVERIFY(QTest::qWaitForWindowExposed(view.get()));
         const QRect row = view->visualRect(all.index(0, 0));
         const QPoint probe(row.right() - 10, row.center().y());
         const QColor accent = MenuSelectionColor(true).color(view->palette());
+        // From below the rows, so that the pointer moves.
+        QTest::mouseMove(view->viewport(), QPoint(row.center().x(), 300));
         QTest::mouseMove(view->viewport(), row.center());
         QTRY_VERIFY(drawnNear(*view, probe, accent));
         // A plain fill: the corners too.
         QVERIFY(drawnNear(*view, row.topLeft(), accent));
         QVERIFY(drawnNear(*view, row.bottomRight(), accent));
+        // The name reads on it.
+        const qreal scale = view->devicePixelRatioF();
+        const QRect name =
+            MenuRowPainter::app(
+                "Harmonium Player", false, m_icons.square(), Pomvar::AllApps, m_prefs)
+                .geometry(row)
+                .name;
+        QVERIFY(test::textContrast(view->viewport()->grab().toImage(),
+                                   QRect(name.topLeft() * scale, name.size() * scale),
+                                   accent) >= 4.5);
         QEvent leave(QEvent::Leave);
         QApplication::sendEvent(view.get(), &leave);
         QTRY_VERIFY(!drawnNear(*view, probe, accent));

@@ -217,6 +217,59 @@ private Q_SLOTS:
         QCOMPARE(again.isExpanded(f.rowOf(again, "Games")), !oneOpen);
     }
 
+    // A row dragged from its menu onto My Apps, through My Apps' selector: where the pointer is
+    // released decides the request.
+    void dropsLandWherePointed()
+    {
+        namespace rq = pomvar::request;
+        // The menu and row dragged; where it is released: a row ("Games/app2": an app in Games),
+        // in its upper half or, with "+", its lower half; "My Apps" its selector; "" below the
+        // rows. Then the request sent.
+        const std::tuple<int, QString, QString, std::string> cases[] = {
+            { 2, "app4", "My Apps", rq::placePinnedApp("app4", "") },
+            { 2, "app4", "app1", rq::placePinnedApp("app4", "app1") },
+            { 1, "app3", "app1+", rq::placePinnedApp("app3", "") },
+            { 2, "app1", "Games", rq::placeAppcatApp("app1", "Games", "") },
+            { 0, "app3", "Games/app2", rq::placeAppcatApp("app3", "Games", "app2") },
+            { 0, "app2", "Games/app2+", rq::placeAppcatApp("app2", "Games", "app3") },
+            { 0, "Work", "Games", rq::placeAppcat("Work", "Games") },
+            { 0, "Games", "Work+", rq::placeAppcat("Games", "Sound & Video") },
+            { 0, "Sound & Video", "app1", rq::placeAppcat("Sound & Video", "Games") },
+            { 0, "Games", "", rq::placeAppcat("Games", "") },
+        };
+        PanelFixture f;
+        QVERIFY(open(f));
+        f.vm().setExpandedAppCat("Games", true);
+        MenuListView& mine = f.menuView(0);
+        auto* selector = f.view().findChild<MenuSelectorButton*>("menuSelectorButton0");
+        for (const auto& [menu, dragged, onto, request] : cases) {
+            QTest::mouseClick(f.view().findChild<MenuSelectorButton*>(
+                                  QStringLiteral("menuSelectorButton%1").arg(menu)),
+                              Qt::LeftButton);
+            MenuListView& from = f.menuView(menu);
+            const QPoint pressed = from.visualRect(f.rowOf(from, dragged.toStdString())).center();
+            QTest::mousePress(from.viewport(), Qt::LeftButton, {}, pressed);
+            QTest::mouseMove(from.viewport(), pressed + QPoint(0, 20));
+            QTest::mouseMove(selector);
+            QWidget* target = onto == "My Apps" ? static_cast<QWidget*>(selector) : mine.viewport();
+            QPoint at = target->rect().bottomLeft() + QPoint(10, -2);
+            if (onto != "My Apps" && !onto.isEmpty()) {
+                const QString name = onto.section('/', -1).remove('+');
+                QModelIndex row = f.rowOf(mine, name.toStdString());
+                if (onto.contains('/'))
+                    row = mine.model()->index(row.row(), 0, f.rowOf(mine, "Games"));
+                const QRect rect = mine.visualRect(row);
+                at = rect.center() + QPoint(0, onto.endsWith('+') ? 4 : -4);
+            }
+            QTest::mouseMove(target, at);
+            const std::size_t before = f.server().requests().size();
+            QTest::mouseRelease(target, Qt::LeftButton, {}, at);
+            QVERIFY(f.server().waitForRequests(before + 1));
+            QCOMPARE(f.server().requests().at(before), request);
+            QCOMPARE(f.view().selectedMenu(), Pomvar::MyApps);
+        }
+    }
+
     void selectorAndControlMenuFollowTheSettings_data()
     {
         QTest::addColumn<bool>("saveLastMenu");

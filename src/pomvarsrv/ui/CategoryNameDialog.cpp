@@ -31,6 +31,7 @@ CategoryNameDialog::CategoryNameDialog(const Store& store,
     m_field->selectAll();
     m_problem->setObjectName(QStringLiteral("categoryNameProblem"));
     m_problem->setWordWrap(true);
+    m_problem->setTextFormat(Qt::PlainText); // it quotes the name typed
     m_problem->setStyleSheet(QStringLiteral("color: #c01c28"));
     m_problem->hide();
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);

@@ -18,7 +18,7 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     , m_updates(m_options.installDir, QString::fromUtf8(pomvar::version()))
     , m_search(m_model)
     , m_handler(m_model, *this)
-    , m_server(m_handler)
+    , m_server(m_handler, m_options.frontEnd)
     , m_windows(m_model,
                 m_updates,
                 m_search,

@@ -1,5 +1,6 @@
 #include "pomvarsrv/app/ServerApp.h"
 
+#include "desktop/DesktopNotification.h"
 #include "pomvarsrv/app/ServerLog.h"
 #include "pomvarsrv/catalogue/Launcher.h"
 #include "pomvarsrv/ui/UserNotice.h"
@@ -37,6 +38,9 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
         m_catalogue.rescan();
     });
     connect(&m_updates, &Updates::restartDue, this, &ServerApp::restartIntoUpdate);
+    m_storeFile.setProblemHandler([this](StoreFile::Problem problem, const QString& detail) {
+        tellStoreProblem(problem, detail);
+    });
 }
 
 ServerApp::~ServerApp() = default;
@@ -46,7 +50,8 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
     m_server.serve(listeningSockets);
     // Only the server that holds the port owns the store and the icon cache: a second one
     // leaves without touching either.
-    const bool firstStart = !QFileInfo::exists(m_storeFile.path());
+    const QFileInfo storeFile(m_storeFile.path());
+    const bool firstStart = !storeFile.exists() && !storeFile.isSymLink();
     m_model.setStore(m_storeFile.load());
     if (m_options.clearRecent) {
         qCInfo(lcApp) << "clearing the recent apps";
@@ -62,6 +67,25 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
             m_storeFile.save(m_model.store());
         m_windows.showWelcome();
     }
+}
+
+void ServerApp::tellStoreProblem(StoreFile::Problem problem, const QString& detail)
+{
+    if (problem == StoreFile::Problem::setAside) {
+        DesktopNotification(
+            tr("Pomvar set its settings file aside"),
+            //: %1: the settings file; %2: where it was moved.
+            tr("%1 could not be read as Pomvar's pins, categories and preferences. It is kept as "
+               "%2, and Pomvar starts without them.")
+                .arg(m_storeFile.path(), detail))
+            .post();
+        return;
+    }
+    DesktopNotification(tr("Pomvar could not save a change"),
+                        //: %1: the settings file; %2: why it could not be written.
+                        tr("%1 cannot be written (%2): the change will not survive a restart.")
+                            .arg(m_storeFile.path(), detail))
+        .post();
 }
 
 void ServerApp::quit()

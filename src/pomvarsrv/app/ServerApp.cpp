@@ -12,6 +12,13 @@
 
 namespace pomvar::srv {
 
+namespace {
+
+// How long the notification service may take to show the server's last words.
+constexpr int kLastWordsMs = 2000;
+
+} // namespace
+
 ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     : QObject(parent)
     , m_options(options)
@@ -98,7 +105,9 @@ void ServerApp::restartIntoUpdate()
     // The port first: the new front end waits for its own server to take it.
     m_server.close();
     m_model.noteUpdatedFrom(m_updates.running().toStdString());
-    m_updates.startInstalledFrontEnd();
+    QString why;
+    if (!m_updates.startInstalledFrontEnd(&why))
+        DesktopNotification(tr("Pomvar was not restarted"), why).postAndWait(kLastWordsMs);
     qCInfo(lcApp) << "restarted into the installed Pomvar: leaving";
     QCoreApplication::exit(0);
 }

@@ -121,21 +121,14 @@ class TestHostile : public QObject
 {
     Q_OBJECT
 
-    using Row = void (TestHostile::*)();
-    struct NamedRow
-    {
-        const char* holds;
-        Row run;
-    };
-    static const std::vector<NamedRow> kRows;
+    // What must hold, and the row that shows it.
+    using Row = std::pair<const char*, void (TestHostile::*)()>;
+    static const std::vector<Row> kRows;
 
 private Q_SLOTS:
     void initTestCase()
     {
-        rlimit files;
-        QVERIFY(::getrlimit(RLIMIT_NOFILE, &files) == 0);
-        files.rlim_cur = std::min<rlim_t>(files.rlim_max, 4096);
-        QVERIFY(::setrlimit(RLIMIT_NOFILE, &files) == 0);
+        QVERIFY(limitDescriptors(::getpid(), 4096)); // for 1,100 openings
         QVERIFY(m_bus.start());
         m_bus.useInThisProcess();
         QDBusConnection bus = QDBusConnection::sessionBus();
@@ -184,12 +177,12 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("row");
         for (std::size_t i = 0; i < kRows.size(); ++i)
-            QTest::newRow(kRows[i].holds) << int(i);
+            QTest::newRow(kRows[i].first) << int(i);
     }
     void hostileInputs()
     {
         QFETCH(int, row);
-        (this->*kRows[row].run)();
+        (this->*kRows[std::size_t(row)].second)();
     }
 
 private:
@@ -478,7 +471,7 @@ private:
     std::unique_ptr<ServerProcess> m_server;
 };
 
-const std::vector<TestHostile::NamedRow> TestHostile::kRows = {
+const std::vector<TestHostile::Row> TestHostile::kRows = {
     { "markup in a name shows as text; the GUI thread never opens <img src=FIFO>",
       &TestHostile::markupIsShownAsText },
     { "HTTP, WebSocket, HTTP/2, TLS and malformed openings are closed at once, unread",

@@ -1,6 +1,7 @@
 #include "pomvarsrv/ipc/HolderSearch.h"
 
 #include <pthread.h>
+#include <sched.h>
 
 namespace pomvar::srv {
 
@@ -30,6 +31,10 @@ void HolderSearch::find(SocketOwner::Inode inode, Found found)
 void HolderSearch::run()
 {
     pthread_setname_np(pthread_self(), "holder search");
+    // A batch thread never preempts the GUI thread that wakes it: on a busy machine the GUI
+    // thread would otherwise lose its core for a time slice on every search it asks for.
+    const sched_param batch{};
+    pthread_setschedparam(pthread_self(), SCHED_BATCH, &batch);
     for (;;) {
         std::vector<std::pair<SocketOwner::Inode, Found>> requests;
         {

@@ -3,6 +3,7 @@
 // markup row drives the server run in-process, whose GUI thread it watches; the rest talk to a
 // real server over TCP. A row whose client needs a namespace the kernel refuses is skipped.
 #include "InProcessServer.h"
+#include "NotificationService.h"
 #include "ServerProcess.h"
 #include "SessionBus.h"
 #include "SrvClient.h"
@@ -10,7 +11,6 @@
 #include "wire/Frame.h"
 #include "wire/Protocol.h"
 
-#include <QDBusConnection>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QHelpEvent>
@@ -93,30 +93,6 @@ bool limitDescriptors(qint64 pid, rlim_t count)
 
 } // namespace
 
-// Stands in for the desktop's notification service.
-class NotificationService : public QObject
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-
-public:
-    QStringList bodies;
-
-public Q_SLOTS:
-    uint Notify(const QString&,
-                uint,
-                const QString&,
-                const QString&,
-                const QString& body,
-                const QStringList&,
-                const QVariantMap&,
-                int)
-    {
-        bodies << body;
-        return uint(bodies.size());
-    }
-};
-
 class TestHostile : public QObject
 {
     Q_OBJECT
@@ -131,11 +107,7 @@ private Q_SLOTS:
         QVERIFY(limitDescriptors(::getpid(), 4096)); // for 1,100 openings
         QVERIFY(m_bus.start());
         m_bus.useInThisProcess();
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        QVERIFY(bus.registerObject("/org/freedesktop/Notifications",
-                                   &m_notifications,
-                                   QDBusConnection::ExportAllSlots) &&
-                bus.registerService("org.freedesktop.Notifications"));
+        QVERIFY(m_notifications.start());
         m_withBus.insert("DBUS_SESSION_BUS_ADDRESS", m_bus.address());
         for (QProcess& holder : m_table) {
             holder.start("python3", { "-c", kHoldSockets });
@@ -380,7 +352,7 @@ private:
         SrvClient client;
         QVERIFY(client.connectTo(server.port()) && client.send(rq::togglePinApp("alpha.desktop")));
         QCOMPARE(client.json(rq::plain(rq::getMyAppsMenuData))["pinnedapps"].size(), 1u);
-        QTRY_VERIFY(!m_notifications.bodies.filter("will not survive a restart").isEmpty());
+        QTRY_VERIFY(!m_notifications.bodies().filter("will not survive a restart").isEmpty());
         QVERIFY(
             QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         QCOMPARE(TestDesktop::read(desktop.storePath()), stored);
@@ -426,7 +398,7 @@ private:
         QCOMPARE(kept.isSymLink(), kind == "link");
         QCOMPARE(kept.size() > (16 << 20), kind == "huge");
         QCOMPARE(TestDesktop::read(elsewhere), kind == "link" ? pinned : QByteArray());
-        QTRY_VERIFY(!m_notifications.bodies.filter(kept.filePath()).isEmpty());
+        QTRY_VERIFY(!m_notifications.bodies().filter(kept.filePath()).isEmpty());
     }
 
     // A shell client sends a request it awaits (when it should be served) or frames that would

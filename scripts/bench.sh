@@ -8,7 +8,8 @@
 #   the search keystroke and window (bench_search, Xvfb);
 #   the organizer's opening (bench_organizer) and the other windows' (bench_windows), Xvfb;
 #   the server's start-up and payloads (bench_pomvarsrv), the request round trip
-#   (bench_ipc_roundtrip) and the front end's readiness probe (bench_startup).
+#   (bench_ipc_roundtrip) and the front end's readiness probe (bench_startup);
+#   the peer check per connection with 2 and with 20,000 sockets in the table (bench_peercheck).
 # Benchmarks that take port 50818 run one after another; run nothing else on the machine meanwhile.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -50,3 +51,5 @@ section "runtime server start-up and payloads (bench_pomvarsrv)"
 "$b/bench_pomvarsrv"
 section "request round trip (bench_ipc_roundtrip)"
 QT_QPA_PLATFORM=offscreen "$b/bench_ipc_roundtrip"
+section "peer check per connection (bench_peercheck)"
+"$b/bench_peercheck"

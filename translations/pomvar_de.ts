@@ -550,6 +550,25 @@
     </message>
 </context>
 <context>
+    <name>pomvar::srv::FrontEndProgram</name>
+    <message>
+        <source>%1 does not exist.</source>
+        <translation>%1 existiert nicht.</translation>
+    </message>
+    <message>
+        <source>%1 is not a regular file.</source>
+        <translation>%1 ist keine reguläre Datei.</translation>
+    </message>
+    <message>
+        <source>%1 does not belong to the owner of Pomvar&apos;s files.</source>
+        <translation>%1 gehört nicht dem Eigentümer der Dateien von Pomvar.</translation>
+    </message>
+    <message>
+        <source>%1 can be changed by other users.</source>
+        <translation>%1 kann von anderen Benutzern geändert werden.</translation>
+    </message>
+</context>
+<context>
     <name>pomvar::srv::Launcher</name>
     <message>
         <source>no desktop entry named %1</source>
@@ -752,6 +771,28 @@
 
 %2</translation>
     </message>
+    <message>
+        <source>Pomvar set its settings file aside</source>
+        <translation>Pomvar hat seine Einstellungsdatei beiseitegelegt</translation>
+    </message>
+    <message>
+        <source>%1 could not be read as Pomvar&apos;s pins, categories and preferences. It is kept as %2, and Pomvar starts without them.</source>
+        <extracomment>%1: the settings file; %2: where it was moved.</extracomment>
+        <translation>%1 konnte nicht als angeheftete Apps, Kategorien und Einstellungen von Pomvar gelesen werden. Die Datei bleibt als %2 erhalten, und Pomvar startet ohne sie.</translation>
+    </message>
+    <message>
+        <source>Pomvar could not save a change</source>
+        <translation>Pomvar konnte eine Änderung nicht speichern</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written (%2): the change will not survive a restart.</source>
+        <extracomment>%1: the settings file; %2: why it could not be written.</extracomment>
+        <translation>%1 kann nicht geschrieben werden (%2): Die Änderung geht bei einem Neustart verloren.</translation>
+    </message>
+    <message>
+        <source>Pomvar was not restarted</source>
+        <translation>Pomvar wurde nicht neu gestartet</translation>
+    </message>
 </context>
 <context>
     <name>pomvar::srv::ServerWindows</name>
@@ -845,6 +886,13 @@
     <message>
         <source>Pomvar cannot start</source>
         <translation>Pomvar kann nicht starten</translation>
+    </message>
+</context>
+<context>
+    <name>pomvar::srv::Updates</name>
+    <message>
+        <source>%1 could not be started.</source>
+        <translation>%1 konnte nicht gestartet werden.</translation>
     </message>
 </context>
 <context>

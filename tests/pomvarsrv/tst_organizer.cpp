@@ -423,7 +423,9 @@ private Q_SLOTS:
             const auto check = runChild("desktop-file-validate", { entry.path() });
             return check.exitedWith(0) && check.out.isEmpty();
         };
-        QVERIFY(entry.setEnabled(true, m_desktop.root() + "/a b/po\\m\"v$r") && valid());
+        const QString odd = m_desktop.root() + "/a b/po\\m\"v$r"; // a program it may run
+        QVERIFY(TestDesktop::write(odd, "#!/bin/sh\n", true));
+        QVERIFY(entry.setEnabled(true, odd) && valid());
         QVERIFY(open(2, {}));
         auto* box = find<QCheckBox>("Start Pomvar at login");
         QVERIFY(box->isChecked()); // the entry's real state

@@ -1,7 +1,6 @@
-// The real server over TCP: web pages and malformed frames shut out, clients that stall or flood,
-// only the server's own user served, launching real programs (a D-Bus-activatable one over a
-// private session bus), a second server on the same port.
-// What each request does is tst_servermodel's.
+// The real server over TCP: launching real programs (a D-Bus-activatable one over a private
+// session bus), the search shortcut, a second server on the same port. What each request does is
+// tst_servermodel's; what the server refuses, tst_hostile's.
 #include "ServerProcess.h"
 #include "SessionBus.h"
 #include "SrvClient.h"
@@ -47,88 +46,6 @@ private Q_SLOTS:
         m_server = std::make_unique<ServerProcess>(m_desktop);
         QVERIFY(m_server->start());
         QVERIFY(QFile::remove(root + "/bin/soon-gone"));
-    }
-
-    void webPagesAndMalformedFramesAreShutOut()
-    {
-        SrvClient bystander, before;
-        QVERIFY(bystander.connectTo(m_server->port()) && before.connectTo(m_server->port()));
-        before.json(rq::plain(rq::getMenuDataModifiedStatus)); // clears the flags
-        const QByteArray store = TestDesktop::read(m_desktop.storePath());
-        // Frames that would pin, launch, answer and quit, had they been read.
-        const auto frame = [](const std::string& body) {
-            return *pomvar::wire::encodeRequestFrame(body);
-        };
-        const std::string frames = frame(rq::togglePinApp("alpha.desktop")) +
-                                   frame(rq::launch("marker.desktop")) +
-                                   frame(rq::plain(rq::getAppStatus)) + frame(rq::plain(rq::quit));
-        // A browser's POST padded so that the frames start where "PO", read as a length, ends.
-        std::string post = "POST / HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: text/plain\r\n\r\n";
-        post.resize(2 + ('P' << 8 | 'O'), ' ');
-        const std::string openings[] = {
-            post + frames,
-            "PRI * HTTP/2.0\r\n\r\nSM\r\n\r\n" + frames,
-            // Which bodies are refused is the parser's (tst_servermodel).
-            frame("garbage") + frames,
-            frame("{\n    \"id\": \"toggle-set-appcat\",\n    \"appkey\": \"al") + frames,
-        };
-        for (const std::string& opening : openings) {
-            SrvClient client;
-            QVERIFY(client.connectTo(m_server->port()));
-            const quint16 port = client.localPort();
-            client.sendRaw(opening); // may fail midway: the server hangs up
-            QVERIFY(!client.readReply() && !client.isConnected());
-            QCOMPARE(m_server->log().count(
-                         QStringLiteral("closed the connection from port %1 ").arg(port)),
-                     1);
-        }
-        // Nothing was acted on, and everyone else is still served.
-        JCOMPARE(bystander.json(rq::plain(rq::getAppStatus))["ready"], true);
-        const Json flags = before.json(rq::plain(rq::getMenuDataModifiedStatus));
-        QVERIFY2(!flags["pinnedAppsModified"] && !flags["recentAppsModified"],
-                 flags.dump().c_str());
-        JCOMPARE(before.json(rq::plain(rq::getMyAppsMenuData))["pinnedapps"], Json::array());
-        QCOMPARE(TestDesktop::read(m_desktop.storePath()), store);
-        QVERIFY(!m_server->log().contains("launched"));
-    }
-
-    void stalledOrFloodingClientsBlockNoOne()
-    {
-        SrvClient stalled, flooding;
-        QVERIFY(stalled.connectTo(m_server->port()));
-        QVERIFY(stalled.sendRaw(std::string("\x00\x40{", 3)));
-        QVERIFY(flooding.connectTo(m_server->port()));
-        for (int i = 0; i < 300; ++i)
-            QVERIFY(flooding.send(rq::plain(rq::getAllAppsMenuData)));
-        for (const QString address : { "127.0.0.1", "::1" }) {
-            SrvClient fresh;
-            QVERIFY(fresh.connectTo(m_server->port(), address));
-            JCOMPARE(fresh.json(rq::plain(rq::getAppStatus))["ready"], true);
-        }
-        // The flooding client gets every reply, in order, once it reads.
-        for (int i = 0; i < 300; ++i)
-            QVERIFY(Json::parse(flooding.readReply().value_or("null")).is_array());
-    }
-
-    void otherUsersAreRefused()
-    {
-        if (::getuid() != 0)
-            QSKIP("needs root to run a client under another uid");
-        // A shell client run as nobody prints what it reads back: nothing, as the server hangs up.
-        const auto frame = *pomvar::wire::encodeRequestFrame(rq::plain(rq::getAppStatus));
-        const QStringList nobody =
-            QStringLiteral("20 setpriv --reuid=65534 --regid=65534 --clear-groups bash -c")
-                .split(u' ');
-        const QString script =
-            QStringLiteral("exec 3<>/dev/tcp/127.0.0.1/%1 || exit 3\ncat >&3\nhead -c 4 <&3");
-        QProcess client;
-        client.start("timeout", nobody + QStringList{ script.arg(m_server->port()) });
-        client.write(frame.data(), qint64(frame.size()));
-        client.closeWriteChannel();
-        // 124: timed out, the connection was left open; 3: no connection at all.
-        QVERIFY(client.waitForFinished(30000) && !(QList{ 3, 124 }.contains(client.exitCode())));
-        QCOMPARE(client.readAllStandardOutput(), QByteArray());
-        QVERIFY(m_server->log().contains("owned by uid 65534"));
     }
 
     void launch()

@@ -1,12 +1,14 @@
 // Updates the Linux way, in a server run in-process whose install folder is a temporary one:
 // the version file installed there against the running version, over the wire and in the updates
 // window; a change of the folder noticed while the window is open; the wait for the front end
-// to go; the restart into the installed front end and "updateFinished" once after it.
+// to go; the restart into the installed front end and "updateFinished" once after it; what may
+// be started as the front end.
 #include "InProcessServer.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/app/FrontEndExit.h"
 #include "pomvarsrv/app/Updates.h"
+#include "pomvarsrv/catalogue/AutostartEntry.h"
 #include "wire/InstallPaths.h"
 #include "wire/Protocol.h"
 #include "wire/Version.h"
@@ -18,6 +20,7 @@
 #include <QtTest>
 
 #include <csignal>
+#include <unistd.h>
 
 using namespace pomvar::srv;
 using namespace pomvar::test;
@@ -105,6 +108,52 @@ private Q_SLOTS:
                      (nlohmann::json{ { "ready", true }, { "updateFinished", finished } }));
         JCOMPARE(nlohmann::json::parse(TestDesktop::read(m_desktop.storePath()).data())["pins"],
                  store["pins"]);
+    }
+
+    // The update's restart and the autostart entry run only the installed front end.
+    void onlyTheInstalledFrontEndIsStarted_data()
+    {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("a file of the server's owner, writable by it alone") << "file";
+        QTest::newRow("writable by its group") << "group";
+        QTest::newRow("writable by others") << "others";
+        QTest::newRow("another user's") << "owner";
+        QTest::newRow("a symbolic link to the program") << "link";
+        QTest::newRow("a folder") << "folder";
+        QTest::newRow("missing") << "missing";
+    }
+    void onlyTheInstalledFrontEndIsStarted()
+    {
+        QFETCH(QString, kind);
+        if (kind == "owner" && ::getuid() != 0)
+            QSKIP("needs root to give a file to another user");
+        QTemporaryDir prefix;
+        const QString program = prefix.filePath("bin/pomvar"), real = prefix.filePath("real");
+        QVERIFY(TestDesktop::write(real, "#!/bin/sh\ntouch \"$0.started\"\n", true));
+        QVERIFY(QDir().mkpath(prefix.filePath("bin")) &&
+                QDir().mkpath(prefix.filePath("libexec/pomvar")));
+        const auto mode = QFile::permissions(real);
+        if (kind == "link")
+            QVERIFY(QFile::link(real, program));
+        else if (kind == "folder")
+            QVERIFY(QDir().mkpath(program));
+        else if (kind != "missing")
+            QVERIFY(QFile::copy(real, program) &&
+                    QFile::setPermissions(program,
+                                          mode | (kind == "group"    ? QFile::WriteGroup
+                                                  : kind == "others" ? QFile::WriteOther
+                                                                     : QFile::Permissions())));
+        QVERIFY(kind != "owner" || ::chown(QFile::encodeName(program), 65534, 65534) == 0);
+        const bool allowed = kind == "file";
+        Updates updates(prefix.filePath("libexec/pomvar"), "0.0.1");
+        QString why;
+        QCOMPARE(updates.startInstalledFrontEnd(&why), allowed);
+        QCOMPARE(why.isEmpty(), allowed);
+        const AutostartEntry entry(prefix.filePath("autostart/pomvar.desktop"));
+        QCOMPARE(entry.setEnabled(true, program), allowed);
+        QCOMPARE(QFile::exists(entry.path()), allowed);
+        if (allowed)
+            QTRY_VERIFY(QFile::exists(program + ".started"));
     }
 
     void waitingForTheFrontEnd_data()

@@ -43,8 +43,8 @@ bool InProcessServer::start(const srv::ServerOptions& options)
 
 bool InProcessServer::send(std::string_view body) const
 {
-    SrvClient client;
-    return client.connectTo(m_port) && client.send(body);
+    auto& client = m_senders.emplace_back(std::make_unique<SrvClient>());
+    return client->connectTo(m_port) && client->send(body);
 }
 
 nlohmann::json InProcessServer::ask(std::string_view body) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SrvClient.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/app/ServerApp.h"
 
@@ -10,6 +11,7 @@
 
 #include <memory>
 #include <string_view>
+#include <vector>
 
 namespace pomvar::test {
 
@@ -28,7 +30,8 @@ public:
     srv::ServerApp& app() { return *m_app; }
     quint16 port() const { return m_port; }
 
-    // Sends a request whose reply nobody reads.
+    // Sends a request whose reply nobody reads, over a connection kept open: the server serves
+    // only a connection whose process it has found holding it.
     bool send(std::string_view body) const;
     // An awaited request, answered while this thread's event loop serves it; null on failure.
     nlohmann::json ask(std::string_view body) const;
@@ -43,6 +46,7 @@ public:
 
 private:
     quint16 m_port = 0;
+    mutable std::vector<std::unique_ptr<SrvClient>> m_senders;
     std::unique_ptr<srv::ServerApp> m_app;
 };
 

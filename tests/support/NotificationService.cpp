@@ -22,16 +22,23 @@ bool NotificationService::start()
 
 QStringList NotificationService::summaries() const
 {
-    QStringList summaries;
+    return shown(QStringLiteral("summary"));
+}
+
+QStringList NotificationService::bodies() const
+{
+    return shown(QStringLiteral("body"));
+}
+
+QStringList NotificationService::shown(const QString& field) const
+{
+    QStringList values;
     QFile file(m_dir.filePath(QStringLiteral("shown.jsonl")));
     if (file.open(QIODevice::ReadOnly)) {
         while (!file.atEnd())
-            summaries << QJsonDocument::fromJson(file.readLine())
-                             .object()
-                             .value(QStringLiteral("summary"))
-                             .toString();
+            values << QJsonDocument::fromJson(file.readLine()).object().value(field).toString();
     }
-    return summaries;
+    return values;
 }
 
 } // namespace pomvar::test

@@ -16,8 +16,12 @@ public:
     bool start();
     // The summaries of the notifications posted so far, in order.
     QStringList summaries() const;
+    // Their bodies, in order.
+    QStringList bodies() const;
 
 private:
+    QStringList shown(const QString& field) const;
+
     QTemporaryDir m_dir;
     QProcess m_service;
 };

@@ -23,9 +23,12 @@ quint16 ServerProcess::freePort()
     return 0;
 }
 
-ServerProcess::ServerProcess(const TestDesktop& desktop, QProcessEnvironment extra)
+ServerProcess::ServerProcess(const TestDesktop& desktop,
+                             QProcessEnvironment extra,
+                             QStringList wrapper)
     : m_desktop(desktop)
     , m_extra(std::move(extra))
+    , m_wrapper(std::move(wrapper))
     , m_logPath(desktop.root() + QStringLiteral("/pomvarsrv-%1.log").arg(++logCounter))
 {}
 
@@ -37,8 +40,10 @@ void ServerProcess::launch(quint16 port, const QStringList& arguments)
     m_process.setProcessEnvironment(environment);
     m_process.setStandardErrorFile(m_logPath, QIODevice::Append);
     m_process.setStandardOutputFile(QProcess::nullDevice());
-    m_process.start(qEnvironmentVariable("POMVAR_LIBEXEC_DIR") + QStringLiteral("/pomvarsrv"),
-                    arguments);
+    QStringList command = m_wrapper;
+    command << qEnvironmentVariable("POMVAR_LIBEXEC_DIR") + QStringLiteral("/pomvarsrv")
+            << arguments;
+    m_process.start(command.takeFirst(), command);
 }
 
 bool ServerProcess::start(const QStringList& arguments)

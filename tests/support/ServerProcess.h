@@ -11,8 +11,11 @@ namespace pomvar::test {
 class ServerProcess
 {
 public:
-    // `extra` is added to the desktop's environment.
-    explicit ServerProcess(const TestDesktop& desktop, QProcessEnvironment extra = {});
+    // `extra` is added to the desktop's environment; `wrapper` runs the server (as "setpriv
+    // ... --" does).
+    explicit ServerProcess(const TestDesktop& desktop,
+                           QProcessEnvironment extra = {},
+                           QStringList wrapper = {});
     ~ServerProcess() { kill(); }
 
     // Starts the server and waits until it listens and has loaded the catalogue.
@@ -24,6 +27,7 @@ public:
         return exitCode();
     }
     quint16 port() const { return m_port; }
+    qint64 pid() const { return m_process.processId(); }
     bool isRunning() const { return m_process.state() == QProcess::Running; }
     QString log() const { return QString::fromUtf8(TestDesktop::read(m_logPath)); }
     // Sends "quit" and waits: the exit code, or -1 when it did not end normally.
@@ -38,6 +42,7 @@ private:
 
     const TestDesktop& m_desktop;
     QProcessEnvironment m_extra;
+    QStringList m_wrapper;
     QProcess m_process;
     QString m_logPath;
     quint16 m_port = 0;

@@ -180,12 +180,17 @@ class DesktopSession:
         return json.loads(self._exchange(f'{{\n    "id": "{request_id}"\n}}'.encode(), True))
 
     def _exchange(self, body, awaited):
+        # A request not awaited is followed by one that is, whose reply tells that both were
+        # read: the server serves a connection only once it has found the process holding it.
+        frames = struct.pack(">H", len(body)) + body
+        if not awaited:
+            confirm = b'{"id": "get-user-prefs"}'
+            frames += struct.pack(">H", len(confirm)) + confirm
         with socket.create_connection(("127.0.0.1", self.port)) as connection:
-            connection.sendall(struct.pack(">H", len(body)) + body)
-            size = struct.unpack(">I", connection.recv(4))[0] if awaited else 0
-            data = b""
-            while len(data) < size:
-                data += connection.recv(size - len(data))
+            connection.sendall(frames)
+            reader = connection.makefile("rb")
+            size = struct.unpack(">I", reader.read(4))[0]
+            data = reader.read(size)
         return data
 
     # Pomvar installed.

@@ -81,8 +81,12 @@ QVariant MenuList::data(const QModelIndex& index, int role) const
     const TreeItem& row = item(index);
     switch (role) {
         case Qt::DisplayRole:
-        case Qt::ToolTipRole:
             return QString::fromStdString(row.name);
+        case Qt::ToolTipRole:
+            // A tool tip that looks like markup is laid out as such: the name goes escaped.
+            return QString(QStringLiteral("<p>") +
+                           QString::fromStdString(row.name).toHtmlEscaped() +
+                           QStringLiteral("</p>"));
         case IdRole:
             return QString::fromStdString(row.id);
         case IsPinnedAppMenuItemRole:

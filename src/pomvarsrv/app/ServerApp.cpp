@@ -1,5 +1,6 @@
 #include "pomvarsrv/app/ServerApp.h"
 
+#include "desktop/DesktopNotification.h"
 #include "pomvarsrv/app/ServerLog.h"
 #include "pomvarsrv/catalogue/Launcher.h"
 #include "pomvarsrv/ui/UserNotice.h"
@@ -11,6 +12,13 @@
 
 namespace pomvar::srv {
 
+namespace {
+
+// How long the notification service may take to show the server's last words.
+constexpr int kLastWordsMs = 2000;
+
+} // namespace
+
 ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     : QObject(parent)
     , m_options(options)
@@ -18,7 +26,7 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     , m_updates(m_options.installDir, QString::fromUtf8(pomvar::version()))
     , m_search(m_model)
     , m_handler(m_model, *this)
-    , m_server(m_handler)
+    , m_server(m_handler, m_options.frontEnd)
     , m_windows(m_model,
                 m_updates,
                 m_search,
@@ -38,6 +46,9 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     });
     connect(&m_updates, &Updates::restartDue, this, &ServerApp::restartIntoUpdate);
     connect(&m_catalogue, &CatalogueLoader::appsChanged, &m_windows, &ServerWindows::refreshShown);
+    m_storeFile.setProblemHandler([this](StoreFile::Problem problem, const QString& detail) {
+        tellStoreProblem(problem, detail);
+    });
 }
 
 ServerApp::~ServerApp() = default;
@@ -47,7 +58,8 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
     m_server.serve(listeningSockets);
     // Only the server that holds the port owns the store and the icon cache: a second one
     // leaves without touching either.
-    const bool firstStart = !QFileInfo::exists(m_storeFile.path());
+    const QFileInfo storeFile(m_storeFile.path());
+    const bool firstStart = !storeFile.exists() && !storeFile.isSymLink();
     m_model.setStore(m_storeFile.load());
     if (m_options.clearRecent) {
         qCInfo(lcApp) << "clearing the recent apps";
@@ -65,6 +77,25 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
     }
 }
 
+void ServerApp::tellStoreProblem(StoreFile::Problem problem, const QString& detail)
+{
+    if (problem == StoreFile::Problem::setAside) {
+        DesktopNotification(
+            tr("Pomvar set its settings file aside"),
+            //: %1: the settings file; %2: where it was moved.
+            tr("%1 could not be read as Pomvar's pins, categories and preferences. It is kept as "
+               "%2, and Pomvar starts without them.")
+                .arg(m_storeFile.path(), detail))
+            .post();
+        return;
+    }
+    DesktopNotification(tr("Pomvar could not save a change"),
+                        //: %1: the settings file; %2: why it could not be written.
+                        tr("%1 cannot be written (%2): the change will not survive a restart.")
+                            .arg(m_storeFile.path(), detail))
+        .post();
+}
+
 void ServerApp::quit()
 {
     QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
@@ -75,7 +106,9 @@ void ServerApp::restartIntoUpdate()
     // The port first: the new front end waits for its own server to take it.
     m_server.close();
     m_model.noteUpdatedFrom(m_updates.running().toStdString());
-    m_updates.startInstalledFrontEnd();
+    QString why;
+    if (!m_updates.startInstalledFrontEnd(&why))
+        DesktopNotification(tr("Pomvar was not restarted"), why).postAndWait(kLastWordsMs);
     qCInfo(lcApp) << "restarted into the installed Pomvar: leaving";
     QCoreApplication::exit(0);
 }

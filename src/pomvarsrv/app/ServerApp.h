@@ -58,6 +58,8 @@ public:
 private:
     // The app, or one of its desktop actions; Recent and its flag follow, a failure is shown.
     void launchApp(const QString& appkey, const QString& action);
+    // A notification: the store file was set aside, or a change could not be saved.
+    void tellStoreProblem(StoreFile::Problem problem, const QString& detail);
     // The old front end is gone after the user asked to restart into the installed programs.
     void restartIntoUpdate();
 

@@ -1,6 +1,7 @@
 #include "pomvarsrv/app/Updates.h"
 
 #include "pomvarsrv/app/ServerLog.h"
+#include "pomvarsrv/catalogue/FrontEndProgram.h"
 #include "wire/InstallPaths.h"
 #include "wire/Protocol.h"
 #include "wire/UserPaths.h"
@@ -86,12 +87,18 @@ void Updates::confirm()
     m_frontEnd.wait();
 }
 
-bool Updates::startInstalledFrontEnd() const
+bool Updates::startInstalledFrontEnd(QString* why) const
 {
-    const bool started = QProcess::startDetached(frontEndProgram(), {});
-    if (!started)
-        qCWarning(lcApp) << "cannot start" << frontEndProgram();
-    return started;
+    const QString program = frontEndProgram();
+    QString problem = FrontEndProgram::problem(program);
+    if (problem.isEmpty() && !QProcess::startDetached(program, {}))
+        problem = tr("%1 could not be started.").arg(program);
+    if (problem.isEmpty())
+        return true;
+    qCWarning(lcApp).noquote() << "not starting the front end:" << problem;
+    if (why)
+        *why = problem;
+    return false;
 }
 
 void Updates::watch()

@@ -36,8 +36,9 @@ public:
     void confirm();
     // The front end that started this server, waited for before the restart.
     void setFrontEnd(pid_t pid) { m_frontEnd.setStartedBy(pid); }
-    // Starts the installed front end, detached; false when it could not be started.
-    bool startInstalledFrontEnd() const;
+    // Starts the installed front end, detached; false, and `why`, when it is not the installed
+    // Pomvar (FrontEndProgram) or could not be started.
+    bool startInstalledFrontEnd(QString* why = nullptr) const;
     QString frontEndProgram() const;
 
 Q_SIGNALS:

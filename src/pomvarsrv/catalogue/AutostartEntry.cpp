@@ -5,6 +5,7 @@
 
 #include "pomvarsrv/catalogue/AutostartEntry.h"
 
+#include "pomvarsrv/catalogue/FrontEndProgram.h"
 #include "pomvarsrv/model/AtomicFile.h"
 
 #include <QCoreApplication>
@@ -62,10 +63,15 @@ bool AutostartEntry::isEnabled() const
     return missing || gnome;
 }
 
-bool AutostartEntry::setEnabled(bool enabled, const QString& program) const
+bool AutostartEntry::setEnabled(bool enabled, const QString& program, QString* why) const
 {
     if (!enabled)
         return !QFileInfo::exists(m_path) || QFile::remove(m_path);
+    if (const QString problem = FrontEndProgram::problem(program); !problem.isEmpty()) {
+        if (why)
+            *why = problem;
+        return false;
+    }
     g_autoptr(GKeyFile) file = g_key_file_new();
     const char* group = G_KEY_FILE_DESKTOP_GROUP;
     g_key_file_set_string(

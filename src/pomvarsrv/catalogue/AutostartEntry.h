@@ -18,8 +18,11 @@ public:
 
     const QString& path() const { return m_path; }
     bool isEnabled() const;
-    // Writes the entry (GKeyFile, then AtomicFile) to run `program`, or removes it.
-    bool setEnabled(bool enabled, const QString& program = installedFrontEnd()) const;
+    // Writes the entry (GKeyFile, then AtomicFile) to run `program`, or removes it. A program
+    // that is not the installed front end (FrontEndProgram) is refused, and `why` tells why.
+    bool setEnabled(bool enabled,
+                    const QString& program = installedFrontEnd(),
+                    QString* why = nullptr) const;
 
 private:
     QString m_path;

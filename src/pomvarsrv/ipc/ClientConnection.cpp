@@ -21,23 +21,9 @@ constexpr qint64 kChunk = 64 * 1024;
 
 // Every method word is three capital letters or more ("GET", "POST", "PRI * HTTP/2.0"); a
 // request frame starts with its length, then "{".
-constexpr qint64 kOpeningSize = 3;
-
-bool opensLikeHttp(const QByteArray& opening)
-{
-    return std::all_of(opening.begin(), opening.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
-}
+constexpr qint64 kOpeningSize = wire::kRequestPrefixSize + 1;
 
 } // namespace
-
-void ClientConnection::refuse(const QString& why)
-{
-    qCWarning(lcIpc).noquote() << "closed the connection from port" << m_socket->peerPort()
-                               << "unread:" << why;
-    m_refused = true;
-    m_socket->abort();
-    Q_EMIT finished();
-}
 
 ClientConnection::ClientConnection(QTcpSocket* socket, RequestHandler& handler, QObject* parent)
     : QObject(parent)
@@ -55,21 +41,56 @@ ClientConnection::ClientConnection(QTcpSocket* socket, RequestHandler& handler, 
             qCInfo(lcIpc) << "client connection error:" << m_socket->errorString();
         Q_EMIT finished();
     });
+    // From the accept on, the peer check's time included.
+    m_firstRequest.setSingleShot(true);
+    connect(&m_firstRequest, &QTimer::timeout, this, [this] {
+        serve(); // a request that came in while the event loop was busy counts
+        if (!m_established && !m_refused)
+            refuse(QStringLiteral("no request within %1 ms").arg(kFirstRequestMs));
+    });
+    m_firstRequest.start(kFirstRequestMs);
+}
+
+void ClientConnection::start()
+{
+    m_started = true;
     serve();
+}
+
+void ClientConnection::refuse(const QString& why)
+{
+    if (m_refused)
+        return;
+    qCWarning(lcIpc).noquote() << "closed the connection from port" << m_socket->peerPort()
+                               << "unread:" << why;
+    m_refused = true;
+    m_firstRequest.stop();
+    m_socket->abort();
+    Q_EMIT finished();
+}
+
+QString ClientConnection::badOpening() const
+{
+    const QByteArray opening = m_socket->peek(kOpeningSize);
+    if (std::all_of(opening.begin(), opening.end(), [](char c) { return c >= 'A' && c <= 'Z'; }))
+        return QStringLiteral("it opens like HTTP");
+    if (opening.back() != '{' || (opening[0] == 0 && opening[1] == 0))
+        return QStringLiteral("its first request does not begin with {");
+    return {};
 }
 
 void ClientConnection::serve()
 {
     // A signal emitted by a write inside serveFrame() must not start a second pass.
-    if (m_serving)
+    if (!m_started || m_serving || m_refused)
         return;
     m_serving = true;
-    std::string body;
     if (!m_openingChecked && m_socket->bytesAvailable() >= kOpeningSize) {
         m_openingChecked = true;
-        if (opensLikeHttp(m_socket->peek(kOpeningSize)))
-            refuse(QStringLiteral("it opens like HTTP"));
+        if (const QString why = badOpening(); !why.isEmpty())
+            refuse(why);
     }
+    std::string body;
     while (m_openingChecked && !m_refused && m_socket->bytesToWrite() < kMaxPendingReplyBytes) {
         if (m_decoder.next(body)) {
             serveFrame(body);
@@ -89,6 +110,11 @@ void ClientConnection::serveFrame(const std::string& body)
     if (!request) {
         refuse(QStringLiteral("a frame of %1 bytes is not a well-formed request").arg(body.size()));
         return;
+    }
+    if (!m_established) {
+        m_established = true;
+        m_firstRequest.stop();
+        Q_EMIT established();
     }
     const auto reply = m_handler.handle(*request);
     if (!reply)

@@ -9,7 +9,8 @@ namespace pomvar::srv {
 class SearchShortcut
 {
 public:
-    // The exit status: 0 when the request was sent, 1 when no server is listening.
+    // The exit status: 0 when the server took the request, 1 when no server is listening or it
+    // did not (it refused this process).
     static int run(std::uint16_t port);
 };
 

@@ -5,31 +5,62 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <string_view>
+#include <functional>
+#include <vector>
 
 namespace pomvar::srv {
 
 namespace {
 
-// Calls `each` with every process id in /proc until it returns true.
-template <typename Each>
-bool anyProcess(Each each)
+std::vector<pid_t> processes()
 {
+    std::vector<pid_t> pids;
     DIR* proc = ::opendir("/proc");
     if (!proc)
-        return false;
-    bool found = false;
+        return pids;
     while (const dirent* entry = ::readdir(proc)) {
         char* end = nullptr;
         const long pid = std::strtol(entry->d_name, &end, 10);
-        if (pid > 0 && *end == '\0' && each(static_cast<pid_t>(pid))) {
+        if (pid > 0 && *end == '\0')
+            pids.push_back(static_cast<pid_t>(pid));
+    }
+    ::closedir(proc);
+    return pids;
+}
+
+// Calls `each` with the inode of every socket `pid` holds until it returns true; whether it did.
+bool anySocket(pid_t pid, const std::function<bool(SocketOwner::Inode)>& each)
+{
+    char path[64];
+    std::snprintf(path, sizeof path, "/proc/%d/fd", static_cast<int>(pid));
+    const int dirFd = ::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (dirFd < 0)
+        return false; // gone, or not ours to look into
+    DIR* fds = ::fdopendir(dirFd);
+    if (!fds) {
+        ::close(dirFd);
+        return false;
+    }
+    static constexpr char kPrefix[] = "socket:[";
+    bool found = false;
+    while (const dirent* entry = ::readdir(fds)) {
+        if (entry->d_name[0] == '.')
+            continue;
+        char target[48];
+        const ssize_t size = ::readlinkat(dirFd, entry->d_name, target, sizeof target - 1);
+        if (size <= 0 || std::strncmp(target, kPrefix, sizeof kPrefix - 1) != 0)
+            continue;
+        target[size] = '\0';
+        if (each(std::strtoull(target + sizeof kPrefix - 1, nullptr, 10))) {
             found = true;
             break;
         }
     }
-    ::closedir(proc);
+    ::closedir(fds);
     return found;
 }
 
@@ -42,47 +73,35 @@ bool sameFile(const char* a, const char* b)
 
 } // namespace
 
-bool SocketOwner::holds(pid_t pid, unsigned long long inode)
+bool SocketOwner::holds(pid_t pid, Inode inode)
 {
-    char path[64];
-    std::snprintf(path, sizeof path, "/proc/%d/fd", static_cast<int>(pid));
-    const int dirFd = ::open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (dirFd < 0)
-        return false; // gone, or not ours to look into
-    DIR* fds = ::fdopendir(dirFd);
-    if (!fds) {
-        ::close(dirFd);
-        return false;
-    }
-    char expected[48];
-    const int length = std::snprintf(expected, sizeof expected, "socket:[%llu]", inode);
-    bool found = false;
-    while (const dirent* entry = ::readdir(fds)) {
-        if (entry->d_name[0] == '.')
-            continue;
-        char target[48];
-        const ssize_t size = ::readlinkat(dirFd, entry->d_name, target, sizeof target);
-        if (size == length && std::memcmp(target, expected, size_t(length)) == 0) {
-            found = true;
-            break;
-        }
-    }
-    ::closedir(fds);
-    return found;
+    return anySocket(pid, [inode](Inode held) { return held == inode; });
 }
 
-std::optional<pid_t> SocketOwner::find(unsigned long long inode, pid_t likely)
+std::optional<pid_t> SocketOwner::find(Inode inode, pid_t likely)
 {
     if (likely > 0 && holds(likely, inode))
         return likely;
-    std::optional<pid_t> owner;
-    anyProcess([&](pid_t pid) {
-        if (pid == likely || !holds(pid, inode))
-            return false;
-        owner = pid;
-        return true;
-    });
-    return owner;
+    const auto found = findAll({ inode });
+    return found.empty() ? std::nullopt : std::optional(found.begin()->second);
+}
+
+std::unordered_map<SocketOwner::Inode, pid_t> SocketOwner::findAll(
+    const std::unordered_set<Inode>& inodes)
+{
+    std::unordered_map<Inode, pid_t> holders;
+    std::vector<pid_t> pids = processes();
+    std::sort(pids.begin(), pids.end(), std::greater<>());
+    for (const pid_t pid : pids) {
+        const bool all = anySocket(pid, [&](Inode held) {
+            if (inodes.count(held))
+                holders.emplace(held, pid);
+            return holders.size() == inodes.size();
+        });
+        if (all)
+            break;
+    }
+    return holders;
 }
 
 bool SocketOwner::sharesNamespaces(pid_t pid)
@@ -116,12 +135,14 @@ std::string SocketOwner::commandName(pid_t pid)
 
 bool SocketOwner::runs(unsigned uid, const std::string& command)
 {
-    return anyProcess([&](pid_t pid) {
+    for (const pid_t pid : processes()) {
         char path[64];
         std::snprintf(path, sizeof path, "/proc/%d", static_cast<int>(pid));
         struct stat info;
-        return ::stat(path, &info) == 0 && info.st_uid == uid && commandName(pid) == command;
-    });
+        if (::stat(path, &info) == 0 && info.st_uid == uid && commandName(pid) == command)
+            return true;
+    }
+    return false;
 }
 
 } // namespace pomvar::srv

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
@@ -27,18 +29,20 @@ bool containsValue(const std::vector<std::string>& values, const std::string& va
     return std::find(values.begin(), values.end(), value) != values.end();
 }
 
-// A list of unique strings; nothing when the value is not an array of strings.
+// A list of unique strings, the first of each kept in place; nothing when the value is not an
+// array of strings. The store file may hold a million of them: O(n log n).
 std::optional<std::vector<std::string>> stringList(const nlohmann::json& value)
 {
     if (!value.is_array())
         return std::nullopt;
     std::vector<std::string> list;
+    std::set<std::string_view> seen; // views into `value`
     for (const auto& item : value) {
         if (!item.is_string())
             return std::nullopt;
-        auto text = item.get<std::string>();
-        if (!containsValue(list, text))
-            list.push_back(std::move(text));
+        const auto& text = item.get_ref<const std::string&>();
+        if (seen.insert(text).second)
+            list.push_back(text);
     }
     return list;
 }
@@ -328,14 +332,17 @@ std::optional<Store> Store::fromJson(const nlohmann::json& value)
         const auto& categories = value["categories"];
         if (!categories.is_array())
             return std::nullopt;
+        std::set<std::string_view> names; // views into `value`
         for (const auto& item : categories) {
             if (!item.is_object() || !item.contains("name") || !item["name"].is_string())
                 return std::nullopt;
+            const auto& name = item["name"].get_ref<const std::string&>();
             auto apps =
                 item.contains("apps") ? stringList(item["apps"]) : std::vector<std::string>{};
-            if (!apps || !store.createCategory(item["name"].get<std::string>()))
+            // As createCategory: a name is not empty, and not taken.
+            if (!apps || name.empty() || !names.insert(name).second)
                 return std::nullopt;
-            store.m_categories.back().apps = std::move(*apps);
+            store.m_categories.push_back(AppCategory{ name, std::move(*apps) });
         }
     }
     // [score, time] per app; anything else is left out rather than losing the whole store.

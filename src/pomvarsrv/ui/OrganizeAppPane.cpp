@@ -49,6 +49,9 @@ OrganizeAppPane::OrganizeAppPane(ServerModel& model,
     m_genericNameLabel->setObjectName(QStringLiteral("appGenericName"));
     m_id->setObjectName(QStringLiteral("appDesktopId"));
     m_id->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // Texts of a desktop entry, which any program may write: never laid out as markup.
+    for (QLabel* label : { m_name, m_genericNameLabel, m_id })
+        label->setTextFormat(Qt::PlainText);
     m_pinned->setObjectName(QStringLiteral("appPinned"));
     m_newCategory->setObjectName(QStringLiteral("appNewCategory"));
     m_info->setObjectName(QStringLiteral("appGetInfo"));

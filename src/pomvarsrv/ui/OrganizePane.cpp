@@ -390,6 +390,7 @@ void OrganizePane::confirmDelete()
                                 QMessageBox::Cancel,
                                 this);
     box->setObjectName(QStringLiteral("deleteCategoryConfirmation"));
+    box->setTextFormat(Qt::PlainText); // the user's own name, as typed
     box->setInformativeText(tr("The apps in it stay installed."));
     box->setAttribute(Qt::WA_DeleteOnClose);
     QPushButton* confirm = box->addButton(tr("Delete"), QMessageBox::DestructiveRole);

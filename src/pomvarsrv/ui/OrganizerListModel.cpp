@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMimeData>
 #include <QStyle>
+#include <QTextDocument>
 
 namespace pomvar::srv {
 
@@ -71,8 +72,10 @@ QVariant OrganizerListModel::data(const QModelIndex& index, int role) const
     switch (role) {
         case Qt::DisplayRole:
         case Qt::AccessibleTextRole:
-        case Qt::ToolTipRole:
             return row.name;
+        case Qt::ToolTipRole:
+            // A tool tip that looks like markup is laid out as such: the name goes escaped.
+            return Qt::convertFromPlainText(row.name);
         case KeyRole:
             return row.key;
         case Qt::DecorationRole: {

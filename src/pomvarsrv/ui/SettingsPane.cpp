@@ -69,11 +69,14 @@ SettingsPane::SettingsPane(ServerModel& model, AutostartEntry autostart, QWidget
     for (QCheckBox* box : { m_animation, m_saveExpanded, m_saveLastMenu, m_oneExpanded })
         connect(box, &QCheckBox::toggled, this, &SettingsPane::store);
     connect(m_atLogin, &QCheckBox::toggled, this, [this](bool enabled) {
-        if (!m_autostart.setEnabled(enabled)) {
-            qCWarning(lcUi) << "cannot change the autostart entry" << m_autostart.path();
-            UserNotice::show(
-                tr("Pomvar Organizer"),
-                tr("The autostart entry %1 could not be changed.").arg(m_autostart.path()));
+        QString why;
+        if (!m_autostart.setEnabled(enabled, AutostartEntry::installedFrontEnd(), &why)) {
+            qCWarning(lcUi).noquote()
+                << "cannot change the autostart entry" << m_autostart.path() << why;
+            const QString text =
+                tr("The autostart entry %1 could not be changed.").arg(m_autostart.path());
+            UserNotice::show(tr("Pomvar Organizer"),
+                             why.isEmpty() ? text : text + QStringLiteral("\n\n") + why);
         }
         refresh();
     });

@@ -71,7 +71,7 @@ private Q_SLOTS:
         };
         QVERIFY(!panelShown());
         QVERIFY(tray.click(item, "Activate", 640, 31));
-        QTRY_VERIFY_WITH_TIMEOUT(panelShown(), 20000);
+        QTRY_VERIFY2_WITH_TIMEOUT(panelShown(), pomvar->readAllStandardError().constData(), 20000);
 
         QVERIFY(tray.click(item, "SecondaryActivate", 640, 31));
         QTRY_VERIFY_WITH_TIMEOUT(layout.read("fake/requests.jsonl").contains("app-search"), 20000);

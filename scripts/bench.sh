@@ -9,7 +9,8 @@
 #   the organizer's opening (bench_organizer) and the other windows' (bench_windows), Xvfb;
 #   the server's start-up and payloads (bench_pomvarsrv), the request round trip
 #   (bench_ipc_roundtrip) and the front end's readiness probe (bench_startup);
-#   the peer check per connection with 2 and with 20,000 sockets in the table (bench_peercheck).
+#   the peer check per connection with 2 and with 20,000 sockets in the table (bench_peercheck);
+#   the check of the icon files named in the menus at 5,000 apps (bench_iconcheck).
 # Benchmarks that take port 50818 run one after another; run nothing else on the machine meanwhile.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -53,3 +54,5 @@ section "request round trip (bench_ipc_roundtrip)"
 QT_QPA_PLATFORM=offscreen "$b/bench_ipc_roundtrip"
 section "peer check per connection (bench_peercheck)"
 "$b/bench_peercheck"
+section "icon files named in the menus (bench_iconcheck)"
+"$b/bench_iconcheck"

@@ -187,8 +187,15 @@ private Q_SLOTS:
     // An icon file deleted after it was named (a cache cleaner) is never sent: before each menu
     // the files are checked, a missing one is replaced by the fallback, the front end fetches
     // the menus again and the server renders the icon again.
+    void missingIconsAreReplacedAndRenderedAgain_data()
+    {
+        QTest::addColumn<int>("apps");
+        QTest::newRow("a few icons, looked at one by one") << 2;
+        QTest::newRow("many icons in the folder, listed at once") << 70;
+    }
     void missingIconsAreReplacedAndRenderedAgain()
     {
+        QFETCH(int, apps);
         QTemporaryDir dir;
         const auto file = [&](const QString& name) {
             QFile(dir.filePath(name)).open(QIODevice::WriteOnly);
@@ -198,16 +205,23 @@ private Q_SLOTS:
         model.setFallbackIcons(file("g24.png"), file("g48.png"));
         int renders = 0;
         model.setIconsMissingHandler([&] { ++renders; });
-        model.setApps(
-            InstalledApps({ { "a.desktop", "A", "a", file("a24.png"), file("a48.png") },
-                            { "b.desktop", "B", "b", file("b24.png"), file("b48.png") } }));
+        std::vector<AppEntry> entries;
+        for (int i = 0; i < apps; ++i) {
+            const QString name = QString::number(i);
+            entries.push_back({ name.toStdString() + ".desktop",
+                                "App " + name.toStdString(),
+                                "a",
+                                file(name + "-24.png"),
+                                file(name + "-48.png") });
+        }
+        model.setApps(InstalledApps(entries));
         QVERIFY(model.takeFlags() == Flags{});
-        QVERIFY(QFile::remove(dir.filePath("b48.png")));
+        QVERIFY(QFile::remove(dir.filePath("1-48.png")));
         const Flags flags = model.takeFlags();
         QVERIFY(flags.appFolderModified);
         QCOMPARE(renders, 1);
         const Json all = Json::parse(model.allAppsPayload());
-        JCOMPARE(all[0]["iconpath2x"], dir.filePath("a48.png").toStdString());
+        JCOMPARE(all[0]["iconpath2x"], dir.filePath("0-48.png").toStdString());
         JCOMPARE(all[1]["iconpath"], dir.filePath("g24.png").toStdString());
         JCOMPARE(all[1]["iconpath2x"], dir.filePath("g48.png").toStdString());
         QVERIFY(model.takeFlags() == Flags{});

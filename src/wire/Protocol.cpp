@@ -28,6 +28,12 @@ std::optional<Fields> fieldsOf(std::string_view id)
         return Fields::appcatAndBeforekey;
     if (id == placeAppcatAppId)
         return Fields::appkeyAppcatAndBeforekey;
+    if (id == appSearchPlaceId || id == appSearchAtId)
+        return Fields::place;
+    if (id == appSearchKeyId)
+        return Fields::keyPress;
+    if (id == activationTokenId)
+        return Fields::token;
     if (expectsReply(id) ||
         std::find(fireAndForget.begin(), fireAndForget.end(), id) != fireAndForget.end())
         return Fields::none;
@@ -62,7 +68,27 @@ void appendQuoted(std::string& text, std::string_view value)
     text += '"';
 }
 
-// "{\n    \"id\": \"<id>\",\n    \"<name>\": <value>,...\n}", the values escaped.
+// The JSON string of a value.
+std::string quoted(std::string_view value)
+{
+    std::string text;
+    appendQuoted(text, value);
+    return text;
+}
+
+// "{\n    \"id\": \"<id>\",\n    \"<name>\": <value>,...\n}", the values written as given.
+std::string withMembers(std::string_view id,
+                        std::initializer_list<std::pair<std::string_view, std::string>> members)
+{
+    std::string text = "{\n    \"id\": \"";
+    text.append(id).append("\"");
+    for (const auto& [name, value] : members)
+        text.append(",\n    \"").append(name).append("\": ").append(value);
+    text.append("\n}");
+    return text;
+}
+
+// The same, the values strings, escaped.
 std::string jsonRequest(std::string_view id,
                         std::initializer_list<std::pair<const char*, std::string_view>> fields)
 {
@@ -151,6 +177,31 @@ std::string placeAppcatApp(std::string_view appKey,
                        { { field::appkey, appKey },
                          { field::appcat, appCategory },
                          { field::beforekey, beforeKey } });
+}
+
+std::string appSearchPlace(int x, int y)
+{
+    return withMembers(appSearchPlaceId,
+                       { { field::x, std::to_string(x) }, { field::y, std::to_string(y) } });
+}
+
+std::string appSearchAt(int x, int y)
+{
+    return withMembers(appSearchAtId,
+                       { { field::x, std::to_string(x) }, { field::y, std::to_string(y) } });
+}
+
+std::string appSearchKey(int key, int modifiers, std::string_view text)
+{
+    return withMembers(appSearchKeyId,
+                       { { field::key, std::to_string(key) },
+                         { field::modifiers, std::to_string(modifiers) },
+                         { field::text, quoted(text) } });
+}
+
+std::string activationToken(std::string_view token)
+{
+    return withMembers(activationTokenId, { { field::token, quoted(token) } });
 }
 
 } // namespace pomvar::request

@@ -43,14 +43,31 @@ inline constexpr std::string_view placePinnedAppId = "place-pinned-app";
 inline constexpr std::string_view placeAppcatId = "place-appcat";
 inline constexpr std::string_view placeAppcatAppId = "place-appcat-app";
 
+// The search in the panel's place, and the typing the panel caught before the search window had
+// the keyboard. Their texts are JSON, strings escaped.
+// The next "app-search" opens at a place ("x", "y": the panel's top left) instead of centred.
+inline constexpr std::string_view appSearchPlaceId = "app-search-place";
+// Opens the search window at a place, empty, and makes it keep the keys typed into it until
+// "app-search-typed": the panel still holds the keyboard and sends what it caught first. Its
+// reply names the window ("window": the X11 window id, 0 elsewhere), so that the panel can see
+// when that window has the focus.
+inline constexpr std::string_view appSearchAtId = "app-search-at";
+// A key the panel caught, for the search window: "key" and "modifiers" (Qt's values), "text".
+inline constexpr std::string_view appSearchKeyId = "app-search-key";
+// Every key the panel caught has been sent: the search window takes the ones typed into it.
+inline constexpr std::string_view appSearchTyped = "app-search-typed";
+// The next window the server shows takes the focus with this token ("token"): an XDG activation
+// token, or an X11 startup id whose "_TIME" part is the timestamp of the user's action.
+inline constexpr std::string_view activationTokenId = "activation-token";
+
 // The requests whose reply the front end reads; the server answers these and nothing else.
-inline constexpr std::array<std::string_view, 9> awaited = {
-    getAppStatus,      getUserPrefs,          getMenuDataModifiedStatus,
-    getMyAppsMenuData, getRecentAppsMenuData, getAllAppsMenuData,
-    toggleSetAppcatId, checkUpdateAvailable,  getAppUpdateStatus,
+inline constexpr std::array<std::string_view, 10> awaited = {
+    getAppStatus,          getUserPrefs,       getMenuDataModifiedStatus, getMyAppsMenuData,
+    getRecentAppsMenuData, getAllAppsMenuData, toggleSetAppcatId,         checkUpdateAvailable,
+    getAppUpdateStatus,    appSearchAtId,
 };
 // The requests sent without waiting for anything back.
-inline constexpr std::array<std::string_view, 13> fireAndForget = {
+inline constexpr std::array<std::string_view, 17> fireAndForget = {
     checkUpdates,
     organizerId,
     launchId,
@@ -64,6 +81,10 @@ inline constexpr std::array<std::string_view, 13> fireAndForget = {
     placePinnedAppId,
     placeAppcatId,
     placeAppcatAppId,
+    appSearchPlaceId,
+    appSearchKeyId,
+    appSearchTyped,
+    activationTokenId,
 };
 
 bool expectsReply(std::string_view id);
@@ -80,6 +101,9 @@ enum class Fields
     appkeyAndBeforekey,
     appcatAndBeforekey,
     appkeyAppcatAndBeforekey,
+    place,    // "x" and "y", integers
+    keyPress, // "key" and "modifiers", integers, and "text", a string
+    token,    // "token", a string
 };
 // The fields of a request of the catalogue; nothing for an unknown id.
 std::optional<Fields> fieldsOf(std::string_view id);
@@ -109,6 +133,11 @@ std::string placeAppcat(std::string_view appCategory, std::string_view beforeKey
 std::string placeAppcatApp(std::string_view appKey,
                            std::string_view appCategory,
                            std::string_view beforeKey);
+// The search's requests, in the same layout; their strings are escaped as JSON.
+std::string appSearchPlace(int x, int y);
+std::string appSearchAt(int x, int y);
+std::string appSearchKey(int key, int modifiers, std::string_view text);
+std::string activationToken(std::string_view token);
 
 } // namespace request
 
@@ -133,6 +162,14 @@ inline constexpr const char* renamedNew = "new";
 inline constexpr const char* isset = "isset";
 inline constexpr const char* isUpdateAvailable = "isUpdateAvailable";
 inline constexpr const char* status = "status";
+// The requests of the search in the panel's place, and the reply of "app-search-at".
+inline constexpr const char* x = "x";
+inline constexpr const char* y = "y";
+inline constexpr const char* key = "key";
+inline constexpr const char* modifiers = "modifiers";
+inline constexpr const char* text = "text";
+inline constexpr const char* token = "token";
+inline constexpr const char* window = "window";
 } // namespace field
 
 // The "status" of a get-app-update-status reply.

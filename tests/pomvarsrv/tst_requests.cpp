@@ -33,6 +33,21 @@ struct RecordedActions : ServerActions
     void launch(const QString& appkey) override { calls << "launch " + appkey; }
     void askNewCategory(const QString& appkey) override { calls << "new category " + appkey; }
     void showSearch() override { calls << "search"; }
+    void placeSearch(int x, int y) override
+    {
+        calls << QStringLiteral("place %1 %2").arg(x).arg(y);
+    }
+    quint64 showSearchAt(int x, int y) override
+    {
+        calls << QStringLiteral("search at %1 %2").arg(x).arg(y);
+        return 42;
+    }
+    void typeInSearch(int key, int modifiers, const QString& text) override
+    {
+        calls << QStringLiteral("key %1 %2 %3").arg(key).arg(modifiers).arg(text);
+    }
+    void endTyping() override { calls << "typed"; }
+    void setActivationToken(const QString& token) override { calls << "token " + token; }
     void showOrganizer(int pane, const QString& item) override
     {
         calls << QStringLiteral("organizer %1 %2").arg(pane).arg(item);
@@ -65,10 +80,16 @@ private Q_SLOTS:
             for (const auto& [name, value] : { std::pair("appkey", r ? r->appkey : std::nullopt),
                                                { "appcat", r ? r->appcat : std::nullopt },
                                                { "itemkey", r ? r->itemkey : std::nullopt },
-                                               { "beforekey", r ? r->beforekey : std::nullopt } })
+                                               { "beforekey", r ? r->beforekey : std::nullopt },
+                                               { "text", r ? r->text : std::nullopt },
+                                               { "token", r ? r->token : std::nullopt } })
                 value ? void(out[name] = *value) : void();
-            if (r && r->pane)
-                out["pane"] = *r->pane;
+            for (const auto& [name, value] : { std::pair("pane", r ? r->pane : std::nullopt),
+                                               { "x", r ? r->x : std::nullopt },
+                                               { "y", r ? r->y : std::nullopt },
+                                               { "key", r ? r->key : std::nullopt },
+                                               { "modifiers", r ? r->modifiers : std::nullopt } })
+                value ? void(out[name] = *value) : void();
             JCOMPARE(out, expected);
         };
         check(rq::plain(rq::quit), { { "id", "quit" } });
@@ -97,7 +118,16 @@ private Q_SLOTS:
                     { "appkey", v },
                     { "appcat", v },
                     { "beforekey", "" } });
+            // The search's requests are JSON: their strings come back as they were.
+            check(rq::appSearchKey(65, 0x04000000, v),
+                  { { "id", "app-search-key" },
+                    { "key", 65 },
+                    { "modifiers", 0x04000000 },
+                    { "text", v } });
+            check(rq::activationToken(v), { { "id", "activation-token" }, { "token", v } });
         }
+        check(rq::appSearchAt(-5, 7), { { "id", "app-search-at" }, { "x", -5 }, { "y", 7 } });
+        check(rq::appSearchPlace(3, 4), { { "id", "app-search-place" }, { "x", 3 }, { "y", 4 } });
         check(R"({"appkey": "x\"y", "id": "launch"})",
               { { "id", "launch" }, { "appkey", "x\"y" } });
         check(R"({"id": "organizer", "pane": 0, "itemkey": null})",
@@ -116,6 +146,8 @@ private Q_SLOTS:
                                            R"({"id": "organizer", "pane": "1", "itemkey": null})",
                                            R"({"id": "organizer", "pane": 1})",
                                            R"({"id": "place-appcat", "appcat": "G"})",
+                                           R"({"id": "app-search-at", "x": 1, "y": "2"})",
+                                           R"({"id": "app-search-key", "key": 1, "text": ""})",
                                            "{\n    \"id\": \"organizer\",\n    \"pane\": x" })
             check(refused, nullptr);
     }
@@ -148,14 +180,28 @@ private Q_SLOTS:
             "create-new-appcat-cxtmnu|gone.desktop";
         for (const QString& text : texts.split(u' '))
             replies.push_back(reply(text));
+        for (const Request& request :
+             { Request{ .id = "app-search-place", .x = 1, .y = 2 },
+               Request{ .id = "app-search-at", .x = 3, .y = 4 },
+               Request{ .id = "app-search-key", .key = 65, .modifiers = 0, .text = "a" },
+               Request{ .id = "app-search-typed" },
+               Request{ .id = "activation-token", .token = "t_TIME9" } })
+            replies.push_back(Json::parse(handler.handle(request).value_or("null")));
         JCOMPARE(replies, Json::parse(R"([{"ready": true, "updateFinished": false},
             {"MenuDensity": 0, "AnimationFx": true, "SaveExpAppCats": true, "SaveLastMenu": true,
              "OneExpAppCat": false}, {"isUpdateAvailable": false}, {"status": "noUpdate"},
             {"isset": true}, {"isset": false}, null, {"appFolderModified": false,
              "recentAppsModified": false, "appcatsModified": true, "pinnedAppsModified": true},
-            null, null, null, null, null, null])"));
+            null, null, null, null, null, null, null, {"window": 42}, null, null, null])"));
         QCOMPARE(actions.calls,
-                 QStringList({ "launch a.desktop", "new category c.desktop", "quit" }));
+                 QStringList({ "launch a.desktop",
+                               "new category c.desktop",
+                               "quit",
+                               "place 1 2",
+                               "search at 3 4",
+                               "key 65 0 a",
+                               "typed",
+                               "token t_TIME9" }));
     }
 
     // The panel's drops change the store and raise the flags exactly as the organizer's calls.

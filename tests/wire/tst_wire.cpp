@@ -77,6 +77,10 @@ private Q_SLOTS:
             { rq::placeAppcatApp("a\"b", "G\\\x01", ""),
               "{\n    \"id\": \"place-appcat-app\",\n    \"appkey\": \"a\\\"b\",\n    \"appcat\": "
               "\"G\\\\\\u0001\",\n    \"beforekey\": \"\"\n}" },
+            // The search's own requests escape their strings.
+            { rq::appSearchKey(65, 2, "\"\\\x01"),
+              "{\n    \"id\": \"app-search-key\",\n    \"key\": 65,\n    \"modifiers\": 2,\n    "
+              "\"text\": \"\\\"\\\\\\u0001\"\n}" },
         };
         for (const auto& [text, expected] : cases)
             QCOMPARE(text, expected);

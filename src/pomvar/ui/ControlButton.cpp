@@ -2,7 +2,9 @@
 
 #include "ui/Assets.h"
 #include "ui/ControlButtonStyle.h"
+#include "ui/FocusRing.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace pomvar {
@@ -20,7 +22,8 @@ ControlButton::ControlButton(const QString& label, const QString& iconAsset, QWi
     setText(label);
     setAccessibleName(label);
     setCursor(Qt::PointingHandCursor);
-    setFocusPolicy(Qt::NoFocus);
+    // Reached by Tab (a click leaves the focus where it is) and pressed by Space or Enter.
+    setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -53,6 +56,16 @@ void ControlButton::paintEvent(QPaintEvent*)
     painter.drawText(QRect(left + kIconSide + kIconGap, 0, width(), height()),
                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                      text());
+    if (hasFocus())
+        FocusRing::paint(painter, rect(), palette(), height() / 2);
+}
+
+void ControlButton::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
 }
 
 } // namespace pomvar

@@ -4,7 +4,9 @@
 #include "ui/Assets.h"
 #include "ui/ControlButtonStyle.h"
 #include "ui/ControlMenuEntries.h"
+#include "ui/FocusRing.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace pomvar {
@@ -21,7 +23,8 @@ ControlMenu::ControlMenu(PomvarViewModel& vm,
     //: The control menu's button, as screen readers name it.
     setAccessibleName(tr("Pomvar Menu"));
     setPopupMode(QToolButton::InstantPopup);
-    setFocusPolicy(Qt::NoFocus);
+    // Reached by Tab; Space, Enter or Down opens the entries.
+    setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     setMenu(m_menu);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -51,6 +54,17 @@ void ControlMenu::paintEvent(QPaintEvent*)
     painter.drawPixmap(
         QPoint(bounds.center().x() - side / 2 + 1, (height() - side) / 2),
         Assets::pixmap(m_imageAsset, QSize(side, side), devicePixelRatioF(), colour));
+    if (hasFocus())
+        FocusRing::paint(painter, bounds, palette(), ControlButtonStyle::image.spacing);
+}
+
+void ControlMenu::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+        event->key() == Qt::Key_Down)
+        showMenu();
+    else
+        QToolButton::keyPressEvent(event);
 }
 
 } // namespace pomvar

@@ -2,7 +2,9 @@
 
 #include "model/UserDefaults.h"
 #include "ui/CheckedButtonStyle.h"
+#include "ui/FocusRing.h"
 
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace pomvar {
@@ -32,7 +34,8 @@ MenuSelectorButton::MenuSelectorButton(Pomvar menu, QWidget* parent)
     setAutoExclusive(false);
     setText(m_label.title());
     setAccessibleName(m_label.title());
-    setFocusPolicy(Qt::NoFocus);
+    // Reached by Tab (a click leaves the focus where it is) and pressed by Space or Enter.
+    setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::PointingHandCursor);
     setFixedSize(CheckedButtonStyle::size());
     connect(this, &QAbstractButton::clicked, this, [this] {
@@ -54,6 +57,16 @@ void MenuSelectorButton::paintEvent(QPaintEvent*)
     const CheckedButtonStyle style(isChecked());
     style.paintBackground(painter, rect(), isDown(), palette());
     m_label.paint(painter, CheckedButtonStyle::labelRect(rect()), palette());
+    if (hasFocus())
+        FocusRing::paint(painter, rect(), palette(), CheckedButtonStyle::cornerRadius);
+}
+
+void MenuSelectorButton::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+        click();
+    else
+        QAbstractButton::keyPressEvent(event);
 }
 
 } // namespace pomvar

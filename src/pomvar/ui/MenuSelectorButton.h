@@ -24,6 +24,7 @@ Q_SIGNALS:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     static VStackButtonLabel labelFor(Pomvar menu);

@@ -1,7 +1,9 @@
 #include "ui/PanelWindow.h"
 
+#include "ui/InputTime.h"
 #include "ui/PanelPlacement.h"
 #include "ui/PomvarView.h"
+#include "ui/SearchHandOver.h"
 
 #include <QCloseEvent>
 #include <QCursor>
@@ -35,6 +37,9 @@ PanelWindow::PanelWindow(PomvarViewModel& vm, std::function<void()> terminate, Q
     setAutoFillBackground(true);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    m_handOver = new SearchHandOver(
+        m_vm, *this, [this] { dismiss(); }, this);
+    InputTime::watch();
 }
 
 PanelWindow::~PanelWindow() = default;
@@ -63,6 +68,8 @@ void PanelWindow::open(const QRect& anchor)
     move(PanelPlacement::topLeft(size(), anchor, QCursor::pos(), available));
 
     m_sinceOpened.start();
+    // Typing searches: the search window opens where the panel is, with what is typed.
+    m_handOver->watchKeys();
     show();
     raise();
     activateWindow();

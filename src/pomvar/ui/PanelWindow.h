@@ -9,11 +9,12 @@
 namespace pomvar {
 
 class PomvarView;
+class SearchHandOver;
 class PomvarViewModel;
 
 // The borderless 360 × 494 panel that opens from the tray icon. It closes on a click outside,
 // on Escape and on the actions that dismiss it, and only hides: the content is built anew at
-// the next opening.
+// the next opening. Typing in it opens the search in its place (SearchHandOver).
 class PanelWindow : public QWidget
 {
     Q_OBJECT
@@ -45,6 +46,7 @@ private:
     PomvarViewModel& m_vm;
     std::function<void()> m_terminate;
     QPointer<PomvarView> m_view;
+    SearchHandOver* m_handOver;
     QElapsedTimer m_sinceHidden;
     QElapsedTimer m_sinceOpened;
     bool m_dismissing = false;

@@ -7,6 +7,7 @@
 #include "ui/ControlButton.h"
 #include "ui/ControlMenu.h"
 #include "ui/EmptyState.h"
+#include "ui/InputTime.h"
 #include "ui/MenuListView.h"
 #include "ui/MenuPage.h"
 #include "ui/MenuSelectorButton.h"
@@ -155,6 +156,11 @@ void PomvarView::onAppear()
     m_vm.updateMenu();
     if (!requirePrefs(m_vm)->saveLastMenu)
         setSelectedMenu(Pomvar::MyApps);
+    focusMenu();
+}
+
+void PomvarView::focusMenu()
+{
     // An empty menu has no row to focus: its selector button takes the focus, so that keyboard
     // and screen reader users start in the panel.
     if (menuPage(m_selectedMenu)->isShowingEmptyState())
@@ -202,7 +208,12 @@ QWidget* PomvarView::controlBar()
     auto* search = new ControlButton(tr("Search"), QStringLiteral("search"), bar);
     search->setObjectName(QStringLiteral("searchButton"));
     connect(search, &QAbstractButton::clicked, this, [this] {
+        // The search opens where the panel is: its place goes first, then the request itself.
+        const QPoint place = window()->pos();
         m_dismiss();
+        if (const auto token = InputTime::activationToken())
+            m_vm.sendMessage(request::activationToken(*token));
+        m_vm.sendMessage(request::appSearchPlace(place.x(), place.y()));
         m_vm.sendMessage(request::plain(request::appSearch));
     });
     //: Opens the organizer window, where apps are pinned and filed into categories.
@@ -363,6 +374,14 @@ void PomvarView::paintEvent(QPaintEvent*)
 
 void PomvarView::keyPressEvent(QKeyEvent* event)
 {
+    // Ctrl+1, Ctrl+2 and Ctrl+3 choose a menu as its selector button does.
+    const int menu = event->key() - Qt::Key_1;
+    if (event->modifiers() == Qt::ControlModifier && menu >= 0 && menu < 3) {
+        m_selectorButtons[std::size_t(menu)]->click();
+        focusMenu();
+        event->accept();
+        return;
+    }
     if (event->key() == Qt::Key_Escape) {
         m_dismiss();
         event->accept();

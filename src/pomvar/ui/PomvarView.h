@@ -51,6 +51,8 @@ protected:
 
 private:
     void setSelectedMenu(Pomvar menu);
+    // The selected menu's rows take the keyboard, or its selector button when it is empty.
+    void focusMenu();
     QWidget* menuSelector();
     QWidget* controlBar();
     MenuPage* myAppsMenu();

@@ -43,6 +43,14 @@ public:
     void launch(const QString& appkey) override { launchApp(appkey, {}); }
     void askNewCategory(const QString& appkey) override { m_windows.askNewCategory(appkey); }
     void showSearch() override { m_windows.showSearch(); }
+    void placeSearch(int x, int y) override { m_windows.placeSearch({ x, y }); }
+    quint64 showSearchAt(int x, int y) override { return m_windows.showSearchAt({ x, y }); }
+    void typeInSearch(int key, int modifiers, const QString& text) override
+    {
+        m_windows.typeInSearch(key, modifiers, text);
+    }
+    void endTyping() override { m_windows.endTyping(); }
+    void setActivationToken(const QString& token) override { m_windows.setActivationToken(token); }
     void showOrganizer(int pane, const QString& itemkey) override
     {
         m_windows.showOrganizer(pane, itemkey);

@@ -16,10 +16,14 @@
 #include "pomvarsrv/ui/UpdatesWindow.h"
 #include "pomvarsrv/ui/UserNotice.h"
 #include "pomvarsrv/ui/WelcomeWindow.h"
+#include "pomvarsrv/ui/WindowActivation.h"
 #include "wire/Protocol.h"
+
+#include <QGuiApplication>
 
 #include <algorithm>
 #include <ctime>
+#include <utility>
 
 namespace pomvar::srv {
 
@@ -39,9 +43,8 @@ ServerWindows::ServerWindows(ServerModel& model,
 
 ServerWindows::~ServerWindows() = default;
 
-void ServerWindows::showSearch()
+SearchWindow& ServerWindows::searchWindow()
 {
-    qCInfo(lcApp) << "app-search requested: showing the search window";
     if (!m_searchWindow) {
         m_searchWindow = std::make_unique<SearchWindow>(
             [this](const QString& query) { return m_search.rows(query); },
@@ -54,7 +57,53 @@ void ServerWindows::showSearch()
                 [this](const QString& appkey) { m_launch(appkey, {}); });
         connect(m_searchWindow.get(), &SearchWindow::actionRequested, this, m_launch);
     }
-    m_searchWindow->present();
+    return *m_searchWindow;
+}
+
+void ServerWindows::showSearch()
+{
+    // The panel sends its place just before: a place older than that is another request's.
+    constexpr qint64 kPlaceLifeMs = 2000;
+    const auto place = std::exchange(m_searchPlace, std::nullopt);
+    if (place && m_searchPlaceAge.elapsed() < kPlaceLifeMs) {
+        qCInfo(lcApp) << "app-search requested: showing the search window at" << *place;
+        searchWindow().presentAt(*place);
+        return;
+    }
+    qCInfo(lcApp) << "app-search requested: showing the search window";
+    searchWindow().present();
+}
+
+void ServerWindows::placeSearch(const QPoint& topLeft)
+{
+    m_searchPlace = topLeft;
+    m_searchPlaceAge.start();
+}
+
+quint64 ServerWindows::showSearchAt(const QPoint& topLeft)
+{
+    qCInfo(lcApp) << "app-search-at requested: the panel's typing goes to the search window";
+    SearchWindow& window = searchWindow();
+    window.presentAt(topLeft);
+    window.beginHandOver();
+    return QGuiApplication::platformName() == QLatin1String("xcb") ? quint64(window.winId()) : 0;
+}
+
+void ServerWindows::typeInSearch(int key, int modifiers, const QString& text)
+{
+    if (m_searchWindow)
+        m_searchWindow->replayKey(key, modifiers, text);
+}
+
+void ServerWindows::endTyping()
+{
+    if (m_searchWindow)
+        m_searchWindow->endHandOver();
+}
+
+void ServerWindows::setActivationToken(const QString& token)
+{
+    WindowActivation::setToken(token);
 }
 
 void ServerWindows::askNewCategory(const QString& appkey)

@@ -1,11 +1,14 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QPoint>
 #include <QPointer>
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -43,7 +46,16 @@ public:
                   QObject* parent = nullptr);
     ~ServerWindows() override;
 
+    // Centred a third of the way down, or at the place the panel gave just before.
     void showSearch();
+    void placeSearch(const QPoint& topLeft);
+    // The search where the panel is, taking the keys the panel caught first; the window's X11
+    // id, or 0 on another window system.
+    quint64 showSearchAt(const QPoint& topLeft);
+    void typeInSearch(int key, int modifiers, const QString& text);
+    void endTyping();
+    // The next window shown takes the focus with this token (WindowActivation).
+    void setActivationToken(const QString& token);
     // The organizer on a pane (OrganizerDlgMode) and an item (a category or an app key).
     void showOrganizer(int pane, const QString& itemkey);
     // Asks for a new category's name, then files the app into it.
@@ -62,6 +74,7 @@ public:
 
 private:
     AppInfo appInfo(const QString& appkey) const;
+    SearchWindow& searchWindow();
     void refreshUpdates();
     void startWithCategories();
 
@@ -70,6 +83,8 @@ private:
     const AppSearch& m_search;
     Launch m_launch;
     std::unique_ptr<SearchWindow> m_searchWindow;
+    std::optional<QPoint> m_searchPlace;
+    QElapsedTimer m_searchPlaceAge;
     std::unique_ptr<OrganizerWindow> m_organizer;
     std::unique_ptr<AppInfoWindow> m_appInfo;
     std::unique_ptr<CategoryInfoWindow> m_categoryInfo;

@@ -17,6 +17,13 @@ struct Request
     std::optional<std::string> itemkey = std::nullopt;
     // The drops: the key the item goes before; empty for last.
     std::optional<std::string> beforekey = std::nullopt;
+    // The search's requests: a place, a key the panel caught, an activation token.
+    std::optional<std::int64_t> x = std::nullopt;
+    std::optional<std::int64_t> y = std::nullopt;
+    std::optional<std::int64_t> key = std::nullopt;
+    std::optional<std::int64_t> modifiers = std::nullopt;
+    std::optional<std::string> text = std::nullopt;
+    std::optional<std::string> token = std::nullopt;
 
     bool operator==(const Request&) const = default;
 };

@@ -76,6 +76,11 @@ std::string RequestHandler::reply(const Request& request)
     }
     if (id == request::checkUpdateAvailable)
         return Json{ { field::isUpdateAvailable, m_actions.isUpdateAvailable() } }.dump();
+    if (id == request::appSearchAtId)
+        return Json{
+            { field::window,
+              m_actions.showSearchAt(int(request.x.value_or(0)), int(request.y.value_or(0))) }
+        }.dump();
     // get-app-update-status
     return Json{ { field::status, m_actions.updateStatus() } }.dump();
 }
@@ -93,6 +98,15 @@ void RequestHandler::act(const Request& request)
         m_actions.showUpdates();
     } else if (id == request::appSearch) {
         m_actions.showSearch();
+    } else if (id == request::appSearchPlaceId) {
+        m_actions.placeSearch(int(request.x.value_or(0)), int(request.y.value_or(0)));
+    } else if (id == request::appSearchKeyId) {
+        m_actions.typeInSearch(
+            int(request.key.value_or(0)), int(request.modifiers.value_or(0)), qtext(request.text));
+    } else if (id == request::appSearchTyped) {
+        m_actions.endTyping();
+    } else if (id == request::activationTokenId) {
+        m_actions.setActivationToken(qtext(request.token));
     } else if (id == request::about) {
         m_actions.showAbout();
     } else if (id == request::organizerId) {

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <charconv>
 #include <initializer_list>
+#include <utility>
+#include <vector>
 
 namespace pomvar::srv {
 
@@ -83,6 +85,78 @@ std::optional<Request> toggleSetLayout(std::string_view rest)
                     .appcat = std::string(rest.substr(split + kToggleSeparator.size())) };
 }
 
+enum class Type
+{
+    string,
+    integer,
+    stringOrNull,
+};
+
+struct Member
+{
+    const char* name;
+    Type type;
+};
+
+std::vector<Member> membersOf(request::Fields fields)
+{
+    using request::Fields;
+    switch (fields) {
+        case Fields::none:
+            return {};
+        case Fields::appkey:
+            return { { "appkey", Type::string } };
+        case Fields::appcat:
+            return { { "appcat", Type::string } };
+        case Fields::appkeyAndAppcat:
+            return { { "appkey", Type::string }, { "appcat", Type::string } };
+        case Fields::paneAndItemkey:
+            return { { "pane", Type::integer }, { "itemkey", Type::stringOrNull } };
+        case Fields::appkeyAndBeforekey:
+            return { { "appkey", Type::string }, { field::beforekey, Type::string } };
+        case Fields::appcatAndBeforekey:
+            return { { "appcat", Type::string }, { field::beforekey, Type::string } };
+        case Fields::appkeyAppcatAndBeforekey:
+            return { { "appkey", Type::string },
+                     { "appcat", Type::string },
+                     { field::beforekey, Type::string } };
+        case Fields::place:
+            return { { field::x, Type::integer }, { field::y, Type::integer } };
+        case Fields::keyPress:
+            return { { field::key, Type::integer },
+                     { field::modifiers, Type::integer },
+                     { field::text, Type::string } };
+        case Fields::token:
+            return { { field::token, Type::string } };
+    }
+    return {};
+}
+
+std::optional<std::string>* stringMember(Request& request, std::string_view name)
+{
+    for (auto [member, into] : { std::pair{ "appkey", &request.appkey },
+                                 { "appcat", &request.appcat },
+                                 { "itemkey", &request.itemkey },
+                                 { field::beforekey, &request.beforekey },
+                                 { field::text, &request.text },
+                                 { field::token, &request.token } })
+        if (name == member)
+            return into;
+    return nullptr;
+}
+
+std::optional<std::int64_t>* integerMember(Request& request, std::string_view name)
+{
+    for (auto [member, into] : { std::pair{ "pane", &request.pane },
+                                 { field::x, &request.x },
+                                 { field::y, &request.y },
+                                 { field::key, &request.key },
+                                 { field::modifiers, &request.modifiers } })
+        if (name == member)
+            return into;
+    return nullptr;
+}
+
 } // namespace
 
 std::optional<Request> RequestParser::parse(std::string_view body)
@@ -125,7 +199,10 @@ std::optional<Request> RequestParser::parseLayout(std::string_view body)
         case Fields::appkeyAndBeforekey:
         case Fields::appcatAndBeforekey:
         case Fields::appkeyAppcatAndBeforekey:
-            // Escaped JSON: read as such.
+        case Fields::place:
+        case Fields::keyPress:
+        case Fields::token:
+            // Written as JSON from the start: read below.
             return std::nullopt;
     }
     return std::nullopt;
@@ -133,7 +210,6 @@ std::optional<Request> RequestParser::parseLayout(std::string_view body)
 
 std::optional<Request> RequestParser::parseJson(std::string_view body)
 {
-    using request::Fields;
     const auto value = nlohmann::json::parse(body, nullptr, false);
     const auto id = value.is_object() ? value.find("id") : value.end();
     if (id == value.end() || !id->is_string())
@@ -143,43 +219,19 @@ std::optional<Request> RequestParser::parseJson(std::string_view body)
     if (!fields)
         return std::nullopt;
     // The members the id carries, each of its type; no other member.
-    const auto among = [&](std::initializer_list<Fields> kinds) {
-        return std::find(kinds.begin(), kinds.end(), *fields) != kinds.end();
-    };
-    const bool appkey = among({ Fields::appkey,
-                                Fields::appkeyAndAppcat,
-                                Fields::appkeyAndBeforekey,
-                                Fields::appkeyAppcatAndBeforekey });
-    const bool appcat = among({ Fields::appcat,
-                                Fields::appkeyAndAppcat,
-                                Fields::appcatAndBeforekey,
-                                Fields::appkeyAppcatAndBeforekey });
-    const bool beforekey = among({ Fields::appkeyAndBeforekey,
-                                   Fields::appcatAndBeforekey,
-                                   Fields::appkeyAppcatAndBeforekey });
-    const bool organizer = *fields == Fields::paneAndItemkey;
-    const std::size_t expected =
-        1 + (appkey ? 1 : 0) + (appcat ? 1 : 0) + (beforekey ? 1 : 0) + (organizer ? 2 : 0);
-    if (value.size() != expected)
+    const std::vector<Member> members = membersOf(*fields);
+    if (value.size() != 1 + members.size())
         return std::nullopt;
-    const auto string = [&](const char* name) -> std::optional<std::string> {
-        const auto it = value.find(name);
-        return it != value.end() && it->is_string() ? std::optional(it->get<std::string>())
-                                                    : std::nullopt;
-    };
-    if (appkey && !(request.appkey = string(field::appkey)))
-        return std::nullopt;
-    if (appcat && !(request.appcat = string(field::appcat)))
-        return std::nullopt;
-    if (beforekey && !(request.beforekey = string(field::beforekey)))
-        return std::nullopt;
-    if (organizer) {
-        const auto pane = value.find("pane"), itemkey = value.find("itemkey");
-        if (pane == value.end() || !pane->is_number_integer() || itemkey == value.end() ||
-            !(itemkey->is_string() || itemkey->is_null()))
+    for (const Member& member : members) {
+        const auto it = value.find(member.name);
+        if (it == value.end())
             return std::nullopt;
-        request.pane = pane->get<std::int64_t>();
-        request.itemkey = string("itemkey");
+        if (it->is_string() && member.type != Type::integer)
+            *stringMember(request, member.name) = it->get<std::string>();
+        else if (it->is_number_integer() && member.type == Type::integer)
+            *integerMember(request, member.name) = it->get<std::int64_t>();
+        else if (!(it->is_null() && member.type == Type::stringOrNull))
+            return std::nullopt;
     }
     return request;
 }

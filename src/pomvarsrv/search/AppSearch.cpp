@@ -69,7 +69,7 @@ std::vector<SearchRow> AppSearch::actionRows(const QString& appkey,
     std::vector<SearchRow> rows;
     const SearchRow app = rowOf(appkey.toStdString());
     for (const auto& [action, name] : actions)
-        rows.push_back({ action, name, app.name, app.icon, app.icon2x });
+        rows.push_back({ action, name, app.name, app.icon, app.icon2x, SearchRow::Kind::action });
     return rows;
 }
 

@@ -32,9 +32,29 @@ QVariant SearchResults::data(const QModelIndex& index, int role) const
             return row.icon;
         case Icon2xRole:
             return row.icon2x;
+        case KindRole:
+            return int(row.kind);
+        case SourceRole:
+            return row.source;
         default:
             return {};
     }
+}
+
+Qt::ItemFlags SearchResults::flags(const QModelIndex& index) const
+{
+    if (index.isValid() && index.row() < rowCount() &&
+        m_rows[std::size_t(index.row())].kind == SearchRow::Kind::providerHeader)
+        return Qt::NoItemFlags;
+    return QAbstractListModel::flags(index);
+}
+
+int SearchResults::selectableRow(int row, int step) const
+{
+    for (; row >= 0 && row < rowCount(); row += step)
+        if (m_rows[std::size_t(row)].kind != SearchRow::Kind::providerHeader)
+            return row;
+    return -1;
 }
 
 } // namespace pomvar::srv

@@ -21,6 +21,8 @@ public:
         DetailRole,
         IconRole,
         Icon2xRole,
+        KindRole, // SearchRow::Kind, as an int
+        SourceRole,
     };
 
     using QAbstractListModel::QAbstractListModel;
@@ -30,6 +32,10 @@ public:
 
     int rowCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    // A provider's name above its results can be neither selected nor activated.
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
+    // The first row at or after `row` (before it, going up) that can be selected; -1 for none.
+    int selectableRow(int row, int step) const;
 
 private:
     std::vector<SearchRow> m_rows;

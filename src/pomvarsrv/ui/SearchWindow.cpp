@@ -5,12 +5,28 @@
 #include "pomvarsrv/ui/WindowPresenter.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QListView>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <utility>
+
 namespace pomvar::srv {
+
+namespace {
+
+constexpr int kHandOverLimitMs = 2000;
+
+SearchRow::Kind kindOf(const QModelIndex& index)
+{
+    return SearchRow::Kind(index.data(SearchResults::KindRole).toInt());
+}
+
+} // namespace
 
 SearchWindow::SearchWindow(Results results, Actions actions, QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::FramelessWindowHint)
@@ -40,6 +56,9 @@ SearchWindow::SearchWindow(Results results, Actions actions, QWidget* parent)
     layout->setContentsMargins(8, 8, 8, 8);
     layout->addWidget(m_field);
     layout->addWidget(m_list, 1);
+    m_handOverEnd.setSingleShot(true);
+    m_handOverEnd.setInterval(kHandOverLimitMs);
+    connect(&m_handOverEnd, &QTimer::timeout, this, &SearchWindow::endHandOver);
     connect(m_field, &QLineEdit::textChanged, this, [this] {
         m_actionsOf.clear();
         refresh();
@@ -59,23 +78,110 @@ void SearchWindow::present()
     m_field->selectAll();
 }
 
-void SearchWindow::refresh()
+void SearchWindow::presentAt(const QPoint& topLeft)
 {
-    m_model.setRows(m_results(m_field->text()));
-    select(0);
+    m_actionsOf.clear();
+    if (m_field->text().isEmpty())
+        refresh();
+    else
+        m_field->clear();
+    WindowPresenter::presentAt(*this, topLeft);
+    m_field->setFocus();
 }
 
-void SearchWindow::select(int row)
+QString SearchWindow::query() const
+{
+    return m_field->text();
+}
+
+void SearchWindow::beginHandOver()
+{
+    m_handingOver = true;
+    m_kept.clear();
+    m_handOverEnd.start();
+}
+
+void SearchWindow::replayKey(int key, int modifiers, const QString& text)
+{
+    type({ key, modifiers, text });
+}
+
+void SearchWindow::endHandOver()
+{
+    if (!m_handingOver)
+        return;
+    m_handingOver = false;
+    m_handOverEnd.stop();
+    const std::vector<Key> kept = std::exchange(m_kept, {});
+    for (const Key& key : kept)
+        type(key);
+}
+
+void SearchWindow::type(const Key& key)
+{
+    const QScopedValueRollback replaying(m_replaying, true);
+    QKeyEvent press(QEvent::KeyPress, key.key, Qt::KeyboardModifiers(key.modifiers), key.text);
+    QCoreApplication::sendEvent(m_field, &press);
+}
+
+void SearchWindow::refresh()
+{
+    const QString query = m_field->text();
+    m_sections.reset(query, m_results(query));
+    m_model.setRows(m_sections.rows());
+    select(0);
+    Q_EMIT queryChanged(query);
+}
+
+void SearchWindow::showCalculation(const QString& query, std::optional<SearchRow> answer)
+{
+    if (query != m_sections.query())
+        return;
+    m_sections.setCalculation(std::move(answer));
+    showSections();
+}
+
+void SearchWindow::showProviderResults(const QString& query,
+                                       int order,
+                                       SearchRow header,
+                                       std::vector<SearchRow> results)
+{
+    if (query != m_sections.query())
+        return;
+    m_sections.setProviderResults(order, std::move(header), std::move(results));
+    showSections();
+}
+
+void SearchWindow::showSections()
+{
+    if (!m_actionsOf.isEmpty())
+        return;
+    // The first row stays selected as rows come in above it; another row keeps the selection.
+    const QModelIndex current = m_list->currentIndex();
+    const bool first = !current.isValid() || current.row() == m_model.selectableRow(0, 1);
+    const SearchRow kept = first ? SearchRow() : m_model.rows()[std::size_t(current.row())];
+    m_model.setRows(m_sections.rows());
+    const auto& rows = m_model.rows();
+    const auto at = std::find(rows.begin(), rows.end(), kept);
+    select(first || at == rows.end() ? 0 : int(at - rows.begin()));
+}
+
+void SearchWindow::select(int row, int step)
 {
     const int rows = m_model.rowCount();
     if (rows == 0)
         return;
-    m_list->setCurrentIndex(m_model.index(std::clamp(row, 0, rows - 1)));
+    row = std::clamp(row, 0, rows - 1);
+    int selectable = m_model.selectableRow(row, step);
+    if (selectable < 0)
+        selectable = m_model.selectableRow(row, -step);
+    if (selectable >= 0)
+        m_list->setCurrentIndex(m_model.index(selectable));
 }
 
 void SearchWindow::showActions(const QModelIndex& index)
 {
-    if (!index.isValid() || !m_actionsOf.isEmpty())
+    if (!index.isValid() || !m_actionsOf.isEmpty() || kindOf(index) != SearchRow::Kind::app)
         return;
     const QString appkey = index.data(SearchResults::KeyRole).toString();
     std::vector<SearchRow> actions = m_actions(appkey);
@@ -88,13 +194,26 @@ void SearchWindow::showActions(const QModelIndex& index)
 
 void SearchWindow::activate(const QModelIndex& index)
 {
-    if (!index.isValid())
+    if (!index.isValid() || !(index.flags() & Qt::ItemIsEnabled))
         return;
     const QString key = index.data(SearchResults::KeyRole).toString();
-    if (m_actionsOf.isEmpty())
-        Q_EMIT launchRequested(key);
-    else
-        Q_EMIT actionRequested(m_actionsOf, key);
+    switch (kindOf(index)) {
+        case SearchRow::Kind::app:
+            Q_EMIT launchRequested(key);
+            break;
+        case SearchRow::Kind::action:
+            Q_EMIT actionRequested(m_actionsOf, key);
+            break;
+        case SearchRow::Kind::calculation:
+            QGuiApplication::clipboard()->setText(index.data().toString());
+            break;
+        case SearchRow::Kind::providerResult:
+            Q_EMIT providerResultActivated(
+                index.data(SearchResults::SourceRole).toString(), key, m_sections.query());
+            break;
+        case SearchRow::Kind::providerHeader:
+            return;
+    }
     close();
 }
 
@@ -110,6 +229,15 @@ bool SearchWindow::eventFilter(QObject* watched, QEvent* event)
     if (event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
     auto* key = static_cast<QKeyEvent*>(event);
+    if (m_handingOver && !m_replaying) {
+        m_kept.push_back({ key->key(), int(key->modifiers()), key->text() });
+        return true;
+    }
+    return navigate(key) || QWidget::eventFilter(watched, event);
+}
+
+bool SearchWindow::navigate(QKeyEvent* key)
+{
     const int current = m_list->currentIndex().row();
     const int page = std::max(1, m_list->viewport()->height() / SearchResultDelegate::kRowHeight);
     const bool alt = key->modifiers() & Qt::AltModifier;
@@ -120,13 +248,13 @@ bool SearchWindow::eventFilter(QObject* watched, QEvent* event)
     }
     switch (key->key()) {
         case Qt::Key_Up:
-            select(current - 1);
+            select(current - 1, -1);
             return true;
         case Qt::Key_Down:
             select(current + 1);
             return true;
         case Qt::Key_PageUp:
-            select(current - page);
+            select(current - page, -1);
             return true;
         case Qt::Key_PageDown:
             select(current + page);
@@ -135,7 +263,7 @@ bool SearchWindow::eventFilter(QObject* watched, QEvent* event)
             select(0);
             return true;
         case Qt::Key_End:
-            select(m_model.rowCount() - 1);
+            select(m_model.rowCount() - 1, -1);
             return true;
         case Qt::Key_Return:
         case Qt::Key_Enter:
@@ -146,14 +274,14 @@ bool SearchWindow::eventFilter(QObject* watched, QEvent* event)
             return true;
         case Qt::Key_Right:
             if (m_field->cursorPosition() < m_field->text().size())
-                break;
+                return false;
             showActions(m_list->currentIndex());
             return true;
         case Qt::Key_Left:
             if (m_actionsOf.isEmpty())
-                break;
+                return false;
             m_actionsOf.clear();
-            refresh();
+            showSections();
             return true;
         case Qt::Key_Escape:
             if (m_field->text().isEmpty())
@@ -162,9 +290,8 @@ bool SearchWindow::eventFilter(QObject* watched, QEvent* event)
                 m_field->clear();
             return true;
         default:
-            break;
+            return false;
     }
-    return QWidget::eventFilter(watched, event);
 }
 
 } // namespace pomvar::srv

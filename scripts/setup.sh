@@ -8,6 +8,7 @@ packages=(
     cmake ninja-build g++ pkg-config clang-format
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6 libgl-dev libxcb1-dev
     nlohmann-json3-dev libsimdjson-dev libglib2.0-dev
+    libqalculate-dev               # the calculator module of the search
     qt6-tools-dev qt6-l10n-tools   # CMake's LinguistTools package; lupdate and lrelease
     # run
     lsof fonts-urw-base35 fonts-liberation2 adwaita-icon-theme hicolor-icon-theme

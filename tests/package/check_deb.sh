@@ -18,6 +18,7 @@ dpkg-deb -x "$deb" "$scratch/root"
 expected="usr/bin/pomvar
 usr/libexec/pomvar/generic-app-24.png
 usr/libexec/pomvar/generic-app-48.png
+usr/libexec/pomvar/pomvar-calculator.so
 usr/libexec/pomvar/pomvarsrv
 usr/libexec/pomvar/version
 usr/share/applications/org.pomvar.Pomvar.desktop

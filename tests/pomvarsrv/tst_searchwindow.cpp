@@ -3,7 +3,7 @@
 // (Recent and its flag, read back over the wire), lists and launches an app's desktop actions,
 // keeps one window for every request and closes when it loses the focus; rows draw the icon file
 // for the display's scale, and the highlighted one both its lines readable on the highlight
-// under a light and a dark palette.
+// under a light and a dark palette; an expression's answer comes first and Enter copies it.
 #include "IconFiles.h"
 #include "InProcessServer.h"
 #include "Palettes.h"
@@ -13,6 +13,7 @@
 #include "wire/Protocol.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QLineEdit>
 #include <QListView>
 #include <QPainter>
@@ -101,6 +102,13 @@ private Q_SLOTS:
             QTest::keyClick(field, key, Qt::ControlModifier);
             QTRY_VERIFY(QFile::exists(m_marker + mark));
         }
+        // An expression: the calculator's answer comes first, selected; Enter copies it.
+        openWindow();
+        QTest::keyClicks(field, "2*(3+4)");
+        QTRY_COMPARE(rowNames(list).value(0), "14");
+        QCOMPARE(list->currentIndex().row(), 0);
+        QTest::keyClick(field, Qt::Key_Return);
+        QCOMPARE(QGuiApplication::clipboard()->text(), "14");
         openWindow();
         field->clear();
         QTest::keyClick(field, Qt::Key_Escape);

@@ -36,7 +36,10 @@ bool InProcessServer::start(const srv::ServerOptions& options)
     // As the program does, in the test's language: the plural forms need them in English too.
     [[maybe_unused]] static const QString language =
         Translations::install(QStringLiteral(POMVAR_TRANSLATIONS_DIR));
-    m_app = std::make_unique<srv::ServerApp>(options);
+    srv::ServerOptions withCalculator = options;
+    if (withCalculator.calculatorModule.isEmpty())
+        withCalculator.calculatorModule = QStringLiteral(POMVAR_CALCULATOR_MODULE);
+    m_app = std::make_unique<srv::ServerApp>(withCalculator);
     m_app->start(sockets);
     return true;
 }

@@ -37,6 +37,7 @@ from gi.repository import Atspi, GLib  # noqa: E402
 
 RUNTIME_PORT = 50818
 PROGRAMS = ("bin/pomvar", "libexec/pomvar/pomvarsrv", "libexec/pomvar/version",
+            "libexec/pomvar/pomvar-calculator.so",
             "libexec/pomvar/generic-app-24.png", "libexec/pomvar/generic-app-48.png")
 PANEL_SIZE = (360, 494)
 # Roles whose nodes a screen reader announces: each of them must have a name.

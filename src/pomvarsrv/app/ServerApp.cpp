@@ -3,6 +3,7 @@
 #include "desktop/DesktopNotification.h"
 #include "pomvarsrv/app/ServerLog.h"
 #include "pomvarsrv/catalogue/Launcher.h"
+#include "pomvarsrv/ui/SearchWindow.h"
 #include "pomvarsrv/ui/UserNotice.h"
 #include "wire/UserPaths.h"
 #include "wire/Version.h"
@@ -31,6 +32,7 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
                 m_updates,
                 m_search,
                 [this](const QString& appkey, const QString& action) { launchApp(appkey, action); })
+    , m_answers(m_options.calculatorModule)
     , m_frontEnd(m_options.frontEnd, QString::fromStdString(paths::pidFile()))
     , m_catalogue(m_model, m_search)
 {
@@ -48,6 +50,9 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     connect(&m_catalogue, &CatalogueLoader::appsChanged, &m_windows, &ServerWindows::refreshShown);
     m_storeFile.setProblemHandler([this](StoreFile::Problem problem, const QString& detail) {
         tellStoreProblem(problem, detail);
+    });
+    connect(&m_windows, &ServerWindows::searchWindowMade, this, [this](SearchWindow* window) {
+        m_answers.attach(*window);
     });
 }
 

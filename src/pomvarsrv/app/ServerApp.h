@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pomvarsrv/app/FrontEndWatch.h"
+#include "pomvarsrv/app/SearchAnswers.h"
 #include "pomvarsrv/app/ServerOptions.h"
 #include "pomvarsrv/app/ServerWindows.h"
 #include "pomvarsrv/app/Updates.h"
@@ -79,6 +80,7 @@ private:
     RequestHandler m_handler;
     RuntimeServer m_server;
     ServerWindows m_windows;
+    SearchAnswers m_answers;
     FrontEndWatch m_frontEnd;
     // Last, so that it is destroyed first: it waits for the scans and renders still running.
     CatalogueLoader m_catalogue;

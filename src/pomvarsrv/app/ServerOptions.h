@@ -17,6 +17,9 @@ struct ServerOptions
     // empty: updates are never offered (tests, in-process servers).
     QString installDir;
 
+    // The calculator module (CalculatorModule.h), beside the server; empty: no calculator.
+    QString calculatorModule;
+
     // The front end that started this server; 0 when it was started otherwise.
     pid_t frontEnd = 0;
 

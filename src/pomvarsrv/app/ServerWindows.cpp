@@ -56,6 +56,7 @@ SearchWindow& ServerWindows::searchWindow()
                 this,
                 [this](const QString& appkey) { m_launch(appkey, {}); });
         connect(m_searchWindow.get(), &SearchWindow::actionRequested, this, m_launch);
+        Q_EMIT searchWindowMade(m_searchWindow.get());
     }
     return *m_searchWindow;
 }

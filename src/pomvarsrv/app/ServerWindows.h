@@ -72,6 +72,10 @@ public:
     // them as they are now.
     void refreshShown();
 
+Q_SIGNALS:
+    // The search window is made: what it shows beyond the apps is wired to it.
+    void searchWindowMade(SearchWindow* window);
+
 private:
     AppInfo appInfo(const QString& appkey) const;
     SearchWindow& searchWindow();

@@ -7,6 +7,7 @@
 #include "pomvarsrv/ipc/LoopbackSockets.h"
 #include "pomvarsrv/ipc/PortHolder.h"
 #include "pomvarsrv/ipc/SearchShortcut.h"
+#include "pomvarsrv/search/CalculatorModule.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -97,6 +98,8 @@ int main(int argc, char* argv[])
 
     ServerOptions options = ServerOptions::parse(QApplication::arguments());
     options.installDir = QApplication::applicationDirPath();
+    options.calculatorModule =
+        options.installDir + u'/' + QLatin1String(calculatormodule::kFileName);
     options.frontEnd = frontEnd;
     ServerApp server(options);
     server.start(sockets);

@@ -5,6 +5,7 @@
 
 #include <arpa/inet.h>
 #include <cstdio>
+#include <cstdlib>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -29,11 +30,19 @@ bool replied(int fd)
 
 int SearchShortcut::run(std::uint16_t port)
 {
+    // Started by a launcher (the desktop entry's action, a desktop's shortcut), the process holds
+    // its proof of the user's action: the window the server opens takes the focus with it.
+    std::string frames;
+    for (const char* name : { "XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID" }) {
+        const char* token = std::getenv(name);
+        if (token && *token && frames.empty())
+            frames = wire::encodeRequestFrame(request::activationToken(token)).value_or("");
+    }
     // The server serves a connection only once it has found the process holding it: the
     // connection stays open until the reply to a request sent after "app-search" tells that it
     // was read.
-    const std::string frames = *wire::encodeRequestFrame(request::plain(request::appSearch)) +
-                               *wire::encodeRequestFrame(request::plain(request::getUserPrefs));
+    frames += *wire::encodeRequestFrame(request::plain(request::appSearch)) +
+              *wire::encodeRequestFrame(request::plain(request::getUserPrefs));
     const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;

@@ -5,7 +5,8 @@
 namespace pomvar::srv {
 
 // `pomvarsrv --search`, for a keyboard shortcut: asks the running server for its search window
-// over the port, as any client would, and leaves. Runs before Qt starts.
+// over the port, as any client would, and leaves, handing on the activation token it was started
+// with. Runs before Qt starts.
 class SearchShortcut
 {
 public:

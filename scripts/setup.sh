@@ -8,6 +8,7 @@ packages=(
     cmake ninja-build g++ pkg-config clang-format
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libqt6svg6 libgl-dev libxcb1-dev
     nlohmann-json3-dev libsimdjson-dev libglib2.0-dev
+    libxcb-keysyms1-dev            # the search shortcut grabbed on X11
     libqalculate-dev               # the calculator module of the search
     qt6-tools-dev qt6-l10n-tools   # CMake's LinguistTools package; lupdate and lrelease
     # run
@@ -17,6 +18,7 @@ packages=(
     # tests and screenshots
     xvfb xauth trayer xdotool x11-utils imagemagick dbus dbus-x11
     at-spi2-core gir1.2-atspi-2.0 python3-gi desktop-file-utils
+    gsettings-desktop-schemas gnome-settings-daemon-common  # GNOME's keybindings, in a key file
     # packaging and its checks
     dpkg-dev lintian appstream man-db
     util-linux procps iproute2   # unshare and ip: the fixed-port tests in a network of their own

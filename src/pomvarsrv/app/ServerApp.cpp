@@ -3,13 +3,17 @@
 #include "desktop/DesktopNotification.h"
 #include "pomvarsrv/app/ServerLog.h"
 #include "pomvarsrv/catalogue/Launcher.h"
+#include "pomvarsrv/ui/OrganizerWindow.h"
+#include "pomvarsrv/ui/SearchSettingsBox.h"
 #include "pomvarsrv/ui/SearchWindow.h"
+#include "pomvarsrv/ui/SettingsPane.h"
 #include "pomvarsrv/ui/UserNotice.h"
 #include "wire/UserPaths.h"
 #include "wire/Version.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QRegularExpression>
 
 namespace pomvar::srv {
 
@@ -17,6 +21,18 @@ namespace {
 
 // How long the notification service may take to show the server's last words.
 constexpr int kLastWordsMs = 2000;
+
+// What runs the search from a desktop's keyboard settings: this server with --search, quoted for
+// a shell.
+QString searchCommand(const QString& installDir)
+{
+    QString program = installDir.isEmpty() ? QCoreApplication::applicationFilePath()
+                                           : installDir + QStringLiteral("/pomvarsrv");
+    static const QRegularExpression plain(QStringLiteral("^[A-Za-z0-9_./+-]+$"));
+    if (!plain.match(program).hasMatch())
+        program = u'\'' + program.replace(u'\'', QStringLiteral("'\\''")) + u'\'';
+    return program + QStringLiteral(" --search");
+}
 
 } // namespace
 
@@ -32,7 +48,8 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
                 m_updates,
                 m_search,
                 [this](const QString& appkey, const QString& action) { launchApp(appkey, action); })
-    , m_answers(m_options.calculatorModule)
+    , m_answers(m_model, m_options.calculatorModule)
+    , m_shortcut(searchCommand(m_options.installDir))
     , m_frontEnd(m_options.frontEnd, QString::fromStdString(paths::pidFile()))
     , m_catalogue(m_model, m_search)
 {
@@ -54,6 +71,14 @@ ServerApp::ServerApp(const ServerOptions& options, QObject* parent)
     connect(&m_windows, &ServerWindows::searchWindowMade, this, [this](SearchWindow* window) {
         m_answers.attach(*window);
     });
+    connect(&m_windows, &ServerWindows::organizerMade, this, [this](OrganizerWindow* organizer) {
+        addSearchSettings(*organizer);
+    });
+    connect(&m_shortcut, &GlobalShortcut::pressed, this, [this](quint32 time) {
+        qCInfo(lcApp) << "the search shortcut was pressed";
+        m_windows.setActivationToken(QStringLiteral("pomvar_TIME%1").arg(time));
+        m_windows.showSearch();
+    });
 }
 
 ServerApp::~ServerApp() = default;
@@ -66,6 +91,7 @@ void ServerApp::start(const std::vector<int>& listeningSockets)
     const QFileInfo storeFile(m_storeFile.path());
     const bool firstStart = !storeFile.exists() && !storeFile.isSymLink();
     m_model.setStore(m_storeFile.load());
+    m_shortcut.apply(m_model.store().searchPrefs().shortcut);
     if (m_options.clearRecent) {
         qCInfo(lcApp) << "clearing the recent apps";
         m_model.clearRecent();
@@ -99,6 +125,25 @@ void ServerApp::tellStoreProblem(StoreFile::Problem problem, const QString& deta
                         tr("%1 cannot be written (%2): the change will not survive a restart.")
                             .arg(m_storeFile.path(), detail))
         .post();
+}
+
+void ServerApp::addSearchSettings(OrganizerWindow& organizer)
+{
+    SearchSettingsBox::Services services{
+        [] {
+            std::vector<SearchSettingsBox::Provider> providers;
+            for (const SearchProvider& provider : SearchAnswers::installedProviders())
+                providers.push_back(
+                    { provider.desktopId, provider.name, provider.enabledByDefault });
+            return providers;
+        },
+        [this] { return m_shortcut.stateText(); },
+        [this] {
+            m_shortcut.apply(m_model.store().searchPrefs().shortcut);
+            m_answers.settingsChanged();
+        },
+    };
+    organizer.settingsPane()->addSection(new SearchSettingsBox(m_model, std::move(services)));
 }
 
 void ServerApp::quit()

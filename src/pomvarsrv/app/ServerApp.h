@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pomvarsrv/app/FrontEndWatch.h"
+#include "pomvarsrv/app/GlobalShortcut.h"
 #include "pomvarsrv/app/SearchAnswers.h"
 #include "pomvarsrv/app/ServerOptions.h"
 #include "pomvarsrv/app/ServerWindows.h"
@@ -18,6 +19,8 @@
 #include <vector>
 
 namespace pomvar::srv {
+
+class OrganizerWindow;
 
 // The whole server: the store and the model, the catalogue and the search, request handling and
 // the listening sockets, wired to the windows (ServerWindows). It carries out what requests ask
@@ -39,6 +42,7 @@ public:
     void start(const std::vector<int>& listeningSockets);
 
     ServerModel& model() { return m_model; }
+    const GlobalShortcut& shortcut() const { return m_shortcut; }
 
     // ServerActions
     void launch(const QString& appkey) override { launchApp(appkey, {}); }
@@ -69,6 +73,8 @@ private:
     void launchApp(const QString& appkey, const QString& action);
     // A notification: the store file was set aside, or a change could not be saved.
     void tellStoreProblem(StoreFile::Problem problem, const QString& detail);
+    // The organizer's settings of the search: the shortcut and the providers.
+    void addSearchSettings(OrganizerWindow& organizer);
     // The old front end is gone after the user asked to restart into the installed programs.
     void restartIntoUpdate();
 
@@ -81,6 +87,7 @@ private:
     RuntimeServer m_server;
     ServerWindows m_windows;
     SearchAnswers m_answers;
+    GlobalShortcut m_shortcut;
     FrontEndWatch m_frontEnd;
     // Last, so that it is destroyed first: it waits for the scans and renders still running.
     CatalogueLoader m_catalogue;

@@ -127,6 +127,7 @@ void ServerWindows::showOrganizer(int pane, const QString& itemkey)
             m_organizer.get(), &OrganizerWindow::infoRequested, this, &ServerWindows::showAppInfo);
         connect(
             m_organizer.get(), &OrganizerWindow::editRequested, this, &ServerWindows::showEditor);
+        Q_EMIT organizerMade(m_organizer.get());
     }
     m_organizer->present(pane, itemkey);
 }

@@ -75,6 +75,7 @@ public:
 Q_SIGNALS:
     // The search window is made: what it shows beyond the apps is wired to it.
     void searchWindowMade(SearchWindow* window);
+    void organizerMade(OrganizerWindow* organizer);
 
 private:
     AppInfo appInfo(const QString& appkey) const;

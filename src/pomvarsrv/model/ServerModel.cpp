@@ -183,6 +183,12 @@ void ServerModel::setPrefs(const UserPrefs& prefs)
     save();
 }
 
+void ServerModel::setSearchPrefs(const SearchPrefs& prefs)
+{
+    m_store.setSearchPrefs(prefs);
+    save();
+}
+
 std::vector<std::string> ServerModel::installed(const std::vector<std::string>& keys) const
 {
     std::vector<std::string> found;

@@ -65,6 +65,7 @@ public:
     // Installed and not hidden.
     bool isShown(const std::string& appkey) const;
     void setPrefs(const UserPrefs& prefs);
+    void setSearchPrefs(const SearchPrefs& prefs);
     // Files the apps into their categories, creating the ones missing; false when nothing changed.
     bool addToCategories(const std::vector<AppCategory>& categories);
 

@@ -291,6 +291,7 @@ nlohmann::json Store::toJson() const
     };
     if (!m_updatedFrom.empty())
         store["updatedFrom"] = m_updatedFrom;
+    store["search"] = m_searchPrefs.toJson();
     return store;
 }
 
@@ -355,6 +356,8 @@ std::optional<Store> Store::fromJson(const nlohmann::json& value)
     }
     if (const auto from = value.find("updatedFrom"); from != value.end() && from->is_string())
         store.m_updatedFrom = from->get<std::string>();
+    if (const auto search = value.find("search"); search != value.end())
+        store.m_searchPrefs = SearchPrefs::fromJson(*search);
     if (value.contains("prefs")) {
         const auto& prefs = value["prefs"];
         if (!prefs.is_object() ||

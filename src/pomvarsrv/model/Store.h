@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pomvarsrv/model/AppCategory.h"
+#include "pomvarsrv/model/SearchPrefs.h"
 #include "wire/Records.h"
 
 #include <nlohmann/json_fwd.hpp>
@@ -58,6 +59,8 @@ public:
     bool setHidden(const std::string& appkey, bool hidden);
 
     void setPrefs(const UserPrefs& prefs) { m_prefs = prefs; }
+    const SearchPrefs& searchPrefs() const { return m_searchPrefs; }
+    void setSearchPrefs(SearchPrefs prefs) { m_searchPrefs = std::move(prefs); }
 
     // The organizer's reordering. Each puts `keys` (in that order) just before `before`, or last
     // when `before` is not in the list; false when nothing changed. Pins and members not yet in
@@ -99,6 +102,7 @@ private:
     std::vector<std::string> m_recent;
     std::vector<std::string> m_hidden;
     UserPrefs m_prefs;
+    SearchPrefs m_searchPrefs;
     std::string m_updatedFrom;
     struct Use
     {

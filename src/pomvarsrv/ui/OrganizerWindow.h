@@ -33,6 +33,7 @@ public:
     int pane() const;
     // Shows the store and the apps as they are now.
     void refresh();
+    SettingsPane* settingsPane() const { return m_settings; }
 
 Q_SIGNALS:
     void infoRequested(const QString& appkey);

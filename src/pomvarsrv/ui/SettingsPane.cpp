@@ -129,6 +129,13 @@ void SettingsPane::forgetUndo()
     refresh();
 }
 
+void SettingsPane::addSection(QWidget* section)
+{
+    auto* column = static_cast<QVBoxLayout*>(layout());
+    // Before the stretch that keeps the groups at the top.
+    column->insertWidget(column->count() - 1, section);
+}
+
 void SettingsPane::store()
 {
     UserPrefs prefs = m_model.store().prefs();

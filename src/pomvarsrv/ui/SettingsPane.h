@@ -33,6 +33,8 @@ public:
     void refresh();
     // The window closes: a clearing of Recent stays.
     void forgetUndo();
+    // Another group of settings, below the others.
+    void addSection(QWidget* section);
 
 private:
     QCheckBox* checkBox(const QString& label, const char* objectName);

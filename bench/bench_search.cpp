@@ -1,17 +1,26 @@
 // Prints how long the search takes to rank 5,000 apps per keystroke (typing a few queries one
 // letter at a time) and to prepare its index; then, with a runtime server run in-process over
-// 5,000 desktop entries, how long the window takes from the "app-search" request to shown and
-// focused, and from a key press to the repainted results. Run it under Xvfb for the window's
-// figures (QT_QPA_PLATFORM=xcb).
+// 5,000 desktop entries, with the calculator and a search provider answering at once on a private
+// session bus, how long the window takes from the "app-search" request to shown and focused, and
+// from a key press to the repainted results (names and expressions); last, the calculator's
+// answer once its module is loaded. Run it under Xvfb for the window's figures
+// (QT_QPA_PLATFORM=xcb).
 #include "GeneratedApps.h"
 #include "InProcessServer.h"
 #include "Median.h"
+#include "SessionBus.h"
 #include "TestDesktop.h"
 #include "WindowTiming.h"
 #include "pomvarsrv/search/SearchIndex.h"
+#include "pomvarsrv/search/SearchRow.h"
+#include "pomvarsrv/ui/SearchResults.h"
 #include "wire/Protocol.h"
 
 #include <QApplication>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QLineEdit>
 #include <QListView>
@@ -50,13 +59,85 @@ std::vector<DesktopApp> generatedApps(int count)
     return apps;
 }
 
+// A search provider (org.gnome.Shell.SearchProvider2) that answers every question at once with
+// two results.
+class InstantProvider : public QDBusVirtualObject
+{
+public:
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
+        QDBusMessage reply = message.createReply();
+        if (message.member() == QLatin1String("GetInitialResultSet")) {
+            reply << QStringList{ QStringLiteral("one"), QStringLiteral("two") };
+        } else if (message.member() == QLatin1String("GetResultMetas")) {
+            QDBusArgument metas;
+            metas.beginArray(QMetaType::fromType<QVariantMap>());
+            for (const QString& id : message.arguments().value(0).toStringList())
+                metas << QVariantMap{ { QStringLiteral("id"), id },
+                                      { QStringLiteral("name"), id } };
+            metas.endArray();
+            reply << QVariant::fromValue(metas);
+        }
+        return QDBusConnection(connection).send(reply);
+    }
+};
+
+// Milliseconds from each question typed in the search window to the calculator's answer in its
+// first row: the first question loads the module.
+void calculatorFigures(QLineEdit& field, const QAbstractItemModel& rows)
+{
+    const auto answer = [&](const QString& question) {
+        field.clear();
+        QCoreApplication::processEvents();
+        QElapsedTimer clock;
+        clock.start();
+        field.setText(question);
+        const bool answered = QTest::qWaitFor(
+            [&] {
+                return rows.index(0, 0).data(SearchResults::KindRole).toInt() ==
+                       int(SearchRow::Kind::calculation);
+            },
+            20000);
+        return answered ? clock.nsecsElapsed() / 1e6 : -1.0;
+    };
+    const double loadMs = answer(QStringLiteral("1+1"));
+    std::vector<double> answerMs;
+    for (int round = 0; round < 5; ++round)
+        for (const QString& question : { QStringLiteral("2*(3+4)"),
+                                         QStringLiteral("sqrt(16)+1"),
+                                         QStringLiteral("2^10"),
+                                         QStringLiteral("10 km to mi") })
+            answerMs.push_back(answer(question));
+    std::printf("calculator in the search window: module loaded and first answer in %.1f ms; then "
+                "question to answer in the first row median %.2f ms, worst %.2f ms (%zu "
+                "questions)\n",
+                loadMs,
+                median(answerMs),
+                *std::max_element(answerMs.begin(), answerMs.end()),
+                answerMs.size());
+}
+
 void windowFigures(int argc, char* argv[])
 {
     using pomvar::test::TestDesktop;
     TestDesktop desktop;
     pomvar::bench::populate(desktop, 5000, 400);
+    TestDesktop::writeEntry(desktop.systemData(), "finder.desktop", "Name=Finder\nExec=true");
+    TestDesktop::write(desktop.systemData() + "/gnome-shell/search-providers/finder.ini",
+                       "[Shell Search Provider]\nDesktopId=finder.desktop\nBusName=org.pomvar."
+                       "Bench.finder\nObjectPath=/org/pomvar/Bench/finder\nVersion=2\n");
     pomvar::bench::useInThisProcess(desktop);
     QApplication app(argc, argv);
+    pomvar::test::SessionBus bus;
+    if (!bus.start())
+        return;
+    bus.useInThisProcess();
+    InstantProvider provider;
+    QDBusConnection providers = QDBusConnection::connectToBus(bus.address(), "providers");
+    if (!providers.registerService(QStringLiteral("org.pomvar.Bench.finder")) ||
+        !providers.registerVirtualObject(QStringLiteral("/org/pomvar/Bench/finder"), &provider))
+        return;
     pomvar::test::InProcessServer server;
     if (!server.start())
         return;
@@ -70,22 +151,33 @@ void windowFigures(int argc, char* argv[])
             return;
         shownMs.push_back(ms);
         QWidget& list = *window->findChild<QListView*>()->viewport();
-        for (const char letter : std::string("appli")) {
-            const double key =
-                WindowTiming::repaintMs(list, [&] { QTest::keyClick(field, letter); });
-            if (key >= 0)
-                repaintMs.push_back(key);
+        for (const std::string typed : { "appli", "2^10+1" }) {
+            field->clear();
+            QTest::qWait(200); // the providers' late rows for the text before
+            for (const char letter : typed) {
+                const double key =
+                    WindowTiming::repaintMs(list, [&] { QTest::keyClick(field, letter); });
+                if (key >= 0)
+                    repaintMs.push_back(key);
+            }
         }
         window->close();
         QTest::qWait(50);
     }
-    std::printf("search window over %zu apps: app-search to shown and active median %.1f ms; key "
-                "press to repainted results median %.1f ms, worst %.1f ms (%zu keys)\n",
+    std::printf("search window over %zu apps, calculator and a provider on: app-search to shown "
+                "and active median %.1f ms; key press to repainted results median %.1f ms, worst "
+                "%.1f ms (%zu keys)\n",
                 server.app().model().apps().size(),
                 median(shownMs),
                 median(repaintMs),
                 *std::max_element(repaintMs.begin(), repaintMs.end()),
                 repaintMs.size());
+    std::fflush(stdout);
+    if (WindowTiming::openingMs(
+            server.port(), pomvar::request::plain(pomvar::request::appSearch), "searchWindow") < 0)
+        return;
+    QWidget* window = WindowTiming::activeWindow("searchWindow");
+    calculatorFigures(*window->findChild<QLineEdit*>(), *window->findChild<QListView*>()->model());
 }
 
 } // namespace

@@ -5,7 +5,8 @@
 #   of its cached catalogue (bench_trayup, own Xvfb and trayer);
 #   first and later panel openings and scrolling at 1,000 and 5,000 apps (bench_panel, Xvfb);
 #   building the menus at 1,000 and 5,000 apps (bench_menu_build);
-#   the search keystroke and window (bench_search, Xvfb);
+#   the search keystroke and window with the calculator and a provider, the calculator's answer
+#   (bench_search, Xvfb); the panel's typed character to the search shown (bench_handover, Xvfb);
 #   the organizer's opening (bench_organizer) and the other windows' (bench_windows), Xvfb;
 #   the server's start-up and payloads (bench_pomvarsrv), the request round trip
 #   (bench_ipc_roundtrip) and the front end's readiness probe (bench_startup);
@@ -44,6 +45,8 @@ section "building the menus (bench_menu_build)"
 QT_QPA_PLATFORM=offscreen "$b/bench_menu_build"
 section "search (bench_search)"
 xvfb "$b/bench_search"
+section "panel to search by typing (bench_handover)"
+xvfb "$b/bench_handover"
 section "organizer (bench_organizer)"
 xvfb "$b/bench_organizer"
 section "info, about, welcome and updates windows (bench_windows)"

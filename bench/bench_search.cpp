@@ -84,7 +84,7 @@ public:
 };
 
 // Milliseconds from each question typed in the search window to the calculator's answer in its
-// first row: the first question loads the module.
+// first row, the module loaded by the typing before.
 void calculatorFigures(QLineEdit& field, const QAbstractItemModel& rows)
 {
     const auto answer = [&](const QString& question) {
@@ -93,12 +93,19 @@ void calculatorFigures(QLineEdit& field, const QAbstractItemModel& rows)
         QElapsedTimer clock;
         clock.start();
         field.setText(question);
-        const bool answered = QTest::qWaitFor(
-            [&] {
-                return rows.index(0, 0).data(SearchResults::KindRole).toInt() ==
-                       int(SearchRow::Kind::calculation);
-            },
-            20000);
+        // Not QTest::qWaitFor, which sleeps 10 ms between its looks.
+        const auto isAnswered = [&] {
+            return rows.index(0, 0).data(SearchResults::KindRole).toInt() ==
+                   int(SearchRow::Kind::calculation);
+        };
+        while (!isAnswered() && clock.elapsed() < 20000)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+        const bool answered = isAnswered();
+        if (!answered)
+            std::fprintf(stderr,
+                         "no answer to %s: first row %s\n",
+                         qPrintable(question),
+                         qPrintable(rows.index(0, 0).data().toString()));
         return answered ? clock.nsecsElapsed() / 1e6 : -1.0;
     };
     const double loadMs = answer(QStringLiteral("1+1"));
@@ -109,7 +116,7 @@ void calculatorFigures(QLineEdit& field, const QAbstractItemModel& rows)
                                          QStringLiteral("2^10"),
                                          QStringLiteral("10 km to mi") })
             answerMs.push_back(answer(question));
-    std::printf("calculator in the search window: module loaded and first answer in %.1f ms; then "
+    std::printf("calculator in the search window, loaded: first answer in %.1f ms; then "
                 "question to answer in the first row median %.2f ms, worst %.2f ms (%zu "
                 "questions)\n",
                 loadMs,
@@ -161,6 +168,8 @@ void windowFigures(int argc, char* argv[])
                     repaintMs.push_back(key);
             }
         }
+        if (run == 6)
+            calculatorFigures(*field, *window->findChild<QListView*>()->model());
         window->close();
         QTest::qWait(50);
     }

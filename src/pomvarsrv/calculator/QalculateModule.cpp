@@ -78,7 +78,13 @@ extern "C" __attribute__((visibility("default"))) int pomvar_calculate(const cha
     evaluation.mixed_units_conversion = MIXED_UNITS_CONVERSION_NONE;
     MathStructure result, parsed;
     const std::string text = calc.unlocalizeExpression(expression, evaluation.parse_options);
-    if (!calc.calculate(&result, text, timeoutMs, evaluation, &parsed))
+    // In this thread under a time limit: the calculate() taking a time waits for a thread of its
+    // own in steps of 10 ms, longer than most answers take.
+    calc.startControl(timeoutMs);
+    result = calc.calculate(text, evaluation, &parsed);
+    const bool aborted = calc.aborted();
+    calc.stopControl();
+    if (aborted)
         return 0;
     for (const CalculatorMessage* message = calc.message(); message; message = calc.nextMessage())
         if (message->type() == MESSAGE_ERROR)

@@ -36,7 +36,7 @@ public:
         static const std::vector<std::pair<QString, QString>> found{
             { QStringLiteral("\u263a"), QStringLiteral("White Smiling Face") },
             { QStringLiteral("\U0001f600"), QStringLiteral("Grinning Face") },
-            { QStringLiteral("\U0001f642"), QStringLiteral("Slightly Smiling Face") },
+            { QStringLiteral("\u263b"), QStringLiteral("Black Smiling Face") },
         };
         QDBusMessage reply = message.createReply();
         if (message.member() == QLatin1String("GetInitialResultSet")) {

@@ -504,6 +504,63 @@
     </message>
 </context>
 <context>
+    <name>pomvar::srv::FrontEndProgram</name>
+    <message>
+        <source>%1 does not exist.</source>
+        <translation>%1 existiert nicht.</translation>
+    </message>
+    <message>
+        <source>%1 is not a regular file.</source>
+        <translation>%1 ist keine reguläre Datei.</translation>
+    </message>
+    <message>
+        <source>%1 does not belong to the owner of Pomvar&apos;s files.</source>
+        <translation>%1 gehört nicht dem Eigentümer der Dateien von Pomvar.</translation>
+    </message>
+    <message>
+        <source>%1 can be changed by other users.</source>
+        <translation>%1 kann von anderen Benutzern geändert werden.</translation>
+    </message>
+</context>
+<context>
+    <name>pomvar::srv::GlobalShortcut</name>
+    <message>
+        <source>Pomvar: Search Apps</source>
+        <extracomment>The name of Pomvar&apos;s shortcut among GNOME&apos;s keyboard shortcuts.</extracomment>
+        <translation>Pomvar: Apps suchen</translation>
+    </message>
+    <message>
+        <source>No keys open the search window.</source>
+        <translation>Keine Tasten öffnen das Suchfenster.</translation>
+    </message>
+    <message>
+        <source>%1 opens the search window anywhere on this desktop.</source>
+        <translation>%1 öffnet das Suchfenster überall auf diesem Desktop.</translation>
+    </message>
+    <message>
+        <source>%1 opens the search window: it is one of GNOME&apos;s keyboard shortcuts.</source>
+        <translation>%1 öffnet das Suchfenster: als eines der Tastenkürzel von GNOME.</translation>
+    </message>
+    <message>
+        <source>%1 is taken by GNOME&apos;s shortcut “%2”. Choose other keys, or change that shortcut in GNOME&apos;s Settings.</source>
+        <extracomment>%1: the keys; %2: what GNOME does with them.</extracomment>
+        <translation>%1 ist von GNOMEs Tastenkürzel „%2“ belegt. Wählen Sie andere Tasten oder ändern Sie dieses Tastenkürzel in den Einstellungen von GNOME.</translation>
+    </message>
+    <message>
+        <source>%1 is taken by another program. Choose other keys.</source>
+        <translation>%1 ist von einem anderen Programm belegt. Wählen Sie andere Tasten.</translation>
+    </message>
+    <message>
+        <source>%1 cannot open the search window from anywhere. Choose other keys.</source>
+        <translation>%1 kann das Suchfenster nicht von überall öffnen. Wählen Sie andere Tasten.</translation>
+    </message>
+    <message>
+        <source>This desktop does not let Pomvar set its shortcut: bind the command %1 to %2 in its keyboard settings.</source>
+        <extracomment>%1: a command; %2: the keys.</extracomment>
+        <translation>Auf diesem Desktop kann Pomvar sein Tastenkürzel nicht selbst festlegen: Weisen Sie den Befehl %1 in dessen Tastatureinstellungen %2 zu.</translation>
+    </message>
+</context>
+<context>
     <name>pomvar::srv::HiddenAppsBox</name>
     <message>
         <source>Hidden Apps</source>
@@ -547,25 +604,6 @@
         <source>Images (*.png *.svg *.svgz *.xpm)</source>
         <extracomment>The kinds of files offered as icons.</extracomment>
         <translation>Bilder (*.png *.svg *.svgz *.xpm)</translation>
-    </message>
-</context>
-<context>
-    <name>pomvar::srv::FrontEndProgram</name>
-    <message>
-        <source>%1 does not exist.</source>
-        <translation>%1 existiert nicht.</translation>
-    </message>
-    <message>
-        <source>%1 is not a regular file.</source>
-        <translation>%1 ist keine reguläre Datei.</translation>
-    </message>
-    <message>
-        <source>%1 does not belong to the owner of Pomvar&apos;s files.</source>
-        <translation>%1 gehört nicht dem Eigentümer der Dateien von Pomvar.</translation>
-    </message>
-    <message>
-        <source>%1 can be changed by other users.</source>
-        <translation>%1 kann von anderen Benutzern geändert werden.</translation>
     </message>
 </context>
 <context>
@@ -750,6 +788,43 @@
     </message>
 </context>
 <context>
+    <name>pomvar::srv::SearchAnswers</name>
+    <message>
+        <source>%1 · Enter copies the answer</source>
+        <extracomment>The calculator&apos;s row in the search: the expression as it was read, then what Enter does.</extracomment>
+        <translation>%1 · Eingabe kopiert das Ergebnis</translation>
+    </message>
+</context>
+<context>
+    <name>pomvar::srv::SearchSettingsBox</name>
+    <message>
+        <source>Search</source>
+        <extracomment>The settings of the search window.</extracomment>
+        <translation>Suche</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <extracomment>Turns the search shortcut off.</extracomment>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Show results from other apps</source>
+        <translation>Ergebnisse anderer Apps zeigen</translation>
+    </message>
+    <message>
+        <source>Search shortcut</source>
+        <translation>Tastenkürzel für die Suche</translation>
+    </message>
+    <message>
+        <source>No search shortcut</source>
+        <translation>Kein Tastenkürzel für die Suche</translation>
+    </message>
+    <message>
+        <source>Search shortcut:</source>
+        <translation>Tastenkürzel für die Suche:</translation>
+    </message>
+</context>
+<context>
     <name>pomvar::srv::SearchWindow</name>
     <message>
         <source>Search Apps</source>
@@ -867,6 +942,24 @@
     <message>
         <source>Undo Clear Recent Apps</source>
         <translation>Leeren der zuletzt verwendeten Apps rückgängig machen</translation>
+    </message>
+</context>
+<context>
+    <name>pomvar::srv::ShortcutRecorder</name>
+    <message>
+        <source>None</source>
+        <extracomment>No keyboard shortcut.</extracomment>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Super</source>
+        <extracomment>The Windows logo key, as Linux desktops name it.</extracomment>
+        <translation>Super</translation>
+    </message>
+    <message>
+        <source>Press the keys…</source>
+        <extracomment>The shortcut button while it waits for the keys.</extracomment>
+        <translation>Tasten drücken …</translation>
     </message>
 </context>
 <context>

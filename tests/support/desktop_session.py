@@ -283,7 +283,7 @@ class DesktopSession:
         self._xdotool("mousemove", "--window", icon[0], "8", "8", "click", "1")
         if not waited(self._panel_shown, 30):
             self.fail("the panel did not open")
-        return waited(lambda: self._panel(heard)) or self.fail("the panel's menu has no focus")
+        return waited(lambda: self._panel(heard), 30) or self.fail("the panel's menu has no focus")
 
     def _panel_shown(self):
         return any(window[3:] == PANEL_SIZE for window in self._windows())

@@ -279,6 +279,10 @@ class DesktopSession:
             self.fail("the tray icon did not appear")
         if not waited(lambda: not self._panel_shown(), 5):
             self.fail("the panel is still open")
+        # The icon shows before the front end's accessibility bridge is on the bus: the panel's
+        # focus would go unheard.
+        if not waited(lambda: self._application("pomvar"), 30):
+            self.fail("the front end is not on the accessibility bus")
         heard = len(self.heard)
         self._xdotool("mousemove", "--window", icon[0], "8", "8", "click", "1")
         if not waited(self._panel_shown, 30):
@@ -362,12 +366,16 @@ class DesktopSession:
 
     # Either.
 
+    @staticmethod
+    def _application(program):
+        desktop = Atspi.get_desktop(0)
+        apps = (desktop.get_child_at_index(i) for i in range(desktop.get_child_count()))
+        return next((app for app in apps if app and app.get_name() == program), None)
+
     def window(self, name, program="pomvarsrv", seconds=20):
         """The program's top-level window of that name, once it is on the AT-SPI bus."""
         def shown():
-            desktop = Atspi.get_desktop(0)
-            apps = (desktop.get_child_at_index(i) for i in range(desktop.get_child_count()))
-            app = next((app for app in apps if app and app.get_name() == program), None)
+            app = self._application(program)
             count = app.get_child_count() if app else 0
             windows = (app.get_child_at_index(i) for i in range(count))
             return next((window for window in windows if window and window.get_name() == name),

@@ -44,7 +44,17 @@ except OSError:
     session.fail(f"the new front end ({new_pid}) is gone")
 if running != f"{session.prefix}/bin/pomvar":
     session.fail("the front end running now is not the installed one")
-if not waited(lambda: [n["summary"] for n in session.notifications()] == ["Update Complete"], 30):
+# Under the installed icon and the entry the desktop groups it under, with a sound.
+notice = {"summary": "Update Complete", "body": "Pomvar for Linux was successfully updated.",
+          "icon": "org.pomvar.Pomvar", "desktop-entry": "org.pomvar.Pomvar", "sound": True}
+
+
+def shown():
+    return [{key: dict(n, **n["hints"], sound="sound-name" in n["hints"]).get(key) for key in notice}
+            for n in session.notifications()]
+
+
+if not waited(lambda: shown() == [notice], 30):
     session.fail(f"notifications shown: {session.notifications()}")
 if session.ask("check-update-available") != {"isUpdateAvailable": False}:
     session.fail("the new server still offers an update")

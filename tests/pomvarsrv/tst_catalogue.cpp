@@ -124,9 +124,7 @@ private Q_SLOTS:
         const Json before = ask(rq::getAllAppsMenuData);
         QCOMPARE(ask(rq::getRecentAppsMenuData).size(), std::size_t(1));
         QVERIFY(restart({ "--refresh", "--welcome", "--clear-recent" }));
-        const QString log = m_server->log();
-        QVERIFY2(log.contains("refreshing") && log.contains("--welcome"), qPrintable(log));
-        QVERIFY2(!log.contains("; 0 icons to render"), qPrintable(log));
+        QVERIFY2(!m_server->log().contains("; 0 icons to render"), qPrintable(m_server->log()));
         // Same sources, so the same names: rendered again into the emptied cache.
         JCOMPARE(ask(rq::getAllAppsMenuData), before);
         JCOMPARE(ask(rq::getRecentAppsMenuData), Json::array());

@@ -1,13 +1,12 @@
 // The organizer in a server run in-process against real desktop entries, driven through its
 // widgets while what the front end would read is asked over the wire: one window following each
-// request, each change's flag set and then cleared, the store on disk after every click, the
+// request, each change shown in My Apps and the panes, the
 // payload's order after reordering by buttons, keys and drops, the name rule told inside the
 // dialog, the five preferences and the autostart entry.
 #include "ChildProcess.h"
 #include "InProcessServer.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/catalogue/AutostartEntry.h"
-#include "pomvarsrv/model/StoreFile.h"
 #include "pomvarsrv/ui/OrganizerListModel.h"
 #include "pomvarsrv/ui/OrganizerListView.h"
 #include "pomvarsrv/ui/OrganizerWindow.h"
@@ -74,7 +73,6 @@ private Q_SLOTS:
     void init()
     {
         m_server.app().model().setStore(*Store::fromJson(Json::parse(kStore)));
-        m_server.ask(request::plain(request::getMenuDataModifiedStatus));
         m_server.ask(request::plain(request::getMyAppsMenuData));
     }
 
@@ -119,27 +117,26 @@ private Q_SLOTS:
         QCOMPARE(windows, 1);
     }
 
-    void eachChangeSetsItsFlag_data()
+    void eachChangeShowsEverywhere_data()
     {
         // The control clicked, then the dialog answered ("pick <filter>", "name <name>",
-        // "rename <name>" or "confirm"); the flags set (f, r, c, p as in tst_servermodel); My Apps
-        // after it. The picker's filter matches as the search does: "spread" finds Delta's generic
-        // name.
-        rows({ "onPane", "answer", "flag", "myApps" },
-             { "unpin;0;;p;beta gamma…",
-               "pinApps;0;pick spread;p;* delta…",
-               "appPinned;1;;p;alpha gamma…",
-               "newCategory;0;name Music;c;*… | Music:",
-               "deleteCategory;0;confirm;c;* | Games: * | Tools:",
-               "renameCategory;0;rename Fun;c;* | Games: * | Fun: delta | Tools:",
-               "addApps;0;pick eps;c;* | Games: * | Office: delta epsilon | Tools:",
-               "removeApps;0;;c;* | Games: * | Office: | Tools:",
-               "Tools;1;;c;*… beta",
-               "appNewCategory;1;name Music;c;*… | Music: beta",
-               "clearRecent;2;;r;*…",
-               "animationFx;2;;;*…" });
+        // "rename <name>" or "confirm"); My Apps after it. The flags each change sets and its
+        // saving are tst_servermodel's. The picker's filter matches as the search does: "spread"
+        // finds Delta's generic name.
+        rows({ "onPane", "answer", "myApps" },
+             { "unpin;0;;beta gamma…",
+               "pinApps;0;pick spread;* delta…",
+               "appPinned;1;;alpha gamma…",
+               "newCategory;0;name Music;*… | Music:",
+               "deleteCategory;0;confirm;* | Games: * | Tools:",
+               "renameCategory;0;rename Fun;* | Games: * | Fun: delta | Tools:",
+               "addApps;0;pick eps;* | Games: * | Office: delta epsilon | Tools:",
+               "removeApps;0;;* | Games: * | Office: | Tools:",
+               "Tools;1;;*… beta",
+               "appNewCategory;1;name Music;*… | Music: beta",
+               "clearRecent;2;;*…" });
     }
-    void eachChangeSetsItsFlag()
+    void eachChangeShowsEverywhere()
     {
         QFETCH(QString, answer);
         QFETCH(QString, onPane);
@@ -166,9 +163,6 @@ private Q_SLOTS:
                     button->click();
             }
         }
-        QFETCH(QString, flag);
-        QCOMPARE(flags(), flag);
-        QCOMPARE(flags(), ""); // told once
         QFETCH(QString, myApps);
         QCOMPARE(summary(), myApps);
         // The panes show the change too: Organize App, switched to, a check box per category,
@@ -193,9 +187,7 @@ private Q_SLOTS:
                  myApps.section(find<OrganizerListView>("categories")->currentKey() + ":", 1)
                      .section(" |", 0, 0)
                      .trimmed());
-        QCOMPARE(ask(request::getRecentAppsMenuData).size(), flag == "r" ? 0u : 2u);
-        // Saved before the click returned: a server killed now loses nothing.
-        QVERIFY(StoreFile(m_desktop.storePath()).load() == m_server.app().model().store());
+        QCOMPARE(ask(request::getRecentAppsMenuData).size(), pane == 2 ? 0u : 2u);
     }
 
     void buttonsActOnTheHighlighted_data()
@@ -250,7 +242,6 @@ private Q_SLOTS:
         QVERIFY(open(2, {}));
         find<QAbstractButton>("clearRecent")->click();
         find<QAbstractButton>("undoClearRecent")->click();
-        QCOMPARE(flags(), "r");
         QCOMPARE(ask(request::getRecentAppsMenuData).size(), 2u);
         find<QAbstractButton>("clearRecent")->click();
         QVERIFY(find<QAbstractButton>("undoClearRecent"));
@@ -459,19 +450,6 @@ private:
     }
 
     Json ask(std::string_view id) const { return m_server.ask(request::plain(id)); }
-
-    // The flags set, in short: f, r, c and p for the app folder, Recent, categories and pins.
-    QString flags() const
-    {
-        const Json set = ask(request::getMenuDataModifiedStatus);
-        QString letters;
-        for (const auto& [letter, name] : { std::pair('f', MenuDataStatus::kAppFolderModified),
-                                            { 'r', MenuDataStatus::kRecentAppsModified },
-                                            { 'c', MenuDataStatus::kAppcatsModified },
-                                            { 'p', MenuDataStatus::kPinnedAppsModified } })
-            letters += set.at(name) == true ? QString(letter) : QString();
-        return letters;
-    }
 
     // Adds the text columns and a row per text: its tag and cells parted by ';'. In My Apps, "*"
     // stands for "alpha beta gamma" and "…" for kStore's categories.

@@ -158,6 +158,8 @@ private Q_SLOTS:
             { [&] { return !model.toggleMember("a.desktop", "None"); }, false, "" },
             { [&] { return model.noteLaunched("b.desktop"), true; }, true, "r" },
             { [&] { return model.setApps(threeApps()), model.clearRecent(), true; }, true, "fr" },
+            // The organizer's undo of the clearing.
+            { [&] { return model.restoreRecent({ "b.desktop" }), true; }, true, "r" },
             { [&] { return model.setPrefs(UserPrefs{ .menuDensity = 1 }), true; }, true, "" },
             { [&] { return model.renameCategory("Old", "Work"); }, true, "c" },
             { [&] { return !model.renameCategory("?", "X"); }, false, "" },

@@ -12,7 +12,6 @@
 #include "pomvarsrv/ui/SearchResults.h"
 #include "wire/Protocol.h"
 #include "wire/RuntimeEndpoint.h"
-#include "wire/Version.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -275,8 +274,7 @@ private Q_SLOTS:
         QVERIFY(m_server.send(rq::plain(rq::about)));
         QWidget* window = InProcessServer::waitForWindow("aboutWindow");
         QVERIFY(window);
-        QCOMPARE(window->findChild<QLabel*>("aboutVersion")->text(),
-                 "Version " + QString::fromUtf8(pomvar::version()));
+        // Its version line: a11y_windows.
         QVERIFY(window->findChild<QLabel*>("aboutLibraries")
                     ->text()
                     .contains(QStringLiteral("Qt ") + qVersion() + ", GLib 2."));

@@ -158,22 +158,21 @@ private Q_SLOTS:
 
     void waitingForTheFrontEnd_data()
     {
-        QTest::addColumn<bool>("running");     // a process of the front end's program
-        QTest::addColumn<bool>("stale");       // the PID file names another program
-        QTest::addColumn<bool>("quitsItself"); // removes its PID file and ends while waited for
-        QTest::addColumn<bool>("noPidFile");   // it wrote none: known as the one that started us
-        QTest::newRow("none") << false << false << false << false;
-        QTest::newRow("a stale PID file") << false << true << false << false;
-        QTest::newRow("quits at its poll") << true << false << true << false;
-        QTest::newRow("not polling: SIGTERM") << true << false << false << false;
-        QTest::newRow("no PID file: SIGTERM") << true << false << false << true;
+        // "running": a process of the front end's program; "stale": the PID file names another
+        // program; "quits": it removes its PID file and ends while waited for; "noPidFile": it
+        // wrote none, and is known as the one that started us.
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("none") << "";
+        QTest::newRow("a stale PID file") << "stale";
+        QTest::newRow("quits at its poll") << "running quits";
+        QTest::newRow("not polling: SIGTERM") << "running";
+        QTest::newRow("no PID file: SIGTERM") << "running noPidFile";
     }
     void waitingForTheFrontEnd()
     {
-        QFETCH(bool, running);
-        QFETCH(bool, stale);
-        QFETCH(bool, quitsItself);
-        QFETCH(bool, noPidFile);
+        QFETCH(QString, kind);
+        const bool running = kind.contains("running"), stale = kind == "stale",
+                   quitsItself = kind.contains("quits"), noPidFile = kind.contains("noPidFile");
         QTemporaryDir dir;
         const QString program = dir.filePath("bin/pomvar"), pidFile = dir.filePath("pomvar.pid");
         QVERIFY(QDir().mkpath(dir.filePath("bin")) && QFile::copy("/bin/sleep", program));

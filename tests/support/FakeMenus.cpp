@@ -64,7 +64,7 @@ nlohmann::json FakeMenus::myApps() const
     return { { "pinnedapps", apps(m_pinned, false) },
              { "appcats", m_categories },
              { "appcatapps", members },
-             { "renamedAppcats", m_renamed } };
+             { "renamedAppcats", nlohmann::json::array() } };
 }
 
 void FakeMenus::install(FakeRuntimeServer& server) const

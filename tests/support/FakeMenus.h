@@ -26,11 +26,6 @@ public:
     void pin(const std::string& key);
     void addCategory(const std::string& name, const std::vector<std::string>& keys);
     void addRecent(const std::string& key) { m_recent.push_back(key); }
-    // Reported once in My Apps' list of renamed categories.
-    void rename(const std::string& from, const std::string& to)
-    {
-        m_renamed.push_back({ { "old", from }, { "new", to } });
-    }
 
     nlohmann::json allApps() const { return m_all; }
     nlohmann::json myApps() const;
@@ -63,7 +58,6 @@ private:
     nlohmann::json m_categories = nlohmann::json::array();
     nlohmann::json m_members = nlohmann::json::object();
     std::vector<std::string> m_recent;
-    nlohmann::json m_renamed = nlohmann::json::array();
 };
 
 } // namespace pomvar::test

@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Stands in for the desktop's notification service on the session bus: owns
 org.freedesktop.Notifications and writes each notification it is asked to show to the file given,
-one JSON line ({"summary": ..., "body": ...}). Prints "ready" once it owns the name.
+one JSON line ({"summary": ..., "body": ..., "icon": ..., "hints": {its text and number hints}}). Prints "ready" once it owns the name.
 
 usage: notification_service.py <file>
 """
@@ -30,9 +30,11 @@ def call(_connection, _sender, _path, _interface, method, parameters, invocation
     elif method == "GetServerInformation":
         invocation.return_value(GLib.Variant("(ssss)", ("test", "pomvar", "1", "1.2")))
     else:
-        _app, _replaces, _icon, summary, body = parameters.unpack()[:5]
+        _app, _replaces, icon, summary, body, _actions, hints = parameters.unpack()[:7]
+        hints = {key: value for key, value in hints.items() if isinstance(value, (str, int))}
         with open(sys.argv[1], "a") as log:
-            log.write(json.dumps({"summary": summary, "body": body}) + "\n")
+            log.write(json.dumps({"summary": summary, "body": body, "icon": icon,
+                                  "hints": hints}) + "\n")
         shown += 1
         invocation.return_value(GLib.Variant("(u)", (shown,)))
 

@@ -1,16 +1,10 @@
-#include "FakeMenus.h"
-#include "FakeRuntimeServer.h"
 #include "model/AppCatExpansion.h"
-#include "model/PomvarViewModel.h"
 #include "model/UserDefaults.h"
 
 #include <QSettings>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace pomvar;
-using test::FakeRuntimeServer;
-using Reply = FakeRuntimeServer::Reply;
 using Map = AppCatExpansion::ExpansionMap;
 
 Q_DECLARE_METATYPE(CategoryRename)
@@ -68,31 +62,6 @@ private Q_SLOTS:
             settings.sync();
             QVERIFY(!UserDefaults::expandedAppCats());
         }
-    }
-
-    // Collapsing the others when one opens: tst_pomvarview.
-    void buildsReconcileWithTheSavedMap()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        test::FakeMenus menus;
-        menus.addApps(1, "/i/24.png", "/i/48.png");
-        menus.addCategory("A", { "app1" });
-        menus.addCategory("New", {});
-        menus.addCategory("C", {});
-        menus.rename("Old", "New");
-        menus.install(server);
-        // No saved map: all collapsed, whatever the preference.
-        PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
-        QCOMPARE(vm.expandedAppCats(), (Map{ { "A", false }, { "New", false }, { "C", false } }));
-        // Saved map with a rename: "Old" becomes "New".
-        UserDefaults::setExpandedAppCats({ { "A", true }, { "Old", true } });
-        server.queueReply("get-menu-data-modified-status",
-                          Reply::json(test::FakeMenus::modified("appcatsModified")));
-        QSignalSpy reset(&vm, &PomvarViewModel::expandedAppCatsChanged);
-        vm.updateMenu();
-        QCOMPARE(reset.count(), 1); // assigned at once
-        QCOMPARE(vm.expandedAppCats(), (Map{ { "A", true }, { "New", true }, { "C", false } }));
     }
 };
 

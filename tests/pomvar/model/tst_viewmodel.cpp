@@ -1,13 +1,10 @@
 // The view model against a fake runtime server: what a build fetches and in what order, a failed
-// fetch, the actions' answers, the update poll, and the post-update notice over D-Bus to a
-// notification service of the test's own on a private session bus.
+// fetch, the actions' answers and the update poll. The post-update notice is e2e_update's.
 #include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
-#include "SessionBus.h"
 #include "model/PomvarViewModel.h"
 #include "wire/Protocol.h"
 
-#include <QDBusConnection>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -56,31 +53,6 @@ std::size_t countOf(const FakeRuntimeServer& server, const std::string& id)
     return static_cast<std::size_t>(std::count(ids.begin(), ids.end(), id));
 }
 
-// Stands in for the desktop's notification service and records what it is asked to show.
-class NotificationService : public QObject
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
-
-public:
-    QList<QVariantList> shown; // replaces id, summary, body, hints, icon
-
-public Q_SLOTS:
-    QStringList GetCapabilities() { return { "body", "sound" }; }
-    uint Notify(const QString&,
-                uint replacesId,
-                const QString& icon,
-                const QString& summary,
-                const QString& body,
-                const QStringList&,
-                const QVariantMap& hints,
-                int)
-    {
-        shown.append({ replacesId, summary, body, hints, icon });
-        return static_cast<uint>(shown.size());
-    }
-};
-
 } // namespace
 
 class TestViewModel : public QObject
@@ -88,13 +60,6 @@ class TestViewModel : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QVERIFY(m_bus.start());
-        m_bus.useInThisProcess();
-        QVERIFY(QDBusConnection::sessionBus().isConnected());
-    }
-
     void theRefreshFollowsTheFlags_data()
     {
         QTest::addColumn<json>("flags");
@@ -221,35 +186,6 @@ private Q_SLOTS:
         QCOMPARE(countOf(server, "get-app-update-status"), std::size_t{ 3 });
         QTRY_VERIFY(!poll); // stopped and released
     }
-
-    void theServiceShowsTheUpdateNoticeAfterTheFirstBuild()
-    {
-        QDBusConnection bus = QDBusConnection::connectToBus(m_bus.address(), "service");
-        NotificationService service;
-        QVERIFY(bus.registerObject(
-            "/org/freedesktop/Notifications", &service, QDBusConnection::ExportAllSlots));
-        QVERIFY(bus.registerService("org.freedesktop.Notifications"));
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        server.queueReply("get-app-status",
-                          Reply::json({ { "ready", true }, { "updateFinished", true } }));
-        // The service lives on this thread: a blocking call from the view model would never be
-        // answered, so getting the notice at all shows the calls are asynchronous.
-        PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
-        QVERIFY(service.shown.isEmpty()); // sent a second after the first build
-        QTRY_COMPARE_WITH_TIMEOUT(service.shown.size(), 1, 10000);
-        QCOMPARE(
-            service.shown[0].mid(0, 3),
-            (QVariantList{ 0u, "Update Complete", "Pomvar for Linux was successfully updated." }));
-        QVERIFY(service.shown[0][3].toMap().contains("sound-name"));
-        // The installed icon, and the entry the desktop groups the notice under.
-        QCOMPARE(service.shown[0][4], "org.pomvar.Pomvar");
-        QCOMPARE(service.shown[0][3].toMap().value("desktop-entry"), "org.pomvar.Pomvar");
-        QDBusConnection::disconnectFromBus("service");
-    }
-
-private:
-    test::SessionBus m_bus;
 };
 
 QTEST_GUILESS_MAIN(TestViewModel)

@@ -2,13 +2,13 @@
 # Pomvar never stays away (desktop_session, the real programs): one table of the ways the front
 # end ends, each followed by the next start. After every end no PID file is left, so the next
 # start works; the front end's exit status is the one each way gives.
-# usage: e2e_ends.py <build tree>
+# usage: e2e_ends.py <build tree> <the next version's install tree>
 import os, signal, socket, subprocess, sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "support"))
 from desktop_session import DesktopSession, press, waited  # noqa: E402
 
-tree = sys.argv[1]
+tree, next_tree = sys.argv[1:3]
 session = DesktopSession(entries={"alpha": "Name=Alpha\nExec=true"}, store='{"version": 1}')
 session.install(tree)
 settings = f"{session.env['XDG_CONFIG_HOME']}/pomvar/pomvar.ini"
@@ -98,6 +98,20 @@ def icon_deleted():
     return front_end
 
 
+def update():
+    stop_programs()  # a server of its own, which restarts it
+    front_end = start(watched=True)
+    session.install(next_tree)
+    session.request('{\n    "id": "check-updates"\n}')
+    press(session.found(session.window("Pomvar Updates"), "push button", "Restart Pomvar"))
+    new = waited(lambda: front_end.poll() is not None and session.front_end_pid(), 60)
+    waited(lambda: new in programs() and session.listeners(), 30) or session.fail("no restart")
+    os.kill(new, signal.SIGTERM)
+    waited(lambda: new not in programs(), 30)
+    session.install(tree)
+    return front_end
+
+
 def display_lost():
     front_end = start()
     xvfb = session.children[-1]
@@ -151,6 +165,8 @@ ENDS = [
     ("a refused connection", refused, 1),
     ("the port held by another program", port_taken, 1),
     ("a deleted icon file", icon_deleted, 1),
+    # Not polling (the panel did not ask), the old front end is asked to quit by the server.
+    ("the update restart", update, 1),
     # The runtime server loses the display too: the front end may lose its connection first.
     ("the display lost", display_lost, (1, -signal.SIGABRT)),
 ]

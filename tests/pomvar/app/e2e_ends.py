@@ -59,12 +59,15 @@ def refused():
     with open(f"{tools}/lsof", "w") as f:
         f.write(f'#!/bin/sh\nout=$(/usr/bin/lsof "$@")\n[ -n "$out" ] && touch {tools}/probed &&\n'
                 f'  while [ ! -e {tools}/closed ]; do sleep 0.01; done\nprintf "%s" "$out"\n')
-    with open(f"{session.prefix}/libexec/pomvar/pomvarsrv", "w") as f:
+    # Renamed into place: the killed server's file may still be busy while it exits.
+    server = f"{session.prefix}/libexec/pomvar/pomvarsrv"
+    with open(server + ".new", "w") as f:
         f.write(f"#!/usr/bin/python3\nimport os, socket, time\ns = socket.create_server("
                 f"('127.0.0.1', 50818))\nwhile not os.path.exists('{tools}/probed'):\n"
                 f"    time.sleep(0.01)\ns.close()\nopen('{tools}/closed', 'w').close()\n")
+    os.replace(server + ".new", server)
     os.chmod(f"{tools}/lsof", 0o755)
-    os.chmod(f"{session.prefix}/libexec/pomvar/pomvarsrv", 0o755)
+    os.chmod(server, 0o755)
     return start_by_hand()
 
 

@@ -50,7 +50,11 @@ DBUS_SESSION_BUS_ADDRESS=$(head -n 1 "$work/bus")
 trayer --edge top --align right --widthtype request --height 28 --SetDockType true \
     --transparent false --tint 0x303030 >"$work/trayer.log" 2>&1 &
 pids+=($!)
-wait_for 100 xdotool search --class trayer || { echo "headless-run: no tray host" >&2; exit 1; }
+wait_for 100 xdotool search --class trayer || {
+    echo "headless-run: no tray host; trayer said:" >&2
+    cat "$work/trayer.log" >&2
+    exit 1
+}
 
 "$bin" "$@" >"$work/pomvar.log" 2>&1 &
 pomvar=$!

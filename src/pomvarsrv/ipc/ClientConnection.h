@@ -45,6 +45,8 @@ private:
     void serveFrame(const std::string& body);
     // Why the first bytes are no request of ours; empty when they may be.
     QString badOpening() const;
+    // Whether the first frame has come in whole, unread until the peer check allows it.
+    bool firstRequestIsIn() const;
 
     QTcpSocket* m_socket;
     RequestHandler& m_handler;

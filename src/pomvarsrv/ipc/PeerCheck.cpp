@@ -15,12 +15,15 @@ PeerCheck::PeerCheck(pid_t frontEnd, QObject* parent)
 
 PeerCheck::~PeerCheck() = default;
 
-QString PeerCheck::refusalOf(std::optional<pid_t> holder)
+std::optional<QString> PeerCheck::refusalOf(std::optional<pid_t> holder)
 {
     if (!holder)
         return QStringLiteral("no process of this user holds its socket");
-    if (SocketOwner::sharesNamespaces(*holder))
-        return {};
+    const std::optional<bool> shares = SocketOwner::sharesNamespaces(*holder);
+    if (!shares)
+        return std::nullopt;
+    if (*shares)
+        return QString();
     return QStringLiteral("process %1 (%2) runs in another user or mount namespace")
         .arg(*holder)
         .arg(QString::fromStdString(SocketOwner::commandName(*holder)));
@@ -38,15 +41,30 @@ void PeerCheck::check(const QTcpSocket& socket, QObject* context, Verdict verdic
     // Inode 0: the peer closed its socket already; who held it cannot be told any longer.
     if (peer->inode == 0)
         return verdict(QStringLiteral("closed before it could be checked"));
-    if (m_frontEnd > 0 && SocketOwner::holds(m_frontEnd, peer->inode))
-        return verdict(refusalOf(m_frontEnd));
+    if (m_frontEnd > 0 && SocketOwner::holds(m_frontEnd, peer->inode)) {
+        if (const auto refusal = refusalOf(m_frontEnd))
+            return verdict(*refusal);
+    }
     const quint64 ticket = ++m_tickets;
     m_waiting.emplace(ticket, Waiting{ context, std::move(verdict) });
-    m_search.find(peer->inode, [this, ticket](std::optional<pid_t> holder) {
+    search(ticket, peer->inode, 0);
+}
+
+void PeerCheck::search(quint64 ticket, SocketOwner::Inode inode, int tries)
+{
+    // The newest holder is found first: often a short-lived child (`cat` in a shell client),
+    // which may end before its namespaces are read. Its parent still holds the socket.
+    constexpr int kMaxTries = 4;
+    m_search.find(inode, [this, ticket, inode, tries](std::optional<pid_t> holder) {
         // On the search thread, which ends before this object does.
+        std::optional<QString> refusal = refusalOf(holder);
+        if (!refusal && tries + 1 < kMaxTries)
+            return search(ticket, inode, tries + 1);
         QMetaObject::invokeMethod(
             this,
-            [this, ticket, refusal = refusalOf(holder)] { decide(ticket, refusal); },
+            [this, ticket, refusal = refusal.value_or(QStringLiteral("its holders ended"))] {
+                decide(ticket, refusal);
+            },
             Qt::QueuedConnection);
     });
 }

@@ -35,8 +35,11 @@ public:
     void check(const QTcpSocket& socket, QObject* context, Verdict verdict);
 
 private:
-    // Why the holder is refused; empty when it shares our namespaces. Any thread.
-    static QString refusalOf(std::optional<pid_t> holder);
+    // Why the holder is refused; empty when it shares our namespaces; nothing when it ended
+    // before it could be looked at, so that another holder is to be found. Any thread.
+    static std::optional<QString> refusalOf(std::optional<pid_t> holder);
+    // Finds the socket's holder on the search thread, then decides.
+    void search(quint64 ticket, SocketOwner::Inode inode, int tries);
     void decide(quint64 ticket, const QString& refusal);
 
     struct Waiting

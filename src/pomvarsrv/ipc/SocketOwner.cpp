@@ -64,11 +64,11 @@ bool anySocket(pid_t pid, const std::function<bool(SocketOwner::Inode)>& each)
     return found;
 }
 
-bool sameFile(const char* a, const char* b)
+struct stat identity(const char* path, bool& ok)
 {
-    struct stat first, second;
-    return ::stat(a, &first) == 0 && ::stat(b, &second) == 0 && first.st_ino == second.st_ino &&
-           first.st_dev == second.st_dev;
+    struct stat info = {};
+    ok = ::stat(path, &info) == 0;
+    return info;
 }
 
 } // namespace
@@ -104,17 +104,21 @@ std::unordered_map<SocketOwner::Inode, pid_t> SocketOwner::findAll(
     return holders;
 }
 
-bool SocketOwner::sharesNamespaces(pid_t pid)
+std::optional<bool> SocketOwner::sharesNamespaces(pid_t pid)
 {
+    bool shares = true;
     for (const char* kind : { "user", "mnt" }) {
         char theirs[64];
         char ours[64];
         std::snprintf(theirs, sizeof theirs, "/proc/%d/ns/%s", static_cast<int>(pid), kind);
         std::snprintf(ours, sizeof ours, "/proc/self/ns/%s", kind);
-        if (!sameFile(theirs, ours))
-            return false;
+        bool readable = false, ourOwn = false;
+        const struct stat their = identity(theirs, readable), our = identity(ours, ourOwn);
+        if (!readable || !ourOwn)
+            return std::nullopt;
+        shares = shares && their.st_ino == our.st_ino && their.st_dev == our.st_dev;
     }
-    return true;
+    return shares;
 }
 
 std::string SocketOwner::commandName(pid_t pid)

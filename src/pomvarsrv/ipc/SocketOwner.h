@@ -26,8 +26,9 @@ public:
     // Whether `pid` holds the socket: a look at that one process's open files.
     static bool holds(pid_t pid, Inode inode);
     // Whether the process runs in this process's user and mount namespaces: a sandbox that
-    // shares the network (Flatpak, bubblewrap, a Snap, a rootless container) does not.
-    static bool sharesNamespaces(pid_t pid);
+    // shares the network (Flatpak, bubblewrap, a Snap, a rootless container) does not. Nothing
+    // when the process is gone: a child that shared its parent's socket often ends first.
+    static std::optional<bool> sharesNamespaces(pid_t pid);
     // The process's command name (/proc/<pid>/comm); empty when it is gone.
     static std::string commandName(pid_t pid);
     // Whether any process of `uid` is named `command`.

@@ -124,20 +124,36 @@ void AppCatalogue::forEachApp(const std::function<void(DesktopApp)>& visit)
     });
 }
 
-std::vector<DesktopApp> AppCatalogue::listApps()
+std::vector<DesktopApp> AppCatalogue::listApps(std::size_t expected)
 {
     // By id first, so that apps of the same name always come in the same order.
     std::vector<DesktopApp> apps;
+    apps.reserve(expected);
     forEachApp([&apps](DesktopApp app) { apps.push_back(std::move(app)); });
-    std::vector<QString> names;
-    names.reserve(apps.size());
-    for (const auto& app : apps)
-        names.push_back(QString::fromStdString(app.name));
-    std::vector<DesktopApp> sorted;
-    sorted.reserve(apps.size());
-    for (const std::size_t i : NameOrder().sorted(names))
-        sorted.push_back(std::move(apps[i]));
-    return sorted;
+    std::vector<std::size_t> order;
+    {
+        std::vector<QString> names;
+        names.reserve(apps.size());
+        for (const auto& app : apps)
+            names.push_back(QString::fromStdString(app.name));
+        order = NameOrder().sorted(names);
+    }
+    // In place, one cycle of the permutation at a time: a second list of thousands of apps
+    // would be the largest allocation of a scan.
+    std::vector<bool> placed(apps.size());
+    for (std::size_t start = 0; start < apps.size(); ++start) {
+        if (placed[start])
+            continue;
+        DesktopApp first = std::move(apps[start]);
+        std::size_t at = start;
+        for (std::size_t from = order[at]; from != start; at = from, from = order[at]) {
+            apps[at] = std::move(apps[from]);
+            placed[at] = true;
+        }
+        apps[at] = std::move(first);
+        placed[at] = true;
+    }
+    return apps;
 }
 
 void AppCatalogue::onMonitorChanged()

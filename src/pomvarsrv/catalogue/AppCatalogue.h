@@ -36,7 +36,7 @@ public:
     static void forEachApp(const std::function<void(DesktopApp)>& visit);
     // The apps to show, in the reading order of their names (NameOrder). Safe on any thread;
     // arms the monitor again.
-    static std::vector<DesktopApp> listApps();
+    static std::vector<DesktopApp> listApps(std::size_t expected = 0);
 
 Q_SIGNALS:
     void changed();

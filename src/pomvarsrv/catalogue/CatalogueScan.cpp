@@ -7,6 +7,8 @@
 #include <QDir>
 #include <QElapsedTimer>
 
+#include <malloc.h>
+
 #include <future>
 
 namespace pomvar::srv {
@@ -125,8 +127,10 @@ CatalogueScan CatalogueScan::runUnlessSame(const QString& themeName,
             summaryOf(count, clock.elapsed(), 0, scan, theme) + QStringLiteral("; unchanged");
         return scan;
     }
+    // The first pass's look-ups are gone: their pages go back before the list is made.
+    ::malloc_trim(0);
     CatalogueScan listed;
-    listed.entries = AppCatalogue::listApps();
+    listed.entries = AppCatalogue::listApps(count);
     addMenuEntries(listed, theme, icons);
     listed.summary = summaryOf(listed.entries.size(), clock.elapsed(), 0, listed, theme);
     return listed;

@@ -1,18 +1,17 @@
 #!/usr/bin/python3
 # The info, about, welcome and updates windows as a screen reader finds them (desktop_session):
 # each window is found by its title, every control in it has a name, the names are the visible
-# labels, and its buttons are pressed through AT-SPI; Escape closes a window. Each carries
-# Pomvar's icon for the taskbar (_NET_WM_ICON).
+# labels, and each carries Pomvar's icon for the taskbar (_NET_WM_ICON). What their buttons and
+# keys do is tst_serverwindows'.
 # usage: a11y_windows.py <pomvarsrv>
 import os, subprocess, sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
-from desktop_session import Atspi, DesktopSession, find, find_all, press, waited  # noqa: E402
+from desktop_session import DesktopSession, find, find_all, press, waited  # noqa: E402
 
 # No store: the welcome shows at the first start.
 session = DesktopSession(entries={
-    "editor": "Name=Editor\nComment=Edit plain text\nCategories=Utility;\n"
-              "Exec=touch {root}/opened",
+    "editor": "Name=Editor\nComment=Edit plain text\nCategories=Utility;\nExec=true",
     "mail": "Name=Mail\nCategories=Network;Email;\nExec=true"})
 session.serve(sys.argv[1])
 with open(os.path.join(os.path.dirname(sys.argv[1]), "version")) as f:
@@ -34,15 +33,13 @@ def window(title, buttons, labels=()):
 
 welcome = window("Welcome to Pomvar", ("Start with categories", "Skip"), ("Welcome to Pomvar",))
 press(find(welcome, "push button", "Start with categories"))
-if not waited(lambda: [c["name"] for c in session.store()["categories"]] == ["Accessories", "Internet"]):
-    session.fail(f"the welcome's categories are {session.store()['categories']}")
+# Its categories, for the windows below.
+if not waited(lambda: session.store().get("categories")):
+    session.fail("the welcome made no categories")
 
 session.request('{\n    "id": "get-info-app",\n    "appkey": "editor.desktop"\n}')
-info = window("Editor Details", ("Open", "Edit…", "Organize…", "Open Containing Folder", "Close"),
-              ("Edit plain text", "editor.desktop", "Accessories"))
-press(find(info, "push button", "Open"))
-if not waited(lambda: os.path.exists(f"{session.root}/opened")):
-    session.fail("Open launched nothing")
+window("Editor Details", ("Open", "Edit…", "Organize…", "Open Containing Folder", "Close"),
+       ("Edit plain text", "editor.desktop", "Accessories"))
 
 session.request('{\n    "id": "get-info-appcat",\n    "appcat": "Internet"\n}')
 category = window("Internet", ("Organize…", "Close"), ("Internet", "1 app"))
@@ -52,8 +49,5 @@ if [row.get_name() for row in find_all(category, "list item")] != ["Mail"]:
 session.request('{\n    "id": "about"\n}')
 window("About Pomvar", ("Close",), (f"Version {version}",))
 session.request('{\n    "id": "check-updates"\n}')
-updates = window("Pomvar Updates", ("Close",), (f"Pomvar {version} is up to date.",))
-Atspi.generate_keyboard_event(0xff1b, None, Atspi.KeySynthType.SYM)  # XK_Escape
-if not waited(lambda: not updates.get_state_set().contains(Atspi.StateType.SHOWING)):
-    session.fail("Escape did not close the updates window")
-session.finish("the welcome, info, about and updates windows are found, named and pressed")
+window("Pomvar Updates", ("Close",), (f"Pomvar {version} is up to date.",))
+session.finish("the welcome, info, about and updates windows are found and named, with their icon")

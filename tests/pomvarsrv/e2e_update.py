@@ -37,13 +37,8 @@ press(session.found(window, "push button", "Restart Pomvar"))
 
 if not waited(lambda: old.poll() is not None, 20):
     session.fail("the old front end did not quit")
-new_pid = waited(lambda: session.front_end_pid(), 30) or session.fail("no new front end")
-try:
-    running = os.readlink(f"/proc/{new_pid}/exe")
-except OSError:
-    session.fail(f"the new front end ({new_pid}) is gone")
-if running != f"{session.prefix}/bin/pomvar":
-    session.fail("the front end running now is not the installed one")
+# Which program the restart starts is tst_updates'.
+waited(lambda: session.front_end_pid(), 30) or session.fail("no new front end")
 # Under the installed icon and the entry the desktop groups it under, with a sound.
 notice = {"summary": "Update Complete", "body": "Pomvar for Linux was successfully updated.",
           "icon": "org.pomvar.Pomvar", "desktop-entry": "org.pomvar.Pomvar", "sound": True}
@@ -56,8 +51,6 @@ def shown():
 
 if not waited(lambda: shown() == [notice], 30):
     session.fail(f"notifications shown: {session.notifications()}")
-if session.ask("check-update-available") != {"isUpdateAvailable": False}:
-    session.fail("the new server still offers an update")
 kept = session.store()
 if {key: kept.get(key) for key in STORE} != STORE or "updatedFrom" in kept:
     session.fail(f"the store changed: {kept}")

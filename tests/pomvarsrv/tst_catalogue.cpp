@@ -111,20 +111,21 @@ private Q_SLOTS:
     void warmCacheRefreshAndClearRecent()
     {
         const QString zeta = icon("zeta.desktop"), wide = icon("ecrire.desktop");
+        const QDateTime rendered = QFileInfo(zeta).lastModified();
         // Only a changed source is rendered again, under a new name.
         QVERIFY(IconFiles::writePng(m_wideIcon, 100, 60));
         QVERIFY(TestDesktop::write(m_desktop.storePath(),
                                    R"({"version": 1, "recent": ["fox.desktop"]})"));
         QVERIFY(restart());
-        QVERIFY2(m_server->log().contains("; 1 icons to render"), qPrintable(m_server->log()));
         QCOMPARE(icon("zeta.desktop"), zeta);
+        QCOMPARE(QFileInfo(zeta).lastModified(), rendered);
         QVERIFY(icon("ecrire.desktop") != wide);
         QTRY_VERIFY_WITH_TIMEOUT(!QFile::exists(wide),
                                  30000); // once rendered anew, the old is gone
         const Json before = ask(rq::getAllAppsMenuData);
         QCOMPARE(ask(rq::getRecentAppsMenuData).size(), std::size_t(1));
         QVERIFY(restart({ "--refresh", "--welcome", "--clear-recent" }));
-        QVERIFY2(!m_server->log().contains("; 0 icons to render"), qPrintable(m_server->log()));
+        QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(zeta).lastModified() > rendered, 30000); // cache emptied
         // Same sources, so the same names: rendered again into the emptied cache.
         JCOMPARE(ask(rq::getAllAppsMenuData), before);
         JCOMPARE(ask(rq::getRecentAppsMenuData), Json::array());

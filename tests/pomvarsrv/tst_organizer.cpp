@@ -97,7 +97,6 @@ private Q_SLOTS:
         const int pane = onPane.toInt();
         OrganizerWindow* window = open(pane, item);
         QVERIFY(window);
-        QCOMPARE(window->windowTitle(), "Pomvar Organizer");
         QTRY_VERIFY(QApplication::focusWidget() &&
                     QApplication::focusWidget()->objectName() == focus);
         if (pane == 0)
@@ -310,15 +309,15 @@ private Q_SLOTS:
     void namesAreCheckedInTheDialog_data()
     {
         // The name typed; the reason shown ("taken <name>": that it exists); the categories after.
+        // The rule is the same dialog's for every opener: each other opener has a row.
         const QString kept = "Games Office Tools", empty = ";A category needs a name.;" + kept;
-        rows({ "opener", "name", "problem", "appcats" }, {});
-        for (const QString opener : { "newCategory", "appNewCategory", "context menu" })
-            rows({},
-                 { opener + ", empty;" + opener + ";   " + empty,
-                   opener + ", taken;" + opener + "; gAMES ;taken Games;" + kept,
-                   opener + ", new;" + opener + "; Music ;;" + kept + " Music" });
-        rows({},
-             { "rename, taken;renameCategory;OFFICE;taken Office;" + kept,
+        rows({ "opener", "name", "problem", "appcats" },
+             { "empty;newCategory;   " + empty,
+               "taken;newCategory; gAMES ;taken Games;" + kept,
+               "new;newCategory; Music ;;" + kept + " Music",
+               "Organize App, taken;appNewCategory;office;taken Office;" + kept,
+               "context menu, new;context menu; Music ;;" + kept + " Music",
+               "rename, taken;renameCategory;OFFICE;taken Office;" + kept,
                "rename, empty;renameCategory;" + empty,
                "rename, case;renameCategory;GAMES;;GAMES Office Tools" });
     }

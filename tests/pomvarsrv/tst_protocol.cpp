@@ -1,17 +1,20 @@
 // The real server over TCP: launching real programs (a D-Bus-activatable one over a private
-// session bus), the search shortcut, a second server on the same port. What each request does is
-// tst_servermodel's; what the server refuses, tst_hostile's.
+// session bus), the search shortcut, a second server on the same port, the store on disk when the
+// server is killed during a burst of changes. What each request does, and what an unreadable store
+// becomes, are tst_servermodel's; what the server refuses, tst_hostile's.
 #include "ServerProcess.h"
 #include "SessionBus.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
-#include "wire/Frame.h"
+#include "pomvarsrv/model/Store.h"
 #include "wire/Protocol.h"
 
 #include <QDir>
+#include <QRandomGenerator>
 #include <QTest>
 
-#include <unistd.h>
+#include <algorithm>
+#include <thread>
 
 using namespace pomvar::test;
 using Json = nlohmann::json;
@@ -99,7 +102,7 @@ private Q_SLOTS:
             QCOMPARE(shortcut.exitCode(), running ? 0 : 1);
             QCOMPARE(shortcut.readAllStandardError().contains("Pomvar is not running"), !running);
         }
-        QTRY_VERIFY(m_server->log().contains("app-search requested"));
+        // That it opens the search window: a11y_search.
     }
 
     void secondServerOnTheSamePortLeaves()
@@ -107,13 +110,72 @@ private Q_SLOTS:
         const QByteArray storeBefore = TestDesktop::read(m_desktop.storePath());
         ServerProcess second(m_desktop);
         QCOMPARE(second.runToExit(m_server->port(), { "--clear-recent", "--refresh" }), 0);
-        QVERIFY2(second.log().contains("already in use"), qPrintable(second.log()));
         // The running server's store and icons are not the leaving one's to touch.
         QCOMPARE(TestDesktop::read(m_desktop.storePath()), storeBefore);
         QVERIFY(!QDir(m_desktop.iconCache()).isEmpty());
         SrvClient client;
         QVERIFY(client.connectTo(m_server->port()));
         QVERIFY(!client.json(rq::plain(rq::getRecentAppsMenuData)).empty());
+    }
+
+    // SIGKILL at random moments of a burst of changes leaves a store that loads and holds the
+    // state before or after the change in flight.
+    void killedDuringABurstOfChanges()
+    {
+        constexpr int kApps = 10, kKills = 4;
+        TestDesktop desktop;
+        for (int i = 0; i < kApps; ++i)
+            QVERIFY(TestDesktop::writeEntry(desktop.systemData(),
+                                            QStringLiteral("app%1.desktop").arg(i),
+                                            "Name=App " + QByteArray::number(i) + "\nExec=true\n"));
+        QVERIFY(TestDesktop::write(desktop.storePath(),
+                                   R"({"version": 1, "categories": [{"name": "Burst"}]})"));
+        // The members of "Burst" as stored; nothing when the store does not load.
+        const auto stored = [&]() -> std::optional<std::vector<std::string>> {
+            const auto store = pomvar::srv::Store::fromJson(nlohmann::json::parse(
+                TestDesktop::read(desktop.storePath()).toStdString(), nullptr, false));
+            const auto* category = store ? store->category("Burst") : nullptr;
+            return category ? std::optional(category->apps) : std::nullopt;
+        };
+        const quint32 seed = QRandomGenerator::global()->generate();
+        qInfo("random seed %u", seed);
+        QRandomGenerator random(seed);
+        std::vector<std::string> confirmed;
+        // Some 200 changes a round; each round but the last is killed during its last change.
+        for (int round = 0; round <= kKills; ++round) {
+            ServerProcess server(desktop);
+            SrvClient client;
+            QVERIFY(server.start() && client.connectTo(server.port()));
+            for (int left = random.bounded(150, 250); left >= 0; --left) {
+                const std::string app = "app" + std::to_string(random.bounded(kApps)) + ".desktop";
+                auto next = confirmed;
+                const auto it = std::find(next.begin(), next.end(), app);
+                const bool set = it == next.end();
+                set ? next.push_back(app) : void(next.erase(it));
+                const std::string body = pomvar::request::toggleSetAppcat(app, "Burst");
+                if (left > 0 || round == kKills) {
+                    JCOMPARE(client.json(body)["isset"], set);
+                    confirmed = std::move(next);
+                    continue;
+                }
+                QVERIFY(client.send(body));
+                // At a random point of its handling.
+                std::this_thread::sleep_for(std::chrono::microseconds(random.bounded(3000)));
+                server.kill();
+                const auto kept = stored();
+                QVERIFY2(kept == confirmed || kept == next,
+                         "the store is neither before nor after");
+                confirmed = *kept;
+            }
+            if (round == kKills) {
+                client.close();
+                QCOMPARE(server.quit(), 0);
+                QVERIFY(stored() == confirmed);
+            }
+        }
+        // Interrupted writes leave no debris beside the store.
+        QCOMPARE(QFileInfo(desktop.storePath()).dir().entryList(QDir::Files | QDir::Hidden),
+                 QStringList{ QStringLiteral("pomvarsrv.json") });
     }
 
 private:

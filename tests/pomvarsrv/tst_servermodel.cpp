@@ -1,20 +1,28 @@
-// The server's model in-process: the store and its file, the payloads, the flags every change
-// sets and a report clears, renames reported once, every change saved. The requests are
-// tst_requests'; the new-category prompt is tst_organizer's, with the organizer's own name
-// dialogs.
+// The server's model and requests in-process: the store and its file, the payloads, the flags
+// every change sets and a report clears, renames reported once, every change saved; every request
+// text the front end writes read back by the parser, the bodies refused, which requests are
+// answered and what they ask of the rest of the server. Framing and connections are
+// tst_protocol's, over TCP; the new-category prompt is tst_organizer's.
 #include "SrvClient.h"
 #include "TestDesktop.h"
+#include "pomvarsrv/ipc/RequestHandler.h"
+#include "pomvarsrv/ipc/RequestParser.h"
+#include "pomvarsrv/ipc/ServerActions.h"
 #include "pomvarsrv/model/ServerModel.h"
 #include "pomvarsrv/model/StoreFile.h"
+#include "wire/Protocol.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
+
 using namespace pomvar;
 using namespace pomvar::srv;
 using Json = nlohmann::json;
 using Flags = MenuDataStatus;
+namespace rq = pomvar::request;
 
 namespace {
 
@@ -27,6 +35,41 @@ InstalledApps threeApps()
                            { "b.desktop", kOdd, "b", "/i/b24.png", "/i/b48.png" },
                            { "c.desktop", "Gamma", "c", "/i/c24.png", "/i/c48.png" } });
 }
+
+// The actions a request asks of the rest of the server, as lines.
+struct RecordedActions : ServerActions
+{
+    QStringList calls;
+    void launch(const QString& appkey) override { calls << "launch " + appkey; }
+    void askNewCategory(const QString& appkey) override { calls << "new category " + appkey; }
+    void showSearch() override { calls << "search"; }
+    void placeSearch(int x, int y) override
+    {
+        calls << QStringLiteral("place %1 %2").arg(x).arg(y);
+    }
+    quint64 showSearchAt(int x, int y) override
+    {
+        calls << QStringLiteral("search at %1 %2").arg(x).arg(y);
+        return 42;
+    }
+    void typeInSearch(int key, int modifiers, const QString& text) override
+    {
+        calls << QStringLiteral("key %1 %2 %3").arg(key).arg(modifiers).arg(text);
+    }
+    void endTyping() override { calls << "typed"; }
+    void setActivationToken(const QString& token) override { calls << "token " + token; }
+    void showOrganizer(int pane, const QString& item) override
+    {
+        calls << QStringLiteral("organizer %1 %2").arg(pane).arg(item);
+    }
+    void showAppInfo(const QString& appkey) override { calls << "app info " + appkey; }
+    void showCategoryInfo(const QString& appcat) override { calls << "category info " + appcat; }
+    void showAbout() override { calls << "about"; }
+    void showUpdates() override { calls << "updates"; }
+    void quit() override { calls << "quit"; }
+    bool isUpdateAvailable() const override { return false; }
+    std::string_view updateStatus() const override { return "noUpdate"; }
+};
 
 } // namespace
 
@@ -228,6 +271,151 @@ private Q_SLOTS:
         JCOMPARE(all[1]["iconpath2x"], dir.filePath("g48.png").toStdString());
         QVERIFY(model.takeFlags() == Flags{});
         QCOMPARE(renders, 1);
+    }
+
+    // Every request text the front end writes, read back by the server's parser: values with
+    // quotes, backslashes, JSON escapes and the request's own closing text pasted in; then plain
+    // JSON, and the bodies refused for not being well-formed requests.
+    void requestTextsRoundTrip()
+    {
+        const auto check = [](const std::string& body, const std::optional<Request>& expected) {
+            QVERIFY2(RequestParser::parse(body) == expected, body.c_str());
+        };
+        check(rq::plain(rq::quit), Request{ .id = "quit" });
+        // A quote, a trailing backslash, JSON escapes, each request's closing text, empty.
+        for (const std::string v :
+             { "we\"ird\\", "a\\nb\\\"c\\u0041", "x\"\n}", "y\"\n }   ", "" }) {
+            for (const auto& [build, id] :
+                 { std::pair(&rq::launch, "launch"),
+                   { &rq::getInfoApp, "get-info-app" },
+                   { &rq::togglePinApp, "toggle-pin-app" },
+                   { &rq::createNewAppcatCxtmnu, "create-new-appcat-cxtmnu" } })
+                check(build(v), Request{ .id = id, .appkey = v });
+            check(rq::getInfoAppcat(v), Request{ .id = "get-info-appcat", .appcat = v });
+            check(rq::toggleSetAppcat(v, v),
+                  Request{ .id = "toggle-set-appcat", .appkey = v, .appcat = v });
+            // An empty item key goes out as null.
+            check(rq::organizer(OrganizerDlgMode::organizeApp, v),
+                  Request{ .id = "organizer",
+                           .pane = 1,
+                           .itemkey = v.empty() ? std::nullopt : std::optional(v) });
+            check(rq::placePinnedApp(v, "\t"),
+                  Request{ .id = "place-pinned-app", .appkey = v, .beforekey = "\t" });
+            check(rq::placeAppcat(v, v),
+                  Request{ .id = "place-appcat", .appcat = v, .beforekey = v });
+            check(rq::placeAppcatApp(v, v, ""),
+                  Request{ .id = "place-appcat-app", .appkey = v, .appcat = v, .beforekey = "" });
+            // The search's requests are JSON: their strings come back as they were.
+            check(rq::appSearchKey(65, 0x04000000, v),
+                  Request{ .id = "app-search-key", .key = 65, .modifiers = 0x04000000, .text = v });
+            check(rq::activationToken(v), Request{ .id = "activation-token", .token = v });
+        }
+        check(rq::appSearchAt(-5, 7), Request{ .id = "app-search-at", .x = -5, .y = 7 });
+        check(rq::appSearchPlace(3, 4), Request{ .id = "app-search-place", .x = 3, .y = 4 });
+        check("{\"appkey\": \"x\\\"y\", \"id\": \"launch\"}",
+              Request{ .id = "launch", .appkey = "x\"y" });
+        check(R"({"id": "organizer", "pane": 0, "itemkey": null})",
+              Request{ .id = "organizer", .pane = 0 });
+        // Anything else is refused: a known id needs exactly its fields, of their types.
+        for (const std::string refused : { "garbage",
+                                           "[1,2,3]",
+                                           "{\"id\": 5}",
+                                           "{\n    \"id\": \"",
+                                           "{\"id\": \"make-coffee\"}",
+                                           "{\n    \"id\": \"toggle-set-appcat\",\n    \"app",
+                                           "{\n    \"id\": \"launch\"\n}",
+                                           R"({"id": "launch"})",
+                                           R"({"id": "quit", "appkey": "x"})",
+                                           R"({"id": "launch", "appkey": 1})",
+                                           R"({"id": "organizer", "pane": "1", "itemkey": null})",
+                                           R"({"id": "organizer", "pane": 1})",
+                                           R"({"id": "place-appcat", "appcat": "G"})",
+                                           R"({"id": "app-search-at", "x": 1, "y": "2"})",
+                                           R"({"id": "app-search-key", "key": 1, "text": ""})",
+                                           "{\n    \"id\": \"organizer\",\n    \"pane\": x" })
+            check(refused, std::nullopt);
+    }
+    void onlyAwaitedRequestsAreAnswered()
+    {
+        ServerModel model;
+        model.setApps(threeApps());
+        model.createCategoryWith("Tools", "c.desktop");
+        model.takeFlags();
+        RecordedActions actions;
+        RequestHandler handler(model, actions);
+        // "id|appkey|appcat"; the reply, or null for none.
+        const auto reply = [&](const QString& text) {
+            const QStringList parts = text.split(u'|');
+            const auto r = handler.handle({ .id = parts[0].toStdString(),
+                                            .appkey = parts.value(1).toStdString(),
+                                            .appcat = parts.value(2).toStdString() });
+            return Json::parse(r.value_or("null"));
+        };
+        // The menus' payloads, over the wire, are the in-process tests'.
+        Json replies;
+        const QString texts =
+            "get-app-status get-user-prefs check-update-available get-app-update-status "
+            "toggle-set-appcat|a.desktop|Tools toggle-set-appcat|gone.desktop|Tools "
+            "toggle-pin-app|b.desktop get-menu-data-modified-status launch|a.desktop "
+            "launch|gone.desktop create-new-appcat-cxtmnu|c.desktop make-coffee quit "
+            "create-new-appcat-cxtmnu|gone.desktop";
+        for (const QString& text : texts.split(u' '))
+            replies.push_back(reply(text));
+        for (const Request& request :
+             { Request{ .id = "app-search-place", .x = 1, .y = 2 },
+               Request{ .id = "app-search-at", .x = 3, .y = 4 },
+               Request{ .id = "app-search-key", .key = 65, .modifiers = 0, .text = "a" },
+               Request{ .id = "app-search-typed" },
+               Request{ .id = "activation-token", .token = "t_TIME9" } })
+            replies.push_back(Json::parse(handler.handle(request).value_or("null")));
+        JCOMPARE(replies, Json::parse(R"([{"ready": true, "updateFinished": false},
+            {"MenuDensity": 0, "AnimationFx": true, "SaveExpAppCats": true, "SaveLastMenu": true,
+             "OneExpAppCat": false}, {"isUpdateAvailable": false}, {"status": "noUpdate"},
+            {"isset": true}, {"isset": false}, null, {"appFolderModified": false,
+             "recentAppsModified": false, "appcatsModified": true, "pinnedAppsModified": true},
+            null, null, null, null, null, null, null, {"window": 42}, null, null, null])"));
+        QCOMPARE(actions.calls,
+                 QStringList({ "launch a.desktop",
+                               "new category c.desktop",
+                               "quit",
+                               "place 1 2",
+                               "search at 3 4",
+                               "key 65 0 a",
+                               "typed",
+                               "token t_TIME9" }));
+    }
+
+    // The panel's drops change the store and raise the flags exactly as the organizer's calls.
+    void dropsChangeTheStoreAsTheOrganizer()
+    {
+        using Call = std::function<bool(ServerModel&)>;
+        const std::pair<std::string, Call> cases[] = {
+            { rq::placePinnedApp("c.desktop", "a.desktop"),
+              [](ServerModel& m) { return m.placePins({ "c.desktop" }, "a.desktop"); } },
+            { rq::placePinnedApp("a.desktop", ""),
+              [](ServerModel& m) { return m.placePins({ "a.desktop" }, ""); } },
+            { rq::placeAppcat("Tools", "Games"),
+              [](ServerModel& m) { return m.placeCategories({ "Tools" }, "Games"); } },
+            { rq::placeAppcatApp("b.desktop", "Games", "a.desktop"),
+              [](ServerModel& m) {
+                  return m.placeMembers("Games", { "b.desktop" }, "a.desktop");
+              } },
+        };
+        ServerModel base;
+        base.setApps(threeApps());
+        base.placePins({ "a.desktop", "b.desktop" }, "");
+        base.createCategoryWith("Games", "a.desktop");
+        base.createCategoryWith("Tools", "c.desktop");
+        base.takeFlags();
+        RecordedActions actions;
+        for (const auto& [text, call] : cases) {
+            ServerModel viaPanel = base, viaOrganizer = base;
+            RequestHandler(viaPanel, actions).handle(*RequestParser::parse(text));
+            QVERIFY2(call(viaOrganizer), text.c_str());
+            QVERIFY(viaPanel.store() == viaOrganizer.store());
+            QVERIFY(viaPanel.takeFlags() == viaOrganizer.takeFlags());
+        }
+        QVERIFY(actions.calls.isEmpty());
     }
 };
 

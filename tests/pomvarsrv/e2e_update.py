@@ -37,7 +37,7 @@ press(session.found(window, "push button", "Restart Pomvar"))
 
 if not waited(lambda: old.poll() is not None, 20):
     session.fail("the old front end did not quit")
-# Which program the restart starts is tst_updates'.
+# Which program the restart starts is tst_serverwindows'.
 waited(lambda: session.front_end_pid(), 30) or session.fail("no new front end")
 # Under the installed icon and the entry the desktop groups it under, with a sound.
 notice = {"summary": "Update Complete", "body": "Pomvar for Linux was successfully updated.",

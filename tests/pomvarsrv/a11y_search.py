@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # The search window as a screen reader finds it (desktop_session): the window, its field and its
 # list are found by name, every control has one, and the rows read as the apps' names. Typing,
-# ranking and launching are tst_searchwindow's.
+# ranking and launching are tst_serverwindows'.
 # usage: a11y_search.py <pomvarsrv>
 import os, subprocess, sys
 

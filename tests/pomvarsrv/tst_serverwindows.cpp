@@ -1,14 +1,19 @@
-// The info, about, welcome and updates windows of a server run in-process over real desktop
-// entries, opened by their requests over the wire and driven by keys: what each shows, one window
-// per kind switched by the next request, Escape, and what their buttons do. The server starts on an
-// empty store, so the welcome shows at once; its categories are read back over the wire. The
-// options that start it: --welcome and the port. Updates the Linux way, the server's install folder
-// a temporary one: the version file installed there against the running version, over the wire
-// and in the updates window; a change of the folder noticed while the window is open; the wait for
-// the front end to go; the restart into the installed front end and "updateFinished" once after
-// it, last; what may be started as the front end.
+// The server's windows, in a server run in-process over real desktop entries, opened by their
+// requests over the wire and driven by keys: what each shows, one window per kind switched by the
+// next request, Escape, and what their buttons do. The server starts on an empty store, so the
+// welcome shows at once; its categories are read back over the wire. The options that start it:
+// --welcome and the port. The search window launches through the same path as "launch" (Recent,
+// read back over the wire), lists and launches an app's desktop actions, closes when it loses the
+// focus; rows draw the icon file for the display's scale, the highlighted one readable under a
+// light and a dark palette; an expression's answer comes first and Enter copies it. Updates the
+// Linux way, the install folder a temporary one: the version file installed there against the
+// running version, over the wire and in the updates window; a change of the folder noticed while
+// the window is open; the wait for the front end to go; what may be started as the front end; the
+// restart into the installed front end and "updateFinished" once after it, last.
 #include "ChildProcess.h"
+#include "IconFiles.h"
 #include "InProcessServer.h"
+#include "Palettes.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/app/FrontEndExit.h"
@@ -16,6 +21,7 @@
 #include "pomvarsrv/catalogue/AutostartEntry.h"
 #include "pomvarsrv/ui/AppInfoWindow.h"
 #include "pomvarsrv/ui/CategoryInfoWindow.h"
+#include "pomvarsrv/ui/SearchResultDelegate.h"
 #include "pomvarsrv/ui/SearchResults.h"
 #include "wire/InstallPaths.h"
 #include "wire/Protocol.h"
@@ -24,11 +30,13 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QDesktopServices>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QtTest>
@@ -51,9 +59,13 @@ public Q_SLOTS:
 private Q_SLOTS:
     void initTestCase()
     {
+        // Two programs that note their first argument in a file of that name beside them; the
+        // search's finds its apps by its name.
+        m_opener = m_desktop.root() + "/bin/opener";
         m_marker = m_desktop.root() + "/bin/marker";
-        QVERIFY(TestDesktop::write(m_marker, "#!/bin/sh\ntouch \"$0.$1\"\n", true));
-        const QByteArray exec = "Exec=" + m_marker.toUtf8();
+        for (const QString& program : { m_opener, m_marker })
+            QVERIFY(TestDesktop::write(program, "#!/bin/sh\ntouch \"$0.$1\"\n", true));
+        const QByteArray exec = "Exec=" + m_opener.toUtf8(), mark = "Exec=" + m_marker.toUtf8();
         const std::pair<const char*, QByteArray> entries[] = {
             { "editor",
               "Name=Editor\nGenericName=Text Editor\nComment=Edit plain text\n" + exec +
@@ -64,6 +76,12 @@ private Q_SLOTS:
             { "panel", "Name=Control Panel\n" + exec + " panel\nCategories=Settings;System;" },
             { "music", "Name=Music\n" + exec + " music\nCategories=Audio;AudioVideo;" },
             { "plain", "Name=Plain\n" + exec + " plain" },
+            { "marker", "Name=Marker\nComment=Leaves a mark\n" + mark + " app" },
+            { "browser",
+              "Name=Browser\nGenericName=Web Browser\n" + mark +
+                  " browser\nActions=new-window;\n[Desktop Action new-window]\nName=New Window\n" +
+                  mark + " window" },
+            { "marble", "Name=Marble\n" + mark + " marble" },
         };
         for (const auto& [id, lines] : entries)
             QVERIFY(TestDesktop::writeEntry(
@@ -112,6 +130,139 @@ private Q_SLOTS:
         }
     }
 
+    // The search window, before anything is launched.
+    void keysSearchLaunchAndShowActions()
+    {
+        QLineEdit* field = openSearch();
+        QVERIFY(field);
+        auto* window = field->window();
+        auto* list = window->findChild<QListView*>();
+        QTest::keyClicks(field, "mar");
+        // Name prefixes, in catalogue order, then the program that all three run.
+        QCOMPARE(rowNames(list), (QStringList{ "Marble", "Marker", "Browser" }));
+        // End, Page Up, Home and Page Down move through the results.
+        for (const auto& [key, row] : { std::pair(Qt::Key_End, 2),
+                                        { Qt::Key_PageUp, 0 },
+                                        { Qt::Key_PageDown, 2 },
+                                        { Qt::Key_Home, 0 } }) {
+            QTest::keyClick(field, key);
+            QCOMPARE(list->currentIndex().row(), row);
+        }
+        // Down, Enter: the second launches, through the wire's "launch" path.
+        QTest::keyClick(field, Qt::Key_Down);
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_VERIFY(QFile::exists(m_marker + ".app"));
+        QVERIFY(!window->isVisible());
+        const nlohmann::json recent = m_server.ask(rq::plain(rq::getRecentAppsMenuData));
+        QCOMPARE(recent[0]["appkey"], "marker.desktop");
+
+        // A second request shows the same window, its text selected; the empty query lists Recent.
+        QCOMPARE(openSearch(), field);
+        QCOMPARE(field->selectedText(), "mar");
+        QTest::keyClick(field, Qt::Key_Escape);
+        QVERIFY(field->text().isEmpty() && window->isVisible());
+        QCOMPARE(rowNames(list), QStringList{ "Marker" });
+        // Right at the end of the text lists the actions; Left goes back; Enter launches one.
+        QTest::keyClicks(field, "web");
+        QTest::keyClick(field, Qt::Key_Right);
+        QCOMPARE(rowNames(list), QStringList{ "New Window" });
+        QTest::keyClick(field, Qt::Key_Left);
+        QCOMPARE(rowNames(list), QStringList{ "Browser" });
+        QTest::keyClick(field, Qt::Key_Return, Qt::AltModifier);
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_VERIFY(QFile::exists(m_marker + ".window"));
+        // Ctrl+1 and Ctrl+2 launch the first and the second result: Marker, used now, before
+        // Marble. Escape on an empty field closes.
+        for (const auto& [key, mark] : { std::pair(Qt::Key_1, ".app"), { Qt::Key_2, ".marble" } }) {
+            QVERIFY(QFile::remove(m_marker + mark) || !QFile::exists(m_marker + mark));
+            openSearch();
+            QTest::keyClicks(field, "mar");
+            QTest::keyClick(field, key, Qt::ControlModifier);
+            QTRY_VERIFY(QFile::exists(m_marker + mark));
+        }
+        // An expression: the calculator's answer comes first, selected; Enter copies it.
+        openSearch();
+        QTest::keyClicks(field, "2*(3+4)");
+        QTRY_COMPARE(rowNames(list).value(0), "14");
+        QCOMPARE(list->currentIndex().row(), 0);
+        QTest::keyClick(field, Qt::Key_Return);
+        QCOMPARE(QGuiApplication::clipboard()->text(), "14");
+        openSearch();
+        field->clear();
+        QTest::keyClick(field, Qt::Key_Escape);
+        QVERIFY(!window->isVisible());
+    }
+
+    void clicksAndFocusLoss()
+    {
+        QLineEdit* field = openSearch();
+        QVERIFY(field);
+        auto* list = field->window()->findChild<QListView*>();
+        QTest::keyClicks(field, "browser");
+        // A right-click shows the actions, as the window system delivers it.
+        const QPoint row = list->visualRect(list->model()->index(0, 0)).center();
+        QTest::mouseClick(field->window()->windowHandle(),
+                          Qt::RightButton,
+                          {},
+                          list->viewport()->mapTo(field->window(), row));
+        QTRY_COMPARE(rowNames(list), QStringList{ "New Window" });
+        // Another window taking the focus closes it.
+        QWidget other;
+        other.show();
+        other.activateWindow();
+        QTRY_VERIFY(!field->window()->isVisible());
+        // A click launches.
+        QVERIFY(QFile::remove(m_marker + ".app") || !QFile::exists(m_marker + ".app"));
+        QCOMPARE(openSearch(), field);
+        QTest::keyClicks(field, "marker");
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, row);
+        QTRY_VERIFY(QFile::exists(m_marker + ".app"));
+    }
+
+    void resultsReadOnTheHighlight()
+    {
+        QLineEdit* field = openSearch();
+        QVERIFY(field);
+        auto* list = field->window()->findChild<QListView*>();
+        QTest::keyClicks(field, "marker");
+        for (const QPalette& palette : { lightPalette(), darkPalette() }) {
+            list->setPalette(palette);
+            const QImage row =
+                list->viewport()->grab(list->visualRect(list->currentIndex())).toImage();
+            const QColor highlight = palette.color(QPalette::Highlight);
+            QCOMPARE(row.pixelColor(row.width() - 4, 2), highlight);
+            // "Marker", then "Leaves a mark", right of the icon.
+            const int left = int(44 * row.devicePixelRatio()), half = row.height() / 2;
+            for (const int top : { 0, half })
+                QVERIFY(textContrast(row, QRect(left, top, row.width() - left, half), highlight) >=
+                        4.5);
+        }
+        field->window()->close();
+    }
+
+    void rowsDrawTheIconFileForTheScale()
+    {
+        QTemporaryDir dir;
+        const QString small = dir.filePath("24.png"), large = dir.filePath("48.png");
+        QVERIFY(IconFiles::writePng(small, 24, 24, Qt::red) &&
+                IconFiles::writePng(large, 48, 48, Qt::blue));
+        SearchResults model;
+        model.setRows({ { "k", "Name", "Detail", small, large } });
+        SearchResultDelegate delegate;
+        for (const auto& [ratio, colour] : { std::pair(1.0, QColor(Qt::red)), { 2.0, Qt::blue } }) {
+            QImage image(QSize(600, 44) * ratio, QImage::Format_ARGB32);
+            image.setDevicePixelRatio(ratio);
+            image.fill(Qt::white);
+            QPainter painter(&image);
+            QStyleOptionViewItem option;
+            option.rect = QRect(0, 0, 600, 44);
+            option.state = QStyle::State_Enabled;
+            delegate.paint(&painter, option, model.index(0));
+            painter.end();
+            QCOMPARE(image.pixelColor(QPoint(22, 22) * ratio), colour);
+        }
+    }
+
     // POMVARSRV_PORT, for tests, when it holds a valid port; the runtime port otherwise.
     void portOption()
     {
@@ -133,7 +284,7 @@ private Q_SLOTS:
             << "editor.desktop"
             << "appName=Editor;appGenericName=Text Editor;appComment=Edit plain text;appId=editor."
                "desktop;appPath=" +
-                   path + ";appCommand=" + m_marker +
+                   path + ";appCommand=" + m_opener +
                    " editor;appCategories=GTK, Utility, TextEditor;appTerminal=No;appPinned=Yes;"
                    "appPomvarCategories=Accessories";
         QTest::newRow("in a terminal")
@@ -183,7 +334,7 @@ private Q_SLOTS:
                      rq::getInfoApp("editor.desktop"), "appInfo", "Editor Details"),
                  window);
         QTest::keyClick(window, Qt::Key_Return);
-        QTRY_VERIFY(QFile::exists(m_marker + ".editor"));
+        QTRY_VERIFY(QFile::exists(m_opener + ".editor"));
         JCOMPARE(m_server.ask(rq::plain(rq::getRecentAppsMenuData))[0]["appkey"], "editor.desktop");
         // An unknown key says so; Escape closes.
         QCOMPARE(
@@ -222,7 +373,7 @@ private Q_SLOTS:
         type("editCommand", "echo $HOME");
         QCOMPARE(editor->findChild<QLabel*>("editProblem")->text(),
                  "\u201c$\u201d must be inside double quotes.");
-        type("editCommand", m_marker + " writer %F");
+        type("editCommand", m_opener + " writer %F");
         QVERIFY(!editor->isVisible());
         const QString copy = m_desktop.dataHome() + "/applications/editor.desktop";
         const auto valid = runChild("desktop-file-validate", { copy });
@@ -230,7 +381,7 @@ private Q_SLOTS:
                  valid.out.constData());
         QVERIFY(TestDesktop::read(copy).contains(QByteArray(
             "Name=Writer\nGenericName=Text Editor\nComment=Edit plain text\nExec=" +
-            m_marker.toUtf8() + " writer %F\nCategories=GTK;Utility;TextEditor;Development;\n")));
+            m_opener.toUtf8() + " writer %F\nCategories=GTK;Utility;TextEditor;Development;\n")));
         // All Apps' name of the app, and the window's title.
         const auto shown = [&]() -> QString {
             for (const Json& app : m_server.ask(rq::plain(rq::getAllAppsMenuData)))
@@ -488,6 +639,24 @@ private:
         return window->findChild<QLabel*>("updatesText")->text();
     }
 
+    // Sends "app-search" over the wire; the window's field once it is shown and focused.
+    QLineEdit* openSearch()
+    {
+        if (!m_server.send(rq::plain(rq::appSearch)))
+            return nullptr;
+        QWidget* window = InProcessServer::waitForWindow("searchWindow");
+        auto* field = window ? window->findChild<QLineEdit*>() : nullptr;
+        return field && QTest::qWaitFor([&] { return field->hasFocus(); }) ? field : nullptr;
+    }
+
+    static QStringList rowNames(QListView* list)
+    {
+        QStringList names;
+        for (int row = 0; row < list->model()->rowCount(); ++row)
+            names << list->model()->index(row, 0).data(Qt::AccessibleTextRole).toString();
+        return names;
+    }
+
     // How often the three menus and the search window's results for "edit" name the editor.
     int editorShown() const
     {
@@ -533,7 +702,7 @@ private:
 
     TestDesktop m_desktop;
     QTemporaryDir m_prefix;
-    QString m_marker;
+    QString m_opener, m_marker;
     QUrl m_opened;
     bool m_pinned = false;
     InProcessServer m_server;

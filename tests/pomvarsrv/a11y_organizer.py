@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 # The organizer as a screen reader finds it (desktop_session): a window whose panes, lists, rows,
 # buttons and check boxes are found by their visible names, none unnamed. What the controls do is
-# tst_organizer's.
+# tst_serverwindows'.
 # usage: a11y_organizer.py <pomvarsrv>
 import json, os, sys
 

@@ -2,7 +2,7 @@
 // every change sets and a report clears, renames reported once, every change saved; every request
 // text the front end writes read back by the parser, the bodies refused, which requests are
 // answered and what they ask of the rest of the server. Framing and connections are
-// tst_protocol's, over TCP; the organizer's name dialogs are tst_serverwindows'.
+// tst_catalogue's, over TCP; the organizer's name dialogs are tst_serverwindows'.
 #include "SrvClient.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/ipc/RequestHandler.h"

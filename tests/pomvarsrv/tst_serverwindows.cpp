@@ -117,19 +117,16 @@ private Q_SLOTS:
                   " browser\nActions=new-window;\n[Desktop Action new-window]\nName=New Window\n" +
                   mark + " window" },
             { "marble", "Name=Marble\n" + mark + " marble" },
+            // The organizer's.
+            { "alpha", "Name=Alpha\nExec=true" },
+            { "beta", "Name=Beta\nExec=true" },
+            { "gamma", "Name=Gamma\nExec=true" },
+            { "delta", "Name=Delta\nExec=true\nGenericName=Spreadsheet" },
+            { "epsilon", "Name=Epsilon\nExec=true" },
         };
         for (const auto& [id, lines] : entries)
             QVERIFY(TestDesktop::writeEntry(
                 m_desktop.systemData(), QString::fromLatin1(id) + ".desktop", lines));
-        // The organizer's.
-        for (const char* name : { "Alpha", "Beta", "Gamma", "Delta", "Epsilon" }) {
-            const QString id = QString::fromLatin1(name).toLower();
-            QVERIFY(TestDesktop::writeEntry(
-                m_desktop.systemData(),
-                id + ".desktop",
-                QByteArray("Name=") + name +
-                    "\nExec=true\nGenericName=" + (id == "delta" ? "Spreadsheet" : "Thing")));
-        }
         // <prefix>/bin/pomvar, the installed front end, notes that it was started.
         QVERIFY(TestDesktop::write(
             m_prefix.filePath("bin/pomvar"), "#!/bin/sh\ntouch \"$0.started\"\n", true));
@@ -148,8 +145,8 @@ private Q_SLOTS:
                      qPrintable(label->objectName()));
         QTest::keyClick(welcome, Qt::Key_Return); // "Start with categories", the default
         QVERIFY(!welcome->isVisible());
-        JCOMPARE(m_server.ask(rq::plain(rq::getMenuDataModifiedStatus))["appcatsModified"], true);
-        const Json myApps = m_server.ask(rq::plain(rq::getMyAppsMenuData));
+        JCOMPARE(ask(rq::getMenuDataModifiedStatus)["appcatsModified"], true);
+        const Json myApps = ask(rq::getMyAppsMenuData);
         JCOMPARE(myApps["appcats"],
                  Json::parse(R"(["Accessories", "Settings", "Sound & Video", "System"])"));
         Json members;
@@ -197,7 +194,7 @@ private Q_SLOTS:
         QTest::keyClick(field, Qt::Key_Return);
         QTRY_VERIFY(QFile::exists(m_marker + ".app"));
         QVERIFY(!window->isVisible());
-        const nlohmann::json recent = m_server.ask(rq::plain(rq::getRecentAppsMenuData));
+        const nlohmann::json recent = ask(rq::getRecentAppsMenuData);
         QCOMPARE(recent[0]["appkey"], "marker.desktop");
 
         // A second request shows the same window, its text selected; the empty query lists Recent.
@@ -379,7 +376,7 @@ private Q_SLOTS:
                  window);
         QTest::keyClick(window, Qt::Key_Return);
         QTRY_VERIFY(QFile::exists(m_opener + ".editor"));
-        JCOMPARE(m_server.ask(rq::plain(rq::getRecentAppsMenuData))[0]["appkey"], "editor.desktop");
+        JCOMPARE(ask(rq::getRecentAppsMenuData)[0]["appkey"], "editor.desktop");
         // An unknown key says so; Escape closes.
         QCOMPARE(
             openWindow<AppInfoWindow>(rq::getInfoApp("gone.desktop"), "appInfo", "App Details"),
@@ -428,7 +425,7 @@ private Q_SLOTS:
             m_opener.toUtf8() + " writer %F\nCategories=GTK;Utility;TextEditor;Development;\n")));
         // All Apps' name of the app, and the window's title.
         const auto shown = [&]() -> QString {
-            for (const Json& app : m_server.ask(rq::plain(rq::getAllAppsMenuData)))
+            for (const Json& app : ask(rq::getAllAppsMenuData))
                 if (app["appkey"] == "editor.desktop")
                     return QString::fromStdString(app["name"]) + " " + window->windowTitle();
             return QString();
@@ -876,9 +873,8 @@ private Q_SLOTS:
         QFETCH(bool, newer);
         QFile::remove(versionFile());
         QVERIFY(installed.isEmpty() || TestDesktop::write(versionFile(), installed));
-        JCOMPARE(m_server.ask(rq::plain(rq::checkUpdateAvailable))["isUpdateAvailable"], newer);
-        JCOMPARE(m_server.ask(rq::plain(rq::getAppUpdateStatus))["status"],
-                 newer ? "updateAvailable" : "noUpdate");
+        JCOMPARE(ask(rq::checkUpdateAvailable)["isUpdateAvailable"], newer);
+        JCOMPARE(ask(rq::getAppUpdateStatus)["status"], newer ? "updateAvailable" : "noUpdate");
         QWidget* window = openUpdates();
         QVERIFY(window);
         QCOMPARE(text(window),
@@ -1026,7 +1022,7 @@ private:
     void useStore()
     {
         m_server.app().model().setStore(*Store::fromJson(Json::parse(kStore)));
-        m_server.ask(rq::plain(rq::getMyAppsMenuData));
+        ask(rq::getMyAppsMenuData);
     }
 
     // Sends the request for that pane and item; the window once it shows them. An open window
@@ -1144,10 +1140,7 @@ private:
         for (QWidget* window : QApplication::topLevelWidgets())
             if (window->objectName() == "updatesWindow")
                 window->close();
-        if (!m_server.send(rq::plain(rq::checkUpdates)))
-            return nullptr;
-        QWidget* window = InProcessServer::waitForWindow("updatesWindow");
-        return window && QTest::qWaitForWindowActive(window) ? window : nullptr;
+        return openWindow<QWidget>(rq::plain(rq::checkUpdates), "updates", "Pomvar Updates");
     }
     static QString text(QWidget* window)
     {
@@ -1173,20 +1166,18 @@ private:
     }
 
     // How often the three menus and the search window's results for "edit" name the editor.
-    int editorShown() const
+    int editorShown()
     {
         std::string named;
         for (const auto id :
              { rq::getAllAppsMenuData, rq::getRecentAppsMenuData, rq::getMyAppsMenuData })
-            named += m_server.ask(rq::plain(id)).dump();
-        if (!m_server.send(rq::plain(rq::appSearch)))
-            return -1;
-        QWidget* search = InProcessServer::waitForWindow("searchWindow");
-        search->findChild<QLineEdit*>("searchField")->setText("edit");
-        const QAbstractItemModel* results = search->findChild<QListView*>()->model();
+            named += ask(id).dump();
+        QLineEdit* field = openSearch();
+        field->setText("edit");
+        const QAbstractItemModel* results = field->window()->findChild<QListView*>()->model();
         for (int row = 0; row < results->rowCount(); ++row)
             named += results->index(row, 0).data(SearchResults::KeyRole).toString().toStdString();
-        search->close();
+        field->window()->close();
         return int(QString::fromStdString(named).count("editor.desktop"));
     }
 

@@ -61,7 +61,7 @@ class TestRuntimeLink : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void awaitedRepliesComeBackWholeAndInOrder()
+    void awaitedRepliesComeBackWholeInOrderAndTyped()
     {
         FakeRuntimeServer server;
         QVERIFY(server.listen());
@@ -90,6 +90,17 @@ private Q_SLOTS:
         server.queueReply("check-update-available", Reply::text("\xff\xfe"));
         QVERIFY(
             !link.sendMessageAndAwaitResponseData(request::plain(request::checkUpdateAvailable)));
+        // The typed records, their extra keys ignored.
+        nlohmann::json prefs = FakeMenus::prefs(1, false, true, true, false);
+        prefs["Extra"] = "ignored";
+        server.queueReply("get-user-prefs", Reply::json(prefs));
+        const UserPrefs read = link.getUserPrefs();
+        QVERIFY(read.menuDensity == 1 && !read.animationFx && read.saveExpAppCats &&
+                !read.saveLastMenu && read.oneExpAppCat);
+        server.queueReply("get-app-status",
+                          Reply::json({ { "ready", false }, { "updateFinished", true } }));
+        const AppStatus app = link.getAppStatus();
+        QVERIFY(!app.ready && app.updateFinished);
         // Replies are matched by order alone: a stray one is read by the next awaited request,
         // and the real answer by the one after.
         server.queueReply("launch", Reply::text("{\"stray\": true}"));
@@ -106,23 +117,6 @@ private Q_SLOTS:
         QVERIFY(link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)));
         QVERIFY(!link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)));
         QVERIFY(!link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)));
-    }
-
-    void typedRecordsDecodeAndIgnoreExtraKeys()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        RuntimeLink link(PomvarRT{ "localhost", server.port() });
-        nlohmann::json prefs = FakeMenus::prefs(1, false, true, true, false);
-        prefs["Extra"] = "ignored";
-        server.queueReply("get-user-prefs", Reply::json(prefs));
-        const UserPrefs read = link.getUserPrefs();
-        QVERIFY(read.menuDensity == 1 && !read.animationFx && read.saveExpAppCats &&
-                !read.saveLastMenu && read.oneExpAppCat);
-        server.queueReply("get-app-status",
-                          Reply::json({ { "ready", false }, { "updateFinished", true } }));
-        const AppStatus app = link.getAppStatus();
-        QVERIFY(!app.ready && app.updateFinished);
     }
 
     void brokenRepliesStopTheProcessNamingTheFault()

@@ -26,6 +26,10 @@ using Ids = std::vector<std::string>;
 using Map = AppCatExpansion::ExpansionMap;
 using nlohmann::json;
 
+const Ids kAllMenus = { "get-allapps-menu-data",
+                        "get-myapps-menu-data",
+                        "get-recentapps-menu-data" };
+
 Q_DECLARE_METATYPE(nlohmann::json)
 Q_DECLARE_METATYPE(Ids)
 Q_DECLARE_METATYPE(CategoryRename)
@@ -205,15 +209,13 @@ private Q_SLOTS:
         QTest::addColumn<json>("flags");
         QTest::addColumn<Ids>("refetched");
         QTest::addColumn<bool>("indexRebuilt");
-        const Ids all = { "get-allapps-menu-data",
-                          "get-myapps-menu-data",
-                          "get-recentapps-menu-data" };
         QTest::newRow("none") << FakeMenus::modified() << Ids{} << false;
-        QTest::newRow("app folder") << FakeMenus::modified("appFolderModified") << all << true;
+        QTest::newRow("app folder")
+            << FakeMenus::modified("appFolderModified") << kAllMenus << true;
         QTest::newRow("categories")
-            << FakeMenus::modified("appcatsModified") << Ids{ all[1] } << true;
-        QTest::newRow("pins") << FakeMenus::modified("pinnedAppsModified") << all << false;
-        QTest::newRow("recent") << FakeMenus::modified("recentAppsModified") << Ids{ all[2] }
+            << FakeMenus::modified("appcatsModified") << Ids{ kAllMenus[1] } << true;
+        QTest::newRow("pins") << FakeMenus::modified("pinnedAppsModified") << kAllMenus << false;
+        QTest::newRow("recent") << FakeMenus::modified("recentAppsModified") << Ids{ kAllMenus[2] }
                                 << false;
     }
 
@@ -275,9 +277,7 @@ private Q_SLOTS:
         server.queueReply("check-update-available", Reply::json(json::object()));
         server.clearRequests();
         vm.updateMenu();
-        QCOMPARE(
-            menuFetches(server),
-            (Ids{ "get-allapps-menu-data", "get-myapps-menu-data", "get-recentapps-menu-data" }));
+        QCOMPARE(menuFetches(server), kAllMenus);
         QCOMPARE(vm.allAppsMenuData().size(), std::size_t{ 2 });
         QVERIFY(!vm.isUpdateAvailable());
         // The actions return the server's answer.

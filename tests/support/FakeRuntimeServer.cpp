@@ -19,18 +19,15 @@ namespace pomvar::test {
 FakeRuntimeServer::FakeRuntimeServer(std::uint16_t port)
     : m_port(port)
 {
-    const FakeMenus none;
     m_defaults = {
         { "get-app-status", Reply::json({ { "ready", true }, { "updateFinished", false } }) },
         { "get-user-prefs", Reply::json(FakeMenus::prefs(0, true, false, true, true)) },
         { "get-menu-data-modified-status", Reply::json(FakeMenus::modified()) },
-        { "get-allapps-menu-data", Reply::json(none.allApps()) },
-        { "get-recentapps-menu-data", Reply::json(none.recentApps()) },
-        { "get-myapps-menu-data", Reply::json(none.myApps()) },
         { "toggle-set-appcat", Reply::json({ { "isset", true } }) },
         { "check-update-available", Reply::json({ { "isUpdateAvailable", false } }) },
         { "get-app-update-status", Reply::json({ { "status", "noUpdate" } }) },
     };
+    FakeMenus().install(*this);
     m_thread.start();
 }
 
@@ -113,38 +110,6 @@ std::optional<FakeRuntimeServer::Reply> FakeRuntimeServer::takeReply(const std::
     return fallback->second;
 }
 
-void FakeRuntimeServer::setDefaultReply(const std::string& id, Reply reply)
-{
-    QMutexLocker lock(&m_mutex);
-    m_defaults[id] = std::move(reply);
-}
-
-void FakeRuntimeServer::queueReply(const std::string& id, Reply reply)
-{
-    QMutexLocker lock(&m_mutex);
-    m_queued[id].push_back(std::move(reply));
-}
-
-std::vector<std::string> FakeRuntimeServer::requests() const
-{
-    QMutexLocker lock(&m_mutex);
-    return m_requests;
-}
-
-std::vector<std::string> FakeRuntimeServer::requestIds() const
-{
-    std::vector<std::string> ids;
-    for (const auto& body : requests())
-        ids.push_back(requestId(body));
-    return ids;
-}
-
-void FakeRuntimeServer::clearRequests()
-{
-    QMutexLocker lock(&m_mutex);
-    m_requests.clear();
-}
-
 bool FakeRuntimeServer::waitForRequests(std::size_t count, int timeoutMs) const
 {
     QDeadlineTimer deadline(timeoutMs);
@@ -152,12 +117,6 @@ bool FakeRuntimeServer::waitForRequests(std::size_t count, int timeoutMs) const
     while (m_requests.size() < count && m_requestArrived.wait(&m_mutex, deadline)) {
     }
     return m_requests.size() >= count;
-}
-
-void FakeRuntimeServer::setRequestObserver(std::function<void(const std::string&)> observer)
-{
-    QMutexLocker lock(&m_mutex);
-    m_observer = std::move(observer);
 }
 
 std::string FakeRuntimeServer::requestId(std::string_view body)

@@ -35,7 +35,6 @@ public:
 
         static Reply json(const nlohmann::json& value) { return text(value.dump()); }
         static Reply text(std::string body) { return { std::move(body), 0, false }; }
-        static Reply empty() { return text({}); }
         static Reply close() { return { {}, 0, true }; }
         Reply split(std::size_t chunk) const { return { body, chunk, closeConnection }; }
     };
@@ -50,17 +49,43 @@ public:
     bool listen();
     std::uint16_t port() const { return m_port; }
 
-    void setDefaultReply(const std::string& id, Reply reply);
+    void setDefaultReply(const std::string& id, Reply reply)
+    {
+        QMutexLocker lock(&m_mutex);
+        m_defaults[id] = std::move(reply);
+    }
     // A queued reply is sent even for a request that expects none (a misbehaving server).
-    void queueReply(const std::string& id, Reply reply);
+    void queueReply(const std::string& id, Reply reply)
+    {
+        QMutexLocker lock(&m_mutex);
+        m_queued[id].push_back(std::move(reply));
+    }
 
-    std::vector<std::string> requests() const;
-    std::vector<std::string> requestIds() const;
-    void clearRequests();
+    std::vector<std::string> requests() const
+    {
+        QMutexLocker lock(&m_mutex);
+        return m_requests;
+    }
+    std::vector<std::string> requestIds() const
+    {
+        std::vector<std::string> ids;
+        for (const auto& body : requests())
+            ids.push_back(requestId(body));
+        return ids;
+    }
+    void clearRequests()
+    {
+        QMutexLocker lock(&m_mutex);
+        m_requests.clear();
+    }
     // Waits until at least `count` requests arrived since the last clear.
     bool waitForRequests(std::size_t count, int timeoutMs = 5000) const;
     // Called on the serving thread after each request is recorded.
-    void setRequestObserver(std::function<void(const std::string& body)> observer);
+    void setRequestObserver(std::function<void(const std::string& body)> observer)
+    {
+        QMutexLocker lock(&m_mutex);
+        m_observer = std::move(observer);
+    }
 
     // The id of a request text, read the way the real server reads it.
     static std::string requestId(std::string_view body);

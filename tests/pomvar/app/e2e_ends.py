@@ -18,14 +18,12 @@ os.makedirs(tools)
 
 def programs():
     """The pids of the programs running from the prefix."""
-    found = []
-    for pid in filter(str.isdigit, os.listdir("/proc")):
+    def exe(pid):
         try:
-            if os.readlink(f"/proc/{pid}/exe").startswith(session.prefix + "/"):
-                found.append(int(pid))
+            return os.readlink(f"/proc/{pid}/exe")
         except OSError:
-            pass
-    return found
+            return ""
+    return [int(p) for p in os.listdir("/proc") if exe(p).startswith(session.prefix + "/")]
 
 
 def stop_programs():

@@ -2,17 +2,117 @@
 // without (Pomvar runs natively), a tray of the test's own on a private session bus. Pomvar
 // starts, its tray item registers, Activate opens the 360 × 494 panel, a middle click asks for
 // the search window, and nothing crashes.
-#include "HeadlessWeston.h"
+#include "ChildProcess.h"
 #include "InstallLayout.h"
 #include "SessionBus.h"
 #include "SniWatcher.h"
 
 #include <QLibraryInfo>
+#include <QLocalSocket>
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <csignal>
+#include <sys/stat.h>
 
 using namespace pomvar::test;
+
+namespace {
+
+// Where X servers put their sockets; weston gives up on XWayland when the folder is missing, as
+// on a machine where no X server ran yet.
+const QString kXSocketDir = QStringLiteral("/tmp/.X11-unix");
+
+bool accepts(const QString& socketPath)
+{
+    QLocalSocket socket;
+    socket.connectToServer(socketPath);
+    return socket.waitForConnected(1000);
+}
+
+// weston's headless backend (1280 × 800, desktop shell), optionally with XWayland, in a runtime
+// folder of its own. Its debug protocol lists the surfaces it shows.
+struct HeadlessWeston
+{
+    QTemporaryDir runtime;
+    QString socket = QStringLiteral("pomvar-test-%1").arg(QCoreApplication::applicationPid());
+    QString xDisplay; // XWayland's (":1"), once ready
+    QProcess weston;
+
+    QProcessEnvironment environment() const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_RUNTIME_DIR", runtime.path());
+        environment.remove("DISPLAY");
+        environment.remove("WAYLAND_DISPLAY");
+        return environment;
+    }
+
+    explicit HeadlessWeston(bool xwayland)
+    {
+        weston.setProcessEnvironment(environment());
+        weston.setProcessChannelMode(QProcess::MergedChannels);
+        QStringList arguments =
+            QString("--backend=headless-backend.so --width=1280 --height=800 --idle-time=0 --debug")
+                .split(' ')
+            << "--socket=" + socket;
+        if (xwayland) {
+            arguments << "--xwayland";
+            // Made as X servers make it: anyone's, sticky (mkdir leaves that to the umask).
+            if (::mkdir(qPrintable(kXSocketDir), 01777) == 0)
+                ::chmod(qPrintable(kXSocketDir), 01777);
+        }
+        weston.start("weston", arguments);
+    }
+    ~HeadlessWeston()
+    {
+        weston.terminate();
+        if (!weston.waitForFinished(5000))
+            weston.kill();
+    }
+
+    QByteArray log() { return weston.peek(1 << 20) + weston.errorString().toUtf8(); }
+
+    // Until its Wayland socket, and XWayland's X socket, take clients; false when weston failed.
+    bool waitUntilReady(bool xwayland)
+    {
+        // Which display XWayland took, weston alone says.
+        static const QRegularExpression listening(R"(xserver listening on display :(\d+))");
+        const auto ready = [&] {
+            const QRegularExpressionMatch match = listening.match(QString::fromUtf8(log()));
+            xDisplay = match.hasMatch() ? ':' + match.captured(1) : QString();
+            return accepts(runtime.filePath(socket)) &&
+                   (!xwayland ||
+                    (match.hasMatch() && accepts(kXSocketDir + "/X" + match.captured(1))));
+        };
+        return weston.waitForStarted() &&
+               QTest::qWaitFor([&] { return weston.state() != QProcess::Running || ready(); },
+                               60000) &&
+               weston.state() == QProcess::Running;
+    }
+
+    // The rectangles of the views the compositor shows now, in its global coordinates.
+    QList<QRect> views() const
+    {
+        QProcessEnvironment debug = environment();
+        debug.insert("WAYLAND_DISPLAY", socket);
+        // weston-debug streams until it is stopped; the scene graph is written at once.
+        const ChildOutcome graph =
+            runChild("timeout", { "2", "weston-debug", "scene-graph" }, 10000, debug);
+        static const QRegularExpression position(
+            R"(position: \((-?\d+), (-?\d+)\) -> \((-?\d+), (-?\d+)\))");
+        QList<QRect> views;
+        for (auto it = position.globalMatch(QString::fromUtf8(graph.out)); it.hasNext();) {
+            const QRegularExpressionMatch match = it.next();
+            views.append(
+                QRect(QPoint(match.captured(1).toInt(), match.captured(2).toInt()),
+                      QPoint(match.captured(3).toInt() - 1, match.captured(4).toInt() - 1)));
+        }
+        return views;
+    }
+};
+
+} // namespace
 
 class TestWayland : public QObject
 {
@@ -33,15 +133,21 @@ private Q_SLOTS:
         QFETCH(bool, xwayland);
         const QString plugin =
             QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms/libqwayland-generic.so";
-        QString missing = HeadlessWeston::missingPackage(xwayland);
-        if (missing.isEmpty() && !xwayland && !QFile::exists(plugin))
+        // What is missing, by the Debian package's name.
+        QString missing;
+        if (QStandardPaths::findExecutable("weston").isEmpty() ||
+            QStandardPaths::findExecutable("weston-debug").isEmpty())
+            missing = "weston";
+        else if (xwayland && QStandardPaths::findExecutable("Xwayland").isEmpty())
+            missing = "xwayland";
+        else if (!xwayland && !QFile::exists(plugin))
             missing = "qt6-wayland";
         if (!missing.isEmpty())
             QSKIP(qPrintable("package " + missing +
                              " is not installed (scripts/setup.sh installs it)"));
 
         HeadlessWeston weston(xwayland);
-        QVERIFY2(weston.waitUntilReady(), weston.log().constData());
+        QVERIFY2(weston.waitUntilReady(xwayland), weston.log().constData());
         SniWatcher tray(m_bus.address());
         QVERIFY(tray.start());
         InstallLayout layout;
@@ -50,11 +156,11 @@ private Q_SLOTS:
         session.remove("QT_QPA_PLATFORM");
         session.remove("DISPLAY");
         session.insert("XDG_SESSION_TYPE", "wayland");
-        session.insert("XDG_RUNTIME_DIR", weston.runtimeDir());
-        session.insert("WAYLAND_DISPLAY", weston.socket());
+        session.insert("XDG_RUNTIME_DIR", weston.runtime.path());
+        session.insert("WAYLAND_DISPLAY", weston.socket);
         session.insert("DBUS_SESSION_BUS_ADDRESS", m_bus.address());
         if (xwayland)
-            session.insert("DISPLAY", weston.xDisplay());
+            session.insert("DISPLAY", weston.xDisplay);
         const auto pomvar = layout.start({}, session);
         QVERIFY2(InstallLayout::isConnectedToServer(*pomvar), pomvar->readAllStandardError());
 

@@ -8,6 +8,7 @@
 #include "FakeRuntimeServer.h"
 #include "ipc/JsonDocument.h"
 #include "ipc/RuntimeLink.h"
+#include "model/PomvarViewModel.h"
 #include "wire/Protocol.h"
 
 #include <QSettings>
@@ -22,11 +23,35 @@ using Reply = FakeRuntimeServer::Reply;
 
 namespace {
 
+// This program again, driving one exchange with the server at <port> in a process of its own, for
+// the cases that end the process or never let it end.
 ChildOutcome runDriver(int port, const QByteArray& command, int waitMs = 15000)
 {
-    return runChild(qEnvironmentVariable("LINK_DRIVER"),
-                    { QString::number(port), QString::fromLatin1(command) },
+    return runChild(QCoreApplication::applicationFilePath(),
+                    { "--drive", QString::number(port), QString::fromLatin1(command) },
                     waitMs);
+}
+
+int drive(int port, const std::string& command)
+{
+    const PomvarRT server{ "localhost", port };
+    if (command == "app-status")
+        RuntimeLink(server).getAppStatus();
+    else if (command == "user-prefs")
+        RuntimeLink(server).getUserPrefs();
+    else if (command == "oversize")
+        RuntimeLink(server).sendMessage(std::string(65536, ' '));
+    else {
+        PomvarViewModel vm(server); // "build"
+        if (command == "toggle")
+            vm.toggleSetAppCategory("k", "c");
+        if (command == "poll") {
+            vm.setTerminateApplication([] { QCoreApplication::exit(0); });
+            vm.checkUpdates();
+            return QCoreApplication::exec();
+        }
+    }
+    return 0;
 }
 
 } // namespace
@@ -36,7 +61,7 @@ class TestRuntimeLink : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void awaitedRepliesComeBackWholeAndInOrder()
+    void awaitedRepliesComeBackWholeInOrderAndTyped()
     {
         FakeRuntimeServer server;
         QVERIFY(server.listen());
@@ -65,6 +90,17 @@ private Q_SLOTS:
         server.queueReply("check-update-available", Reply::text("\xff\xfe"));
         QVERIFY(
             !link.sendMessageAndAwaitResponseData(request::plain(request::checkUpdateAvailable)));
+        // The typed records, their extra keys ignored.
+        nlohmann::json prefs = FakeMenus::prefs(1, false, true, true, false);
+        prefs["Extra"] = "ignored";
+        server.queueReply("get-user-prefs", Reply::json(prefs));
+        const UserPrefs read = link.getUserPrefs();
+        QVERIFY(read.menuDensity == 1 && !read.animationFx && read.saveExpAppCats &&
+                !read.saveLastMenu && read.oneExpAppCat);
+        server.queueReply("get-app-status",
+                          Reply::json({ { "ready", false }, { "updateFinished", true } }));
+        const AppStatus app = link.getAppStatus();
+        QVERIFY(!app.ready && app.updateFinished);
         // Replies are matched by order alone: a stray one is read by the next awaited request,
         // and the real answer by the one after.
         server.queueReply("launch", Reply::text("{\"stray\": true}"));
@@ -81,23 +117,6 @@ private Q_SLOTS:
         QVERIFY(link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)));
         QVERIFY(!link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)));
         QVERIFY(!link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)));
-    }
-
-    void typedRecordsDecodeAndIgnoreExtraKeys()
-    {
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        RuntimeLink link(PomvarRT{ "localhost", server.port() });
-        nlohmann::json prefs = FakeMenus::prefs(1, false, true, true, false);
-        prefs["Extra"] = "ignored";
-        server.queueReply("get-user-prefs", Reply::json(prefs));
-        const UserPrefs read = link.getUserPrefs();
-        QVERIFY(read.menuDensity == 1 && !read.animationFx && read.saveExpAppCats &&
-                !read.saveLastMenu && read.oneExpAppCat);
-        server.queueReply("get-app-status",
-                          Reply::json({ { "ready", false }, { "updateFinished", true } }));
-        const AppStatus app = link.getAppStatus();
-        QVERIFY(!app.ready && app.updateFinished);
     }
 
     void brokenRepliesStopTheProcessNamingTheFault()
@@ -142,34 +161,33 @@ private Q_SLOTS:
         }
     }
 
-    void aRefusedConnectionExitsWithStatusOne()
+    // A refused connection ends with status 1; a port out of range stops before connecting; a
+    // zero-length reply leaves the caller waiting.
+    void connectionFaults()
     {
-        quint16 port = 0;
+        quint16 closed = 0;
         {
             QTcpServer probe;
             QVERIFY(probe.listen(QHostAddress::LocalHost));
-            port = probe.serverPort();
+            closed = probe.serverPort();
         }
-        const ChildOutcome outcome = runDriver(port, "app-status");
-        QVERIFY(outcome.exitedWith(1));
-        QCOMPARE(outcome.out, QByteArray("Pomvar: PomvarViewModel: Error: Connection refused\n"));
-    }
-
-    void aPortOutOfRangeStopsBeforeConnecting()
-    {
-        const ChildOutcome outcome = runDriver(70000, "app-status");
-        QVERIFY2(outcome.crashed() && outcome.err.contains("invalid port 70000"),
-                 outcome.err.constData());
-    }
-
-    void aZeroLengthReplyLeavesTheCallerWaiting()
-    {
+        QVERIFY(runDriver(closed, "app-status").exitedWith(1));
+        const ChildOutcome outOfRange = runDriver(70000, "app-status");
+        QVERIFY2(outOfRange.crashed() && outOfRange.err.contains("invalid port 70000"),
+                 outOfRange.err.constData());
         FakeRuntimeServer server;
         QVERIFY(server.listen());
-        server.queueReply("get-app-status", Reply::empty());
+        server.queueReply("get-app-status", Reply::text(""));
         QVERIFY(!runDriver(server.port(), "app-status", 1500).finished);
     }
 };
 
-QTEST_GUILESS_MAIN(TestRuntimeLink)
+int main(int argc, char** argv)
+{
+    QCoreApplication app(argc, argv);
+    if (argc == 4 && std::string_view(argv[1]) == "--drive")
+        return drive(std::stoi(argv[2]), argv[3]);
+    TestRuntimeLink test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "tst_runtimelink.moc"

@@ -1,10 +1,20 @@
+// How the front end reads the server's replies: what JsonDocument adds to simdjson's parser (a
+// byte order mark skipped, a text read in place or from a copy alike, a refusal that says why,
+// nesting stopped at kMaxDepth), the lenient reads of fields, and the menu payloads' rows.
 // The view model against a fake runtime server: what a build fetches and in what order, a failed
-// fetch, the actions' answers and the update poll. The post-update notice is e2e_update's.
+// fetch, the actions' answers and the update poll. The post-update notice is e2e_update's. Then
+// the categories' expansion: renames carried, deleted categories pruned, a saved map read.
 #include "FakeMenus.h"
 #include "FakeRuntimeServer.h"
+#include "ipc/JsonDocument.h"
+#include "ipc/LenientJson.h"
+#include "model/AppCatExpansion.h"
+#include "model/MenuList.h"
+#include "model/MenuPayloadReader.h"
 #include "model/PomvarViewModel.h"
-#include "wire/Protocol.h"
+#include "model/UserDefaults.h"
 
+#include <QSettings>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -13,18 +23,45 @@ using test::FakeMenus;
 using test::FakeRuntimeServer;
 using Reply = FakeRuntimeServer::Reply;
 using Ids = std::vector<std::string>;
+using Map = AppCatExpansion::ExpansionMap;
 using nlohmann::json;
+
+const Ids kAllMenus = { "get-allapps-menu-data",
+                        "get-myapps-menu-data",
+                        "get-recentapps-menu-data" };
 
 Q_DECLARE_METATYPE(nlohmann::json)
 Q_DECLARE_METATYPE(Ids)
+Q_DECLARE_METATYPE(CategoryRename)
+Q_DECLARE_METATYPE(Map)
 
 namespace {
+
+JsonDocument parsed(const std::string& text)
+{
+    auto document = JsonDocument::parse(text);
+    if (!document)
+        qFatal("not JSON: %s", text.c_str());
+    return std::move(*document);
+}
+
+// An app row as the reader makes it.
+TreeItem app(std::string key, bool pinned = false, bool pinnedRow = false, std::string icon = "")
+{
+    return { key, "", pinnedRow, pinned, "", icon, icon, std::nullopt };
+}
+
+TreeItem category(std::string name, std::vector<TreeItem> apps)
+{
+    return { name, name, false, false, std::nullopt, std::nullopt, std::nullopt, std::move(apps) };
+}
 
 // A server with two apps, one pinned, one category and one recent app.
 void serveSmallMenus(FakeRuntimeServer& server)
 {
     FakeMenus menus;
-    menus.addApps(2, "/i/24.png", "/i/48.png");
+    menus.addApp({ "app1", "App 1", "/i/24.png", "/i/48.png" });
+    menus.addApp({ "app2", "App 2", "/i/24.png", "/i/48.png" });
     menus.pin("app1");
     menus.addCategory("Work", { "app2" });
     menus.addRecent("app2");
@@ -60,20 +97,125 @@ class TestViewModel : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void readsInPlaceOrFromACopyAndRefusesSayingWhy()
+    {
+        const auto valueOfK = [](const std::string& text) {
+            return std::string(parsed(text).root()["k"].get_string().value());
+        };
+        std::string padded = R"({"k": "v"})";
+        padded.reserve(padded.size() + simdjson::SIMDJSON_PADDING);
+        QCOMPARE(valueOfK(padded), "v");
+        QCOMPARE(valueOfK(std::string(padded)), "v"); // a copy has no spare capacity
+        QCOMPARE(valueOfK("\xEF\xBB\xBF" + padded), "v");
+        const auto nested = [](std::size_t depth) {
+            return std::string(depth, '[') + '1' + std::string(depth, ']');
+        };
+        for (const auto& [text, accepted] : { std::pair{ std::string("{\"k\":}"), false },
+                                              { "[18446744073709551616]", false }, // 2^64
+                                              { "18446744073709551615", true },
+                                              { nested(JsonDocument::kMaxDepth), true },
+                                              { nested(JsonDocument::kMaxDepth + 1), false } }) {
+            std::string error;
+            QCOMPARE(JsonDocument::parse(text, &error).has_value(), accepted);
+            QCOMPARE(error.empty(), accepted);
+        }
+    }
+
+    void lenientReadsNeverFail()
+    {
+        // A value of "k", then what it reads as text and as a boolean.
+        const std::tuple<std::string, std::string, bool> cases[] = {
+            { "42", "42", true },      { "0", "0", false },
+            { "true", "true", true },  { "null", "", false },
+            { "[1]", "", false },      { "\"Yes\"", "Yes", true },
+            { "\"no\"", "no", false }, { "\"no\", \"k\": \"yes\"", "yes", true }, // the last wins
+        };
+        for (const auto& [value, text, boolean] : cases) {
+            const auto document = parsed("{\"k\": " + value + "}");
+            const auto object = document.root();
+            QCOMPARE(lenient::text(object, "k"), text);
+            QCOMPARE(lenient::boolean(object, "k"), boolean);
+            QCOMPARE(lenient::text(object, "missing"), std::string());
+            QCOMPARE(lenient::array(object, "k").has_value(), value.starts_with('['));
+            QVERIFY(!lenient::object(object, "k"));
+        }
+    }
+
+    void allAppsAndRecentAreAppendedRowByRow()
+    {
+        MenuList list;
+        QSignalSpy inserted(&list, &QAbstractItemModel::rowsInserted);
+        const std::string full =
+            R"({"appkey": "a", "name": "A", "bundleid": "b", "iconpath": "i", "iconpath2x": "j")";
+        MenuPayloadReader::readAllApps(
+            parsed("[" + full +
+                   R"(, "pinned": 1}, {"name": "No key"}, {"appkey": "y", "appkey": "x"}])")
+                .root(),
+            list);
+        QCOMPARE(inserted.count(), 3);
+        TreeItem first = { "a", "A", false, true, "b", "i", "j", std::nullopt }, noKey = app("");
+        noKey.name = "No key";
+        QVERIFY(list.items() == (std::vector{ first, noKey, app("x") }));
+
+        MenuList recent;
+        MenuPayloadReader::readRecentApps(parsed("{\"a\": " + full + "}}").root(), recent);
+        QVERIFY(recent.isEmpty()); // an object gives no recent rows
+        MenuPayloadReader::readRecentApps(parsed("[" + full + "}]").root(), recent);
+        first.isPinned = false;
+        QVERIFY(recent.items() == std::vector{ first });
+
+        // An object's members are read as apps ordered by key, a repeated key once, last value.
+        MenuList fromObject;
+        MenuPayloadReader::readAllApps(
+            parsed(R"({"k2": {"appkey": "b"}, "k1": {"appkey": "a"}, "k2": {"appkey": "c"}})")
+                .root(),
+            fromObject);
+        MenuPayloadReader::readAllApps(parsed("\"text\"").root(), fromObject);
+        QVERIFY(fromObject.items() == (std::vector{ app("a"), app("c") }));
+    }
+
+    void myAppsListsThePinnedBlockThenCategories()
+    {
+        MenuList list;
+        // Pinned apps come without "pinned", as the server sends them.
+        MenuPayloadReader::readMyApps(
+            parsed(R"({"pinnedapps": [{"appkey": "p"}], "appcats": ["Work", "Empty"],
+                       "appcatapps": {"Work": [{"appkey": "w", "pinned": true}], "Empty": []}})")
+                .root(),
+            list);
+        QVERIFY(list.items() == (std::vector{ app("p", true, true),
+                                              category("Work", { app("w", true) }),
+                                              category("Empty", {}) }));
+    }
+
+    void renamesKeepTheirOrderAndFlagTheMalformed()
+    {
+        const auto renames = MenuPayloadReader::readRenames(
+            parsed(
+                R"({"renamedAppcats": [{"old": "A", "new": "B"}, {"new": 2, "old": null}, {"old": "C"}, 5]})")
+                .root());
+        const auto text = [](const CategoryRename& r) {
+            return r.oldName + ">" + r.newName + ":" + r.malformed.value_or("-");
+        };
+        QStringList read;
+        for (const CategoryRename& rename : renames)
+            read << QString::fromStdString(text(rename));
+        QCOMPARE(read, QStringList({ "A>B:-", ">2:-", ">:{\"old\":\"C\"}", ">:5" }));
+        QVERIFY(MenuPayloadReader::readRenames(parsed(R"({"renamedAppcats": {}})").root()).empty());
+    }
+
     void theRefreshFollowsTheFlags_data()
     {
         QTest::addColumn<json>("flags");
         QTest::addColumn<Ids>("refetched");
         QTest::addColumn<bool>("indexRebuilt");
-        const Ids all = { "get-allapps-menu-data",
-                          "get-myapps-menu-data",
-                          "get-recentapps-menu-data" };
         QTest::newRow("none") << FakeMenus::modified() << Ids{} << false;
-        QTest::newRow("app folder") << FakeMenus::modified("appFolderModified") << all << true;
+        QTest::newRow("app folder")
+            << FakeMenus::modified("appFolderModified") << kAllMenus << true;
         QTest::newRow("categories")
-            << FakeMenus::modified("appcatsModified") << Ids{ all[1] } << true;
-        QTest::newRow("pins") << FakeMenus::modified("pinnedAppsModified") << all << false;
-        QTest::newRow("recent") << FakeMenus::modified("recentAppsModified") << Ids{ all[2] }
+            << FakeMenus::modified("appcatsModified") << Ids{ kAllMenus[1] } << true;
+        QTest::newRow("pins") << FakeMenus::modified("pinnedAppsModified") << kAllMenus << false;
+        QTest::newRow("recent") << FakeMenus::modified("recentAppsModified") << Ids{ kAllMenus[2] }
                                 << false;
     }
 
@@ -135,9 +277,7 @@ private Q_SLOTS:
         server.queueReply("check-update-available", Reply::json(json::object()));
         server.clearRequests();
         vm.updateMenu();
-        QCOMPARE(
-            menuFetches(server),
-            (Ids{ "get-allapps-menu-data", "get-myapps-menu-data", "get-recentapps-menu-data" }));
+        QCOMPARE(menuFetches(server), kAllMenus);
         QCOMPARE(vm.allAppsMenuData().size(), std::size_t{ 2 });
         QVERIFY(!vm.isUpdateAvailable());
         // The actions return the server's answer.
@@ -162,10 +302,6 @@ private Q_SLOTS:
         QPointer<QTimer> second = vm.appUpdateStatusTimer();
         QVERIFY(second && second != first);
         vm.settings();
-        QVERIFY(server.waitForRequests(3));
-        QCOMPARE(server.requests()[0], request::organizer(OrganizerDlgMode::organizeApp, "a"));
-        QCOMPARE(server.requests()[1], request::plain(request::checkUpdates));
-        QCOMPARE(server.requests()[2], request::organizer(OrganizerDlgMode::settings, ""));
         // The first poll is replaced, not stopped: both ask until each sees a final answer.
         QTRY_VERIFY_WITH_TIMEOUT(countOf(server, "get-app-update-status") >= 3, 5000);
         QVERIFY(first->isActive() && second->isActive());
@@ -185,6 +321,51 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(terminations, 1, 10000);
         QCOMPARE(countOf(server, "get-app-update-status"), std::size_t{ 3 });
         QTRY_VERIFY(!poll); // stopped and released
+    }
+
+    void reconcileCarriesRenamesAndPrunes_data()
+    {
+        QTest::addColumn<Map>("saved");
+        QTest::addColumn<CategoryRename>("rename");
+        QTest::addColumn<bool>("saveExpAppCats");
+        QTest::addColumn<Map>("expected"); // the categories are now A, New and C
+        QTest::newRow("rename carries the state, deleted categories go")
+            << Map{ { "A", true }, { "Old", true }, { "Deleted", true } }
+            << CategoryRename{ "Old", "New", {} } << true
+            << Map{ { "A", true }, { "New", true }, { "C", false } };
+        QTest::newRow("not saving: all collapsed")
+            << Map{ { "A", true }, { "Old", true } } << CategoryRename{ "Old", "New", {} } << false
+            << Map{ { "A", false }, { "New", false }, { "C", false } };
+        // "Gone" has no entry: the entry saved under "New" is removed, then New comes back
+        // collapsed.
+        QTest::newRow("rename without a saved entry")
+            << Map{ { "A", true }, { "New", true } } << CategoryRename{ "Gone", "New", {} } << true
+            << Map{ { "A", true }, { "New", false }, { "C", false } };
+        QTest::newRow("rename to the same name drops it")
+            << Map{ { "A", true }, { "New", true } } << CategoryRename{ "A", "A", {} } << true
+            << Map{ { "A", false }, { "New", true }, { "C", false } };
+    }
+    void reconcileCarriesRenamesAndPrunes()
+    {
+        QFETCH(Map, saved);
+        QFETCH(CategoryRename, rename);
+        QFETCH(bool, saveExpAppCats);
+        QFETCH(Map, expected);
+        UserPrefs prefs;
+        prefs.saveExpAppCats = saveExpAppCats;
+        QCOMPARE(AppCatExpansion::reconcile(saved, { rename }, { "A", "New", "C" }, prefs),
+                 expected);
+    }
+
+    void savedMapsOfNonBooleansAreIgnored()
+    {
+        QSettings settings(QSettings::IniFormat, QSettings::UserScope, "pomvar", "pomvar");
+        for (const QVariant& saved : { QVariant(QVariantMap{ { "A", "true" } }), QVariant("A") }) {
+            settings.setValue("ExpandedAppCats", saved);
+            settings.sync();
+            QVERIFY(!UserDefaults::expandedAppCats());
+        }
+        settings.clear();
     }
 };
 

@@ -2,7 +2,7 @@
 # End to end with the real programs (desktop_session: Xvfb, trayer, an install prefix), dragged
 # with the real pointer: an app of All Apps onto My Apps (over its selector) is pinned, a
 # category dragged above another moves there, a pinned app dropped onto a category is filed
-# there. The store follows each drop, and the next opening shows them all.
+# there. The store follows each drop; the panel shows the first at once.
 # usage: e2e_panel_drag.py <the build tree>
 import json, os, sys
 
@@ -54,12 +54,4 @@ drag(session.row("Tools"), (session.row("Games"), -4),
 drag(session.row("Beta"), session.row("Games"),
      expect=lambda store: store["categories"][1].get("apps") == ["beta.desktop"])
 
-# The next opening shows All Apps, chosen last with its selector.
-session.keys("Escape")
-panel = session.open_panel()
-session.click(next(b for b in find_all(panel, "check box") if b.get_name() == "My Apps"))
-session.click(session.row("Games"))
-if not waited(lambda: session.rows() == [("Beta", False), ("Alpha", False), ("Tools", False),
-                                         ("Games", True), ("Beta", False)]):
-    session.fail(f"at the next opening My Apps shows {session.rows()}")
 session.finish("apps dragged onto My Apps are pinned and filed, categories reordered")

@@ -66,7 +66,6 @@ private Q_SLOTS:
     {
         PanelFixture f;
         QVERIFY(open(f, 2));
-        QCOMPARE(f.panel().size(), QSize(360, 494));
         QCOMPARE(f.view().geometry(), f.panel().rect());
         // Each list starts 10 below the top of its page, edge to edge otherwise.
         for (auto* button : f.view().findChildren<MenuSelectorButton*>()) {
@@ -80,8 +79,6 @@ private Q_SLOTS:
         // Each opening builds the content anew.
         QVERIFY(f.clickTray());
         QVERIFY(first.isNull());
-        QTest::keyClick(&f.panel(), Qt::Key_Escape);
-        QVERIFY(!f.panel().isVisible());
     }
 
     void placementFollowsTheTray()

@@ -40,33 +40,28 @@ InstalledApps threeApps()
 struct RecordedActions : ServerActions
 {
     QStringList calls;
-    void launch(const QString& appkey) override { calls << "launch " + appkey; }
-    void askNewCategory(const QString& appkey) override { calls << "new category " + appkey; }
-    void showSearch() override { calls << "search"; }
-    void placeSearch(int x, int y) override
+    template <typename... Args>
+    void note(const char* action, const Args&... args)
     {
-        calls << QStringLiteral("place %1 %2").arg(x).arg(y);
+        calls << (QStringList{ action } << ... << QVariant(args).toString()).join(' ');
     }
-    quint64 showSearchAt(int x, int y) override
-    {
-        calls << QStringLiteral("search at %1 %2").arg(x).arg(y);
-        return 42;
-    }
+    void launch(const QString& appkey) override { note("launch", appkey); }
+    void askNewCategory(const QString& appkey) override { note("new category", appkey); }
+    void showSearch() override { note("search"); }
+    void placeSearch(int x, int y) override { note("place", x, y); }
+    quint64 showSearchAt(int x, int y) override { return note("search at", x, y), 42; }
     void typeInSearch(int key, int modifiers, const QString& text) override
     {
-        calls << QStringLiteral("key %1 %2 %3").arg(key).arg(modifiers).arg(text);
+        note("key", key, modifiers, text);
     }
-    void endTyping() override { calls << "typed"; }
-    void setActivationToken(const QString& token) override { calls << "token " + token; }
-    void showOrganizer(int pane, const QString& item) override
-    {
-        calls << QStringLiteral("organizer %1 %2").arg(pane).arg(item);
-    }
-    void showAppInfo(const QString& appkey) override { calls << "app info " + appkey; }
-    void showCategoryInfo(const QString& appcat) override { calls << "category info " + appcat; }
-    void showAbout() override { calls << "about"; }
-    void showUpdates() override { calls << "updates"; }
-    void quit() override { calls << "quit"; }
+    void endTyping() override { note("typed"); }
+    void setActivationToken(const QString& token) override { note("token", token); }
+    void showOrganizer(int pane, const QString& item) override { note("organizer", pane, item); }
+    void showAppInfo(const QString& appkey) override { note("app info", appkey); }
+    void showCategoryInfo(const QString& appcat) override { note("category info", appcat); }
+    void showAbout() override { note("about"); }
+    void showUpdates() override { note("updates"); }
+    void quit() override { note("quit"); }
     bool isUpdateAvailable() const override { return false; }
     std::string_view updateStatus() const override { return "noUpdate"; }
 };
@@ -383,29 +378,22 @@ private Q_SLOTS:
                                "key 65 0 a",
                                "typed",
                                "token t_TIME9" }));
-    }
-
-    // The panel's drops: a pin placed before another or last, a category before another, an app
-    // filed into a category before one of its apps. Nothing else is asked of the server.
-    void dropsPlaceTheirItems()
-    {
-        ServerModel model;
-        model.setApps(threeApps());
-        model.placePins({ "a.desktop", "b.desktop" }, "");
+        // The panel's drops: a pin placed before another or last, a category before another, an
+        // app filed into a category before one of its apps. Nothing else is asked of the server.
+        actions.calls.clear();
+        model.togglePin("a.desktop"); // pins: b, a
         model.createCategoryWith("Games", "a.desktop");
-        model.createCategoryWith("Tools", "c.desktop");
         model.takeFlags();
-        RecordedActions actions;
-        RequestHandler handler(model, actions);
         for (const std::string& text : { rq::placePinnedApp("c.desktop", "a.desktop"),
-                                         rq::placePinnedApp("a.desktop", ""),
-                                         rq::placeAppcat("Tools", "Games"),
-                                         rq::placeAppcatApp("b.desktop", "Games", "a.desktop") })
+                                         rq::placePinnedApp("b.desktop", ""),
+                                         rq::placeAppcat("Games", "Tools"),
+                                         rq::placeAppcatApp("b.desktop", "Tools", "a.desktop") })
             QVERIFY(!handler.handle(*RequestParser::parse(text)));
         using Keys = std::vector<std::string>;
-        QCOMPARE(model.store().pins(), (Keys{ "c.desktop", "b.desktop", "a.desktop" }));
-        QCOMPARE(model.store().categories().front().name, "Tools");
-        QCOMPARE(model.store().category("Games")->apps, (Keys{ "b.desktop", "a.desktop" }));
+        QCOMPARE(model.store().pins(), (Keys{ "c.desktop", "a.desktop", "b.desktop" }));
+        QCOMPARE(model.store().categories().front().name, "Games");
+        QCOMPARE(model.store().category("Tools")->apps,
+                 (Keys{ "c.desktop", "b.desktop", "a.desktop" }));
         const Flags flags = model.takeFlags();
         QVERIFY(flags.pinnedAppsModified && flags.appcatsModified && !flags.recentAppsModified);
         QVERIFY(actions.calls.isEmpty());

@@ -5,7 +5,8 @@
 // --welcome and the port. The search window launches through the same path as "launch" (Recent,
 // read back over the wire), lists and launches an app's desktop actions, closes when it loses the
 // focus; rows draw the icon file for the display's scale, the highlighted one readable under a
-// light and a dark palette; an expression's answer comes first and Enter copies it. The organizer,
+// light and a dark palette; an expression's answer comes first and Enter copies it; the desktop's
+// search providers, on a private session bus, answer below the apps within their time. The organizer,
 // driven through its widgets while what the front end would read is asked over the wire: one
 // window following each request, each change shown in My Apps and the panes, the payload's order
 // after reordering by buttons, keys and drops, the name rule told inside the dialog, the five
@@ -18,6 +19,7 @@
 #include "IconFiles.h"
 #include "InProcessServer.h"
 #include "Palettes.h"
+#include "SessionBus.h"
 #include "SrvClient.h"
 #include "TestDesktop.h"
 #include "pomvarsrv/app/FrontEndExit.h"
@@ -38,6 +40,10 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusVirtualObject>
 #include <QDesktopServices>
 #include <QLabel>
 #include <QLineEdit>
@@ -48,6 +54,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTabWidget>
+#include <QTimer>
 #include <QtTest>
 
 #include <csignal>
@@ -81,6 +88,54 @@ T* find(const QString& name)
     }
     return nullptr;
 }
+
+// org.gnome.Shell.SearchProvider2 answering after `delayMs` (never when negative); it notes what
+// it is asked.
+class TestProvider : public QDBusVirtualObject
+{
+public:
+    TestProvider(QString name, int delayMs)
+        : m_name(std::move(name))
+        , m_delayMs(delayMs)
+    {}
+
+    QStringList calls;
+    int replies = 0;
+
+    QString introspect(const QString&) const override { return {}; }
+    bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+    {
+        const QVariantList in = message.arguments();
+        const QVariant first = in.value(0);
+        calls << message.member() + ' ' +
+                     (first.typeId() == QMetaType::QString ? first.toString()
+                                                           : first.toStringList().join(',')) +
+                     ' ' + in.value(1).toStringList().join(',');
+        QDBusMessage reply = message.createReply();
+        if (message.member() == "GetInitialResultSet") {
+            reply << QStringList{ m_name + "-1", m_name + "-2" };
+        } else if (message.member() == "GetResultMetas") {
+            QDBusArgument metas;
+            metas.beginArray(QMetaType::fromType<QVariantMap>());
+            for (const QString& id : in.value(0).toStringList())
+                metas << QVariantMap{ { QStringLiteral("id"), id },
+                                      { QStringLiteral("name"), QString("Result " + id) } };
+            metas.endArray();
+            reply << QVariant::fromValue(metas);
+        }
+        if (m_delayMs < 0)
+            return true;
+        QTimer::singleShot(m_delayMs, [this, reply, connection] {
+            QDBusConnection(connection).send(reply);
+            ++replies;
+        });
+        return true;
+    }
+
+private:
+    QString m_name;
+    int m_delayMs;
+};
 
 } // namespace
 
@@ -123,6 +178,11 @@ private Q_SLOTS:
             { "gamma", "Name=Gamma\nExec=true" },
             { "delta", "Name=Delta\nExec=true\nGenericName=Spreadsheet" },
             { "epsilon", "Name=Epsilon\nExec=true" },
+            // The search providers' apps.
+            { "quick", "Name=QUICK\nExec=true" },
+            { "late", "Name=LATE\nExec=true" },
+            { "never", "Name=NEVER\nExec=true" },
+            { "notes", "Name=Quick Notes\nExec=true" },
         };
         for (const auto& [id, lines] : entries)
             QVERIFY(TestDesktop::writeEntry(
@@ -130,6 +190,22 @@ private Q_SLOTS:
         // <prefix>/bin/pomvar, the installed front end, notes that it was started.
         QVERIFY(TestDesktop::write(
             m_prefix.filePath("bin/pomvar"), "#!/bin/sh\ntouch \"$0.started\"\n", true));
+        // Three providers on a private session bus: answering at once, late and never.
+        QVERIFY(m_bus.start());
+        m_bus.useInThisProcess();
+        m_providers = QDBusConnection::connectToBus(m_bus.address(), "providers");
+        for (const auto& [name, provider] :
+             { std::pair("quick", &m_quick), { "late", &m_late }, { "never", &m_never } }) {
+            QVERIFY(TestDesktop::write(
+                m_desktop.systemData() + "/gnome-shell/search-providers/" + name + ".ini",
+                QByteArray("[Shell Search Provider]\nDesktopId=") + name +
+                    ".desktop\nBusName=org.pomvar.Test." + name + "\nObjectPath=/org/pomvar/Test/" +
+                    name + "\nVersion=2\n"));
+            QVERIFY(m_providers.registerService(QString("org.pomvar.Test.") + name) &&
+                    m_providers.registerVirtualObject(QString("/org/pomvar/Test/") + name,
+                                                      provider,
+                                                      QDBusConnection::SingleNode));
+        }
         InProcessServer::useDesktop(m_desktop);
         QDesktopServices::setUrlHandler("file", this, "openUrl");
         QVERIFY(m_server.start(options()));
@@ -166,6 +242,62 @@ private Q_SLOTS:
                 shown += window->objectName() == "welcomeWindow" && window->isVisible();
             QCOMPARE(shown, asked ? 1 : 0);
         }
+    }
+
+    // The desktop's search providers: the apps show at once; only the first provider's results
+    // follow, under its app's name; the late one is never asked for its results; activating one
+    // hands it to its provider with the terms; the organizer's Settings turns providers off, one
+    // and all. The searches that follow are the apps' alone.
+    void providersAnswerBelowTheAppsWithinTheirTime()
+    {
+        QLineEdit* field = openSearch();
+        QVERIFY(field);
+        auto* list = field->window()->findChild<QListView*>();
+        QTest::keyClicks(field, "quick");
+        // The apps at once; the quick provider's results below them, under its name.
+        QCOMPARE(rowNames(list), (QStringList{ "QUICK", "Quick Notes" }));
+        QTRY_COMPARE(
+            rowNames(list),
+            (QStringList{ "QUICK", "Quick Notes", "QUICK", "Result quick-1", "Result quick-2" }));
+        // The late answers (one per key typed) come after the deadline: their results are never
+        // asked for, nor the never answering one's.
+        QTRY_COMPARE(m_late.replies, 5);
+        settle();
+        QCOMPARE(m_late.calls.filter("GetResultMetas") + m_never.calls.filter("GetResultMetas"),
+                 QStringList{});
+        QCOMPARE(m_never.calls.size(), 5);
+        QCOMPARE(rowNames(list).size(), 5);
+        // Down past the apps and the name: the provider activates its result with the terms.
+        QTest::keyClick(field, Qt::Key_Down);
+        QTest::keyClick(field, Qt::Key_Down);
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_COMPARE(m_quick.calls.last(), "ActivateResult quick-1 quick");
+    }
+
+    void settingsTurnProvidersOff()
+    {
+        OrganizerWindow* organizer = openOrganizer(2, {});
+        QVERIFY(organizer);
+        // The providers asked for a query typed in the search window.
+        const auto askedFor = [&](const QString& text) {
+            QLineEdit* field = openSearch();
+            field->setText(text);
+            settle();
+            field->clear();
+            field->window()->close();
+            QStringList asked;
+            for (const auto& [name, provider] :
+                 { std::pair("quick", &m_quick), { "late", &m_late } })
+                if (provider->calls.contains("GetInitialResultSet " + text + ' '))
+                    asked << name;
+            return asked;
+        };
+        const auto boxes = organizer->findChildren<QCheckBox*>("searchProvider");
+        QCOMPARE(boxes.size(), 3);
+        boxes[2]->click(); // quick, in the files' order: late, never, quick
+        QCOMPARE(askedFor("first"), QStringList{ "late" });
+        organizer->findChild<QCheckBox*>("searchProviders")->click();
+        QCOMPARE(askedFor("second"), QStringList{});
     }
 
     // The search window, before anything is launched.
@@ -1116,6 +1248,17 @@ private:
         return window ? window->findChild<QLineEdit*>() : nullptr;
     }
 
+    // Everything sent on the buses so far has been delivered and handled: the server's calls
+    // reached the providers, the providers' answers reached the server.
+    void settle()
+    {
+        for (int round = 0; round < 2; ++round) {
+            for (const QDBusConnection& bus : { QDBusConnection::sessionBus(), m_providers })
+                bus.interface()->isServiceRegistered("org.pomvar.Test.quick");
+            QCoreApplication::processEvents();
+        }
+    }
+
     static QStringList rowNames(QListView* list)
     {
         QStringList names;
@@ -1179,6 +1322,9 @@ private:
     QString m_opener, m_marker;
     QUrl m_opened;
     bool m_pinned = false;
+    SessionBus m_bus;
+    QDBusConnection m_providers{ QString() };
+    TestProvider m_quick{ "quick", 0 }, m_late{ "late", 400 }, m_never{ "never", -1 };
     InProcessServer m_server;
 };
 

@@ -6,10 +6,10 @@
 // read back over the wire), lists and launches an app's desktop actions, closes when it loses the
 // focus; rows draw the icon file for the display's scale, the highlighted one readable under a
 // light and a dark palette; an expression's answer comes first and Enter copies it; the desktop's
-// search providers, on a private session bus, answer below the apps within their time. The organizer,
-// driven through its widgets while what the front end would read is asked over the wire: one
-// window following each request, each change shown in My Apps and the panes, the payload's order
-// after reordering by buttons, keys and drops, the name rule told inside the dialog, the five
+// search providers, on a private session bus, answer below the apps within their time. The
+// organizer, driven through its widgets while what the front end would read is asked over the wire:
+// one window following each request, each change shown in My Apps and the panes, the payload's
+// order after reordering by buttons, keys and drops, the name rule told inside the dialog, the five
 // preferences and the autostart entry. Updates the
 // Linux way, the install folder a temporary one: the version file installed there against the
 // running version, over the wire and in the updates window; a change of the folder noticed while
@@ -25,6 +25,8 @@
 #include "pomvarsrv/app/FrontEndExit.h"
 #include "pomvarsrv/app/Updates.h"
 #include "pomvarsrv/catalogue/AutostartEntry.h"
+#include "pomvarsrv/search/Calculator.h"
+#include "pomvarsrv/search/ExpressionGuess.h"
 #include "pomvarsrv/ui/AppInfoWindow.h"
 #include "pomvarsrv/ui/CategoryInfoWindow.h"
 #include "pomvarsrv/ui/OrganizerListModel.h"
@@ -350,10 +352,17 @@ private Q_SLOTS:
             QTest::keyClick(field, key, Qt::ControlModifier);
             QTRY_VERIFY(QFile::exists(m_marker + mark));
         }
-        // An expression: the calculator's answer comes first, selected; Enter copies it.
+        // An expression: the calculator's answer comes first, selected; Enter copies it. Its
+        // library is mapped only once the first expression is asked.
+        const auto libraryMapped = [] {
+            QFile maps(QStringLiteral("/proc/self/maps"));
+            return maps.open(QIODevice::ReadOnly) && maps.readAll().contains("libqalculate");
+        };
+        QVERIFY(!libraryMapped());
         openSearch();
         QTest::keyClicks(field, "2*(3+4)");
         QTRY_COMPARE(rowNames(list).value(0), "14");
+        QVERIFY(libraryMapped());
         QCOMPARE(list->currentIndex().row(), 0);
         QTest::keyClick(field, Qt::Key_Return);
         QCOMPARE(QGuiApplication::clipboard()->text(), "14");
@@ -361,6 +370,42 @@ private Q_SLOTS:
         field->clear();
         QTest::keyClick(field, Qt::Key_Escape);
         QVERIFY(!window->isVisible());
+    }
+
+    // The calculator through the real module, as the search asks it: the expressions and
+    // conversions with their answers, the words and names with none.
+    void calculatorAnswersExpressionsAndNothingElse()
+    {
+        QMap<QString, QString> answers;
+        Calculator calculator(QStringLiteral(POMVAR_CALCULATOR_MODULE),
+                              [&](const QString& question, const QString& answer, const QString&) {
+                                  answers[question] = answer;
+                              });
+        // The text, and its answer; none for a text that stays an app search.
+        const std::pair<QString, QString> cases[] = {
+            { "2*(3+4)", "14" },
+            { "sqrt(16)+1", "5" },
+            { "2^10", "1024" },
+            { "10 km to mi", "6.2137119 mi" },
+            { "1/3", "0.33333333" },
+            { "Firefox", "" },
+            { "2048", "" },
+            { "7-Zip", "" },
+            { "-5", "" },
+            { "pi", "" },
+            { "10 EUR to USD", "" },
+            { "1 + x", "" },
+            { "command(\"echo 5\")+1", "" },
+        };
+        for (const auto& [text, answer] : cases) {
+            if (!ExpressionGuess::looksLikeExpression(text)) {
+                QVERIFY2(answer.isEmpty(), qPrintable(text));
+                continue;
+            }
+            calculator.ask(text);
+            QTRY_VERIFY2(answers.contains(text), qPrintable(text));
+            QCOMPARE(answers[text], answer);
+        }
     }
 
     void clicksAndFocusLoss()

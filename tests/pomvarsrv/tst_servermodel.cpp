@@ -338,37 +338,31 @@ private Q_SLOTS:
         model.takeFlags();
         RecordedActions actions;
         RequestHandler handler(model, actions);
-        // "id|appkey|appcat"; the reply, or null for none.
-        const auto reply = [&](const QString& text) {
-            const QStringList parts = text.split(u'|');
-            const auto r = handler.handle({ .id = parts[0].toStdString(),
-                                            .appkey = parts.value(1).toStdString(),
-                                            .appcat = parts.value(2).toStdString() });
-            return Json::parse(r.value_or("null"));
-        };
-        // The menus' payloads, over the wire, are the in-process tests'.
+        // The reply to each request, or null for none. The menus' payloads are the tests' above;
+        // the status and update replies, tst_serverwindows', over the wire.
         Json replies;
-        const QString texts =
-            "get-app-status get-user-prefs check-update-available get-app-update-status "
-            "toggle-set-appcat|a.desktop|Tools toggle-set-appcat|gone.desktop|Tools "
-            "toggle-pin-app|b.desktop get-menu-data-modified-status launch|a.desktop "
-            "launch|gone.desktop create-new-appcat-cxtmnu|c.desktop make-coffee quit "
-            "create-new-appcat-cxtmnu|gone.desktop";
-        for (const QString& text : texts.split(u' '))
-            replies.push_back(reply(text));
-        for (const Request& request :
-             { Request{ .id = "app-search-place", .x = 1, .y = 2 },
-               Request{ .id = "app-search-at", .x = 3, .y = 4 },
-               Request{ .id = "app-search-key", .key = 65, .modifiers = 0, .text = "a" },
-               Request{ .id = "app-search-typed" },
-               Request{ .id = "activation-token", .token = "t_TIME9" } })
-            replies.push_back(Json::parse(handler.handle(request).value_or("null")));
-        JCOMPARE(replies, Json::parse(R"([{"ready": true, "updateFinished": false},
-            {"MenuDensity": 0, "AnimationFx": true, "SaveExpAppCats": true, "SaveLastMenu": true,
-             "OneExpAppCat": false}, {"isUpdateAvailable": false}, {"status": "noUpdate"},
-            {"isset": true}, {"isset": false}, null, {"appFolderModified": false,
-             "recentAppsModified": false, "appcatsModified": true, "pinnedAppsModified": true},
-            null, null, null, null, null, null, null, {"window": 42}, null, null, null])"));
+        for (const std::string& text : { rq::plain(rq::getUserPrefs),
+                                         rq::toggleSetAppcat("a.desktop", "Tools"),
+                                         rq::toggleSetAppcat("gone.desktop", "Tools"),
+                                         rq::togglePinApp("b.desktop"),
+                                         rq::plain(rq::getMenuDataModifiedStatus),
+                                         rq::launch("a.desktop"),
+                                         rq::launch("gone.desktop"),
+                                         rq::createNewAppcatCxtmnu("c.desktop"),
+                                         rq::createNewAppcatCxtmnu("gone.desktop"),
+                                         rq::plain(rq::quit),
+                                         rq::appSearchPlace(1, 2),
+                                         rq::appSearchAt(3, 4),
+                                         rq::appSearchKey(65, 0, "a"),
+                                         rq::plain(rq::appSearchTyped),
+                                         rq::activationToken("t_TIME9") })
+            replies.push_back(
+                Json::parse(handler.handle(*RequestParser::parse(text)).value_or("null")));
+        JCOMPARE(replies, Json::parse(R"([{"MenuDensity": 0, "AnimationFx": true,
+            "SaveExpAppCats": true, "SaveLastMenu": true, "OneExpAppCat": false}, {"isset": true},
+            {"isset": false}, null, {"appFolderModified": false, "recentAppsModified": false,
+             "appcatsModified": true, "pinnedAppsModified": true},
+            null, null, null, null, null, null, {"window": 42}, null, null, null])"));
         QCOMPARE(actions.calls,
                  QStringList({ "launch a.desktop",
                                "new category c.desktop",

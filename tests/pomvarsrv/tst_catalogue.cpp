@@ -296,7 +296,7 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_script + ".exec")); // not through its Exec line
     }
 
-    // Where nothing listens; against a running server: a11y_search.
+    // Where nothing listens; against a running server: a11y_windows.
     void theSearchShortcutFailsWithoutAServer()
     {
         QProcess shortcut;

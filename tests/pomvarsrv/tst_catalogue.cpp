@@ -128,7 +128,6 @@ private Q_SLOTS:
         QStringList names;
         for (const auto& app : ask(rq::getAllAppsMenuData)) {
             names << QString::fromStdString(app["name"]);
-            JCOMPARE(app["bundleid"].get<std::string>() + ".desktop", app["appkey"]);
             const QString path = QString::fromStdString(app["iconpath"]);
             QVERIFY2(path.startsWith(m_desktop.iconCache()), qPrintable(path));
             QCOMPARE(QImage(path).size(), QSize(24, 24));

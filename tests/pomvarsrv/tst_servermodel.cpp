@@ -311,24 +311,18 @@ private Q_SLOTS:
               Request{ .id = "launch", .appkey = "x\"y" });
         check(R"({"id": "organizer", "pane": 0, "itemkey": null})",
               Request{ .id = "organizer", .pane = 0 });
-        // Anything else is refused: a known id needs exactly its fields, of their types.
-        for (const std::string refused : { "garbage",
-                                           "[1,2,3]",
-                                           "{\"id\": 5}",
-                                           "{\n    \"id\": \"",
-                                           "{\"id\": \"make-coffee\"}",
-                                           "{\n    \"id\": \"toggle-set-appcat\",\n    \"app",
-                                           "{\n    \"id\": \"launch\"\n}",
-                                           R"({"id": "launch"})",
-                                           R"({"id": "quit", "appkey": "x"})",
-                                           R"({"id": "launch", "appkey": 1})",
-                                           R"({"id": "organizer", "pane": "1", "itemkey": null})",
-                                           R"({"id": "organizer", "pane": 1})",
-                                           R"({"id": "place-appcat", "appcat": "G"})",
-                                           R"({"id": "app-search-at", "x": 1, "y": "2"})",
-                                           R"({"id": "app-search-key", "key": 1, "text": ""})",
-                                           "{\n    \"id\": \"organizer\",\n    \"pane\": x" })
-            check(refused, std::nullopt);
+        // Anything else is refused (the bodies parted by '|'): a known id needs exactly its
+        // fields, of their types.
+        const QString refused =
+            "garbage|[1,2,3]|{\"id\": 5}|{\n    \"id\": \"|{\"id\": \"make-coffee\"}|"
+            "{\n    \"id\": \"toggle-set-appcat\",\n    \"app|{\n    \"id\": \"launch\"\n}|"
+            R"({"id": "launch"}|{"id": "quit", "appkey": "x"}|{"id": "launch", "appkey": 1}|)"
+            R"({"id": "organizer", "pane": "1", "itemkey": null}|{"id": "organizer", "pane": 1}|)"
+            R"({"id": "place-appcat", "appcat": "G"}|{"id": "app-search-at", "x": 1, "y": "2"}|)"
+            R"({"id": "app-search-key", "key": 1, "text": ""}|)"
+            "{\n    \"id\": \"organizer\",\n    \"pane\": x";
+        for (const QString& body : refused.split(u'|'))
+            check(body.toStdString(), std::nullopt);
     }
     void onlyAwaitedRequestsAreAnswered()
     {

@@ -257,8 +257,7 @@ private Q_SLOTS:
         model.setApps(InstalledApps(entries));
         QVERIFY(model.takeFlags() == Flags{});
         QVERIFY(QFile::remove(dir.filePath("1-48.png")));
-        const Flags flags = model.takeFlags();
-        QVERIFY(flags.appFolderModified);
+        QVERIFY(model.takeFlags().appFolderModified);
         QCOMPARE(renders, 1);
         const Json all = Json::parse(model.allAppsPayload());
         JCOMPARE(all[0]["iconpath2x"], dir.filePath("0-48.png").toStdString());

@@ -1,8 +1,9 @@
 #!/usr/bin/python3
-# The info, about, welcome and updates windows as a screen reader finds them (desktop_session):
-# each window is found by its title, every control in it has a name, the names are the visible
-# labels, and each carries Pomvar's icon for the taskbar (_NET_WM_ICON). What their buttons and
-# keys do is tst_serverwindows'.
+# The server's windows as a screen reader finds them (desktop_session): the welcome, info, about,
+# updates, search and organizer windows are found by their titles, every control in them has a
+# name, the names are the visible labels, rows read as their apps' names, and each window but the
+# search carries Pomvar's icon for the taskbar (_NET_WM_ICON). What their buttons and keys do is
+# tst_serverwindows'.
 # usage: a11y_windows.py <pomvarsrv>
 import os, subprocess, sys
 
@@ -50,4 +51,40 @@ session.request('{\n    "id": "about"\n}')
 window("About Pomvar", ("Close",), (f"Version {version}",))
 session.request('{\n    "id": "check-updates"\n}')
 window("Pomvar Updates", ("Close",), (f"Pomvar {version} is up to date.",))
-session.finish("the welcome, info, about and updates windows are found and named, with their icon")
+
+# Recent: Mail, then Editor.
+for app in ("editor", "mail"):
+    session.request(f'{{\n    "id": "launch",\n    "appkey": "{app}.desktop"\n}}')
+# The search, opened the way the keyboard shortcut does; the empty query lists Recent.
+if subprocess.run([sys.argv[1], "--search"], env=session.env, stderr=subprocess.DEVNULL).returncode:
+    session.fail("pomvarsrv --search did not reach the server")
+search = session.window("Search Apps")
+if search.get_role_name() not in ("frame", "window"):
+    session.fail(f"the search window is a {search.get_role_name()}, not a window")
+session.found(search, "text", "Search Apps")
+results = session.found(search, "list", "Results")
+session.check_named(search)
+rows = [results.get_child_at_index(i).get_name() for i in range(results.get_child_count())]
+if rows != ["Mail", "Editor"]:
+    session.fail(f"the search's rows read {rows}, not Recent's names")
+
+# The organizer: its settings, then its lists of pins and categories.
+for app in ("editor", "mail"):
+    session.request(f'{{\n    "id": "toggle-pin-app",\n    "appkey": "{app}.desktop"\n}}')
+session.request('{\n    "id": "organizer",\n    "pane": 2,\n    "itemkey": null\n}')
+organizer = window("Pomvar Organizer", ("Clear Recent Apps",))
+if organizer.get_role_name() not in ("frame", "window"):
+    session.fail(f"the organizer is a {organizer.get_role_name()}, not a window")
+for role, name in (("page tab", "Organize App"), ("page tab", "Settings"), ("radio button", "Normal"),
+                   ("radio button", "Compact"), ("check box", "Animation effects")):
+    session.found(organizer, role, name)
+press(session.found(organizer, "page tab", "Organize"))
+pins = session.found(organizer, "list", "Pinned Apps")
+for role, name in (("list", "Categories"), ("list", "Apps in \u201cAccessories\u201d"),
+                   ("list item", "Internet"), ("push button", "Unpin")):
+    session.found(organizer, role, name)
+session.check_named(organizer)
+rows = [pins.get_child_at_index(i).get_name() for i in range(pins.get_child_count())]
+if rows != ["Editor", "Mail"]:
+    session.fail(f"the pinned apps read {rows}")
+session.finish("the server's windows are found and named, with their icon, their rows read")

@@ -8,8 +8,8 @@
 // earlier in the catalogue, accents and "ß", a translated name found by its untranslated one,
 // keywords, an Exec-only match, a typo, and ties broken by use, then by the catalogue's order.
 // A second real server launches real programs (a D-Bus-activatable one over a private session
-// bus), answers the search shortcut, sends away a second server on its port, and keeps a store
-// that loads, before or after the change in flight, when killed during a burst of changes.
+// bus), sends away a second server on its port, and keeps a store that loads, before or after
+// the change in flight, when killed during a burst of changes.
 // What each request does, and what an unreadable store becomes, are tst_servermodel's; what the
 // server refuses, tst_hostile's.
 #include "IconFiles.h"
@@ -128,7 +128,6 @@ private Q_SLOTS:
         QStringList names;
         for (const auto& app : ask(rq::getAllAppsMenuData)) {
             names << QString::fromStdString(app["name"]);
-            JCOMPARE(app["bundleid"].get<std::string>() + ".desktop", app["appkey"]);
             const QString path = QString::fromStdString(app["iconpath"]);
             QVERIFY2(path.startsWith(m_desktop.iconCache()), qPrintable(path));
             QCOMPARE(QImage(path).size(), QSize(24, 24));
@@ -296,20 +295,14 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(m_script + ".exec")); // not through its Exec line
     }
 
-    void theSearchShortcutAsksTheRunningServer()
+    // Where nothing listens; against a running server: a11y_windows.
+    void theSearchShortcutFailsWithoutAServer()
     {
-        // Against the running server, then where nothing listens.
-        for (const quint16 port : { m_running->port(), ServerProcess::freePort() }) {
-            QProcess shortcut;
-            shortcut.setProcessEnvironment(m_programs.environment(port));
-            shortcut.start(qEnvironmentVariable("POMVAR_LIBEXEC_DIR") + "/pomvarsrv",
-                           { "--search" });
-            QVERIFY(shortcut.waitForFinished(20000));
-            const bool running = port == m_running->port();
-            QCOMPARE(shortcut.exitCode(), running ? 0 : 1);
-            QCOMPARE(shortcut.readAllStandardError().contains("Pomvar is not running"), !running);
-        }
-        // That it opens the search window: a11y_search.
+        QProcess shortcut;
+        shortcut.setProcessEnvironment(m_programs.environment(ServerProcess::freePort()));
+        shortcut.start(qEnvironmentVariable("POMVAR_LIBEXEC_DIR") + "/pomvarsrv", { "--search" });
+        QVERIFY(shortcut.waitForFinished(20000));
+        QCOMPARE(shortcut.exitCode(), 1);
     }
 
     void secondServerOnTheSamePortLeaves()
@@ -348,8 +341,8 @@ private Q_SLOTS:
         qInfo("random seed %u", seed);
         QRandomGenerator random(seed);
         std::vector<std::string> confirmed;
-        // Some 200 changes a round; each round but the last is killed during its last change.
-        for (int round = 0; round <= kKills; ++round) {
+        // Some 200 changes a round, each round killed during its last change.
+        for (int round = 0; round < kKills; ++round) {
             ServerProcess server(desktop);
             SrvClient client;
             QVERIFY(server.start() && client.connectTo(server.port()));
@@ -360,7 +353,7 @@ private Q_SLOTS:
                 const bool set = it == next.end();
                 set ? next.push_back(app) : void(next.erase(it));
                 const std::string body = pomvar::request::toggleSetAppcat(app, "Burst");
-                if (left > 0 || round == kKills) {
+                if (left > 0) {
                     JCOMPARE(client.json(body)["isset"], set);
                     confirmed = std::move(next);
                     continue;
@@ -374,13 +367,10 @@ private Q_SLOTS:
                          "the store is neither before nor after");
                 confirmed = *kept;
             }
-            if (round == kKills) {
-                client.close();
-                QCOMPARE(server.quit(), 0);
-                QVERIFY(stored() == confirmed);
-            }
         }
-        // Interrupted writes leave no debris beside the store.
+        // The next start removes what interrupted writes left beside the store.
+        ServerProcess last(desktop);
+        QVERIFY(last.start() && last.quit() == 0 && stored() == confirmed);
         QCOMPARE(QFileInfo(desktop.storePath()).dir().entryList(QDir::Files | QDir::Hidden),
                  QStringList{ QStringLiteral("pomvarsrv.json") });
     }

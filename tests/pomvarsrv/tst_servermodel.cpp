@@ -40,33 +40,28 @@ InstalledApps threeApps()
 struct RecordedActions : ServerActions
 {
     QStringList calls;
-    void launch(const QString& appkey) override { calls << "launch " + appkey; }
-    void askNewCategory(const QString& appkey) override { calls << "new category " + appkey; }
-    void showSearch() override { calls << "search"; }
-    void placeSearch(int x, int y) override
+    template <typename... Args>
+    void note(const char* action, const Args&... args)
     {
-        calls << QStringLiteral("place %1 %2").arg(x).arg(y);
+        calls << (QStringList{ action } << ... << QVariant(args).toString()).join(' ');
     }
-    quint64 showSearchAt(int x, int y) override
-    {
-        calls << QStringLiteral("search at %1 %2").arg(x).arg(y);
-        return 42;
-    }
+    void launch(const QString& appkey) override { note("launch", appkey); }
+    void askNewCategory(const QString& appkey) override { note("new category", appkey); }
+    void showSearch() override { note("search"); }
+    void placeSearch(int x, int y) override { note("place", x, y); }
+    quint64 showSearchAt(int x, int y) override { return note("search at", x, y), 42; }
     void typeInSearch(int key, int modifiers, const QString& text) override
     {
-        calls << QStringLiteral("key %1 %2 %3").arg(key).arg(modifiers).arg(text);
+        note("key", key, modifiers, text);
     }
-    void endTyping() override { calls << "typed"; }
-    void setActivationToken(const QString& token) override { calls << "token " + token; }
-    void showOrganizer(int pane, const QString& item) override
-    {
-        calls << QStringLiteral("organizer %1 %2").arg(pane).arg(item);
-    }
-    void showAppInfo(const QString& appkey) override { calls << "app info " + appkey; }
-    void showCategoryInfo(const QString& appcat) override { calls << "category info " + appcat; }
-    void showAbout() override { calls << "about"; }
-    void showUpdates() override { calls << "updates"; }
-    void quit() override { calls << "quit"; }
+    void endTyping() override { note("typed"); }
+    void setActivationToken(const QString& token) override { note("token", token); }
+    void showOrganizer(int pane, const QString& item) override { note("organizer", pane, item); }
+    void showAppInfo(const QString& appkey) override { note("app info", appkey); }
+    void showCategoryInfo(const QString& appcat) override { note("category info", appcat); }
+    void showAbout() override { note("about"); }
+    void showUpdates() override { note("updates"); }
+    void quit() override { note("quit"); }
     bool isUpdateAvailable() const override { return false; }
     std::string_view updateStatus() const override { return "noUpdate"; }
 };
@@ -262,8 +257,7 @@ private Q_SLOTS:
         model.setApps(InstalledApps(entries));
         QVERIFY(model.takeFlags() == Flags{});
         QVERIFY(QFile::remove(dir.filePath("1-48.png")));
-        const Flags flags = model.takeFlags();
-        QVERIFY(flags.appFolderModified);
+        QVERIFY(model.takeFlags().appFolderModified);
         QCOMPARE(renders, 1);
         const Json all = Json::parse(model.allAppsPayload());
         JCOMPARE(all[0]["iconpath2x"], dir.filePath("0-48.png").toStdString());
@@ -316,24 +310,18 @@ private Q_SLOTS:
               Request{ .id = "launch", .appkey = "x\"y" });
         check(R"({"id": "organizer", "pane": 0, "itemkey": null})",
               Request{ .id = "organizer", .pane = 0 });
-        // Anything else is refused: a known id needs exactly its fields, of their types.
-        for (const std::string refused : { "garbage",
-                                           "[1,2,3]",
-                                           "{\"id\": 5}",
-                                           "{\n    \"id\": \"",
-                                           "{\"id\": \"make-coffee\"}",
-                                           "{\n    \"id\": \"toggle-set-appcat\",\n    \"app",
-                                           "{\n    \"id\": \"launch\"\n}",
-                                           R"({"id": "launch"})",
-                                           R"({"id": "quit", "appkey": "x"})",
-                                           R"({"id": "launch", "appkey": 1})",
-                                           R"({"id": "organizer", "pane": "1", "itemkey": null})",
-                                           R"({"id": "organizer", "pane": 1})",
-                                           R"({"id": "place-appcat", "appcat": "G"})",
-                                           R"({"id": "app-search-at", "x": 1, "y": "2"})",
-                                           R"({"id": "app-search-key", "key": 1, "text": ""})",
-                                           "{\n    \"id\": \"organizer\",\n    \"pane\": x" })
-            check(refused, std::nullopt);
+        // Anything else is refused (the bodies parted by '|'): a known id needs exactly its
+        // fields, of their types.
+        const QString refused =
+            "garbage|[1,2,3]|{\"id\": 5}|{\n    \"id\": \"|{\"id\": \"make-coffee\"}|"
+            "{\n    \"id\": \"toggle-set-appcat\",\n    \"app|{\n    \"id\": \"launch\"\n}|"
+            R"({"id": "launch"}|{"id": "quit", "appkey": "x"}|{"id": "launch", "appkey": 1}|)"
+            R"({"id": "organizer", "pane": "1", "itemkey": null}|{"id": "organizer", "pane": 1}|)"
+            R"({"id": "place-appcat", "appcat": "G"}|{"id": "app-search-at", "x": 1, "y": "2"}|)"
+            R"({"id": "app-search-key", "key": 1, "text": ""}|)"
+            "{\n    \"id\": \"organizer\",\n    \"pane\": x";
+        for (const QString& body : refused.split(u'|'))
+            check(body.toStdString(), std::nullopt);
     }
     void onlyAwaitedRequestsAreAnswered()
     {
@@ -343,37 +331,31 @@ private Q_SLOTS:
         model.takeFlags();
         RecordedActions actions;
         RequestHandler handler(model, actions);
-        // "id|appkey|appcat"; the reply, or null for none.
-        const auto reply = [&](const QString& text) {
-            const QStringList parts = text.split(u'|');
-            const auto r = handler.handle({ .id = parts[0].toStdString(),
-                                            .appkey = parts.value(1).toStdString(),
-                                            .appcat = parts.value(2).toStdString() });
-            return Json::parse(r.value_or("null"));
-        };
-        // The menus' payloads, over the wire, are the in-process tests'.
+        // The reply to each request, or null for none. The menus' payloads are the tests' above;
+        // the status and update replies, tst_serverwindows', over the wire.
         Json replies;
-        const QString texts =
-            "get-app-status get-user-prefs check-update-available get-app-update-status "
-            "toggle-set-appcat|a.desktop|Tools toggle-set-appcat|gone.desktop|Tools "
-            "toggle-pin-app|b.desktop get-menu-data-modified-status launch|a.desktop "
-            "launch|gone.desktop create-new-appcat-cxtmnu|c.desktop make-coffee quit "
-            "create-new-appcat-cxtmnu|gone.desktop";
-        for (const QString& text : texts.split(u' '))
-            replies.push_back(reply(text));
-        for (const Request& request :
-             { Request{ .id = "app-search-place", .x = 1, .y = 2 },
-               Request{ .id = "app-search-at", .x = 3, .y = 4 },
-               Request{ .id = "app-search-key", .key = 65, .modifiers = 0, .text = "a" },
-               Request{ .id = "app-search-typed" },
-               Request{ .id = "activation-token", .token = "t_TIME9" } })
-            replies.push_back(Json::parse(handler.handle(request).value_or("null")));
-        JCOMPARE(replies, Json::parse(R"([{"ready": true, "updateFinished": false},
-            {"MenuDensity": 0, "AnimationFx": true, "SaveExpAppCats": true, "SaveLastMenu": true,
-             "OneExpAppCat": false}, {"isUpdateAvailable": false}, {"status": "noUpdate"},
-            {"isset": true}, {"isset": false}, null, {"appFolderModified": false,
-             "recentAppsModified": false, "appcatsModified": true, "pinnedAppsModified": true},
-            null, null, null, null, null, null, null, {"window": 42}, null, null, null])"));
+        for (const std::string& text : { rq::plain(rq::getUserPrefs),
+                                         rq::toggleSetAppcat("a.desktop", "Tools"),
+                                         rq::toggleSetAppcat("gone.desktop", "Tools"),
+                                         rq::togglePinApp("b.desktop"),
+                                         rq::plain(rq::getMenuDataModifiedStatus),
+                                         rq::launch("a.desktop"),
+                                         rq::launch("gone.desktop"),
+                                         rq::createNewAppcatCxtmnu("c.desktop"),
+                                         rq::createNewAppcatCxtmnu("gone.desktop"),
+                                         rq::plain(rq::quit),
+                                         rq::appSearchPlace(1, 2),
+                                         rq::appSearchAt(3, 4),
+                                         rq::appSearchKey(65, 0, "a"),
+                                         rq::plain(rq::appSearchTyped),
+                                         rq::activationToken("t_TIME9") })
+            replies.push_back(
+                Json::parse(handler.handle(*RequestParser::parse(text)).value_or("null")));
+        JCOMPARE(replies, Json::parse(R"([{"MenuDensity": 0, "AnimationFx": true,
+            "SaveExpAppCats": true, "SaveLastMenu": true, "OneExpAppCat": false}, {"isset": true},
+            {"isset": false}, null, {"appFolderModified": false, "recentAppsModified": false,
+             "appcatsModified": true, "pinnedAppsModified": true},
+            null, null, null, null, null, null, {"window": 42}, null, null, null])"));
         QCOMPARE(actions.calls,
                  QStringList({ "launch a.desktop",
                                "new category c.desktop",
@@ -383,29 +365,22 @@ private Q_SLOTS:
                                "key 65 0 a",
                                "typed",
                                "token t_TIME9" }));
-    }
-
-    // The panel's drops: a pin placed before another or last, a category before another, an app
-    // filed into a category before one of its apps. Nothing else is asked of the server.
-    void dropsPlaceTheirItems()
-    {
-        ServerModel model;
-        model.setApps(threeApps());
-        model.placePins({ "a.desktop", "b.desktop" }, "");
+        // The panel's drops: a pin placed before another or last, a category before another, an
+        // app filed into a category before one of its apps. Nothing else is asked of the server.
+        actions.calls.clear();
+        model.togglePin("a.desktop"); // pins: b, a
         model.createCategoryWith("Games", "a.desktop");
-        model.createCategoryWith("Tools", "c.desktop");
         model.takeFlags();
-        RecordedActions actions;
-        RequestHandler handler(model, actions);
         for (const std::string& text : { rq::placePinnedApp("c.desktop", "a.desktop"),
-                                         rq::placePinnedApp("a.desktop", ""),
-                                         rq::placeAppcat("Tools", "Games"),
-                                         rq::placeAppcatApp("b.desktop", "Games", "a.desktop") })
+                                         rq::placePinnedApp("b.desktop", ""),
+                                         rq::placeAppcat("Games", "Tools"),
+                                         rq::placeAppcatApp("b.desktop", "Tools", "a.desktop") })
             QVERIFY(!handler.handle(*RequestParser::parse(text)));
         using Keys = std::vector<std::string>;
-        QCOMPARE(model.store().pins(), (Keys{ "c.desktop", "b.desktop", "a.desktop" }));
-        QCOMPARE(model.store().categories().front().name, "Tools");
-        QCOMPARE(model.store().category("Games")->apps, (Keys{ "b.desktop", "a.desktop" }));
+        QCOMPARE(model.store().pins(), (Keys{ "c.desktop", "a.desktop", "b.desktop" }));
+        QCOMPARE(model.store().categories().front().name, "Games");
+        QCOMPARE(model.store().category("Tools")->apps,
+                 (Keys{ "c.desktop", "b.desktop", "a.desktop" }));
         const Flags flags = model.takeFlags();
         QVERIFY(flags.pinnedAppsModified && flags.appcatsModified && !flags.recentAppsModified);
         QVERIFY(actions.calls.isEmpty());

@@ -5,7 +5,6 @@
 // range. A refused connection ends it with status 1; a zero-length reply leaves it waiting.
 #include "ChildProcess.h"
 #include "FakeMenus.h"
-#include "FakeRuntimeServer.h"
 #include "ipc/JsonDocument.h"
 #include "ipc/RuntimeLink.h"
 #include "model/PomvarViewModel.h"

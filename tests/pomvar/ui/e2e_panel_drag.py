@@ -1,8 +1,8 @@
 #!/usr/bin/python3
 # End to end with the real programs (desktop_session: Xvfb, trayer, an install prefix), dragged
-# with the real pointer: an app of All Apps onto My Apps (over its selector) is pinned, a
-# category dragged above another moves there, a pinned app dropped onto a category is filed
-# there. The store follows each drop; the panel shows the first at once.
+# with the real pointer: an app of All Apps dropped onto My Apps' selector is pinned, in the store
+# and at once in the panel. (Where other drops land: tst_pomvarview; what the store then holds:
+# tst_servermodel.)
 # usage: e2e_panel_drag.py <the build tree>
 import json, os, sys
 
@@ -18,25 +18,9 @@ session.install(sys.argv[1])
 session.start()
 
 
-def centre(node, dy=0):
+def centre(node):
     box = node.get_extents(Atspi.CoordType.SCREEN)
-    return str(box.x + box.width // 2), str(box.y + box.height // 2 + dy)
-
-
-def drag(row, *path, expect):
-    """Presses on the row, moves through `path` (nodes, or (node, dy) for a point above or below
-    a node's middle), each move taken once My Apps shows, and releases; then waits for the store
-    to hold what `expect` gives."""
-    session._xdotool("mousemove", *centre(row), "mousedown", "1")
-    for step in path:
-        node, dy = step if isinstance(step, tuple) else (step, 0)
-        session._xdotool("mousemove", *centre(node, dy))
-        # Only My Apps has categories: moves are not merged into one before it shows.
-        if not waited(lambda: any(name == "Games" for name, _ in session.rows())):
-            session.fail("My Apps did not show during the drag")
-    session._xdotool("mouseup", "1")
-    if not waited(lambda: expect(session.store())):
-        session.fail(f"after the drop the store holds {session.store()}")
+    return str(box.x + box.width // 2), str(box.y + box.height // 2)
 
 
 panel = session.open_panel()
@@ -45,13 +29,15 @@ buttons = find_all(panel, "check box")
 selector = next(b for b in buttons if b.get_name() == "My Apps")
 session.click(next(b for b in buttons if b.get_name() == "All Apps"))
 alpha = waited(lambda: next((c for c in find_all(panel, "table cell", "Alpha") if showing(c)), None))
-drag(alpha, selector, expect=lambda store: store["pins"] == ["beta.desktop", "alpha.desktop"])
+session._xdotool("mousemove", *centre(alpha), "mousedown", "1")
+session._xdotool("mousemove", *centre(selector))
+# Only My Apps has categories: the release waits until it shows.
+if not waited(lambda: any(name == "Games" for name, _ in session.rows())):
+    session.fail("My Apps did not show during the drag")
+session._xdotool("mouseup", "1")
+if not waited(lambda: session.store()["pins"] == ["beta.desktop", "alpha.desktop"]):
+    session.fail(f"after the drop the store holds {session.store()}")
 if session.rows() != [("Beta", False), ("Alpha", False), ("Games", False), ("Tools", False)]:
     session.fail(f"after pinning Alpha My Apps shows {session.rows()}")
 
-drag(session.row("Tools"), (session.row("Games"), -4),
-     expect=lambda store: [c["name"] for c in store["categories"]] == ["Tools", "Games"])
-drag(session.row("Beta"), session.row("Games"),
-     expect=lambda store: store["categories"][1].get("apps") == ["beta.desktop"])
-
-session.finish("apps dragged onto My Apps are pinned and filed, categories reordered")
+session.finish("an app dragged onto My Apps is pinned")

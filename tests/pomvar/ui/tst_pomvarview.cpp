@@ -1,5 +1,6 @@
-// The panel against a fake runtime server: opening and placement, the entries that close it before
-// their request, the ones that keep it open and refresh, the selector, the categories' expansion.
+// The panel against a fake runtime server: opening, Escape and placement, the entries that close it
+// before their request, the ones that keep it open and refresh, the selector, the categories'
+// expansion.
 #include "PanelFixture.h"
 
 #include "ui/AppContextMenu.h"
@@ -60,25 +61,6 @@ private Q_SLOTS:
     void init()
     {
         QSettings(QSettings::IniFormat, QSettings::UserScope, "pomvar", "pomvar").clear();
-    }
-
-    void panelOpensFilledAndEscapeCloses()
-    {
-        PanelFixture f;
-        QVERIFY(open(f, 2));
-        QCOMPARE(f.view().geometry(), f.panel().rect());
-        // Each list starts 10 below the top of its page, edge to edge otherwise.
-        for (auto* button : f.view().findChildren<MenuSelectorButton*>()) {
-            QTest::mouseClick(button, Qt::LeftButton);
-            MenuPage* page = f.view().menuPage(f.view().selectedMenu());
-            QTRY_COMPARE(page->view()->geometry(), page->rect().adjusted(0, 10, 0, 0));
-        }
-        QPointer<PomvarView> first = &f.view();
-        QTest::keyClick(f.view().menuView(Pomvar::AllApps), Qt::Key_Escape);
-        QVERIFY(!f.panel().isVisible());
-        // Each opening builds the content anew.
-        QVERIFY(f.clickTray());
-        QVERIFY(first.isNull());
     }
 
     void placementFollowsTheTray()
@@ -294,6 +276,13 @@ private Q_SLOTS:
         QCOMPARE(entries.at(2)->icon().availableSizes(),
                  update ? QList<QSize>({ { 16, 16 }, { 32, 32 } }) : QList<QSize>());
         QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::AllApps : Pomvar::MyApps);
+        QCOMPARE(f.view().geometry(), f.panel().rect());
+        // Each list starts 10 below the top of its page, edge to edge otherwise.
+        for (auto* button : f.view().findChildren<MenuSelectorButton*>()) {
+            QTest::mouseClick(button, Qt::LeftButton);
+            MenuPage* page = f.view().menuPage(f.view().selectedMenu());
+            QTRY_COMPARE(page->view()->geometry(), page->rect().adjusted(0, 10, 0, 0));
+        }
         auto* recent = f.view().findChild<MenuSelectorButton*>("menuSelectorButton1");
         // A click on the selected menu's button keeps it selected.
         QTest::mouseClick(recent, Qt::LeftButton);
@@ -304,8 +293,11 @@ private Q_SLOTS:
         QVERIFY(f.view().menuPage(Pomvar::Recent)->isVisible());
         // Preferences changed meanwhile apply to the lists as the opening reads them.
         f.setPrefs(FakeMenus::prefs(0, saveLastMenu, false, true, saveLastMenu));
-        f.panel().dismiss();
+        QPointer<PomvarView> first = &f.view();
+        QTest::keyClick(f.view().menuView(Pomvar::Recent), Qt::Key_Escape);
+        QVERIFY(!f.panel().isVisible());
         QVERIFY(f.clickTray());
+        QVERIFY(first.isNull()); // each opening builds the content anew
         QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::Recent : Pomvar::MyApps);
         for (int menu = 0; menu < 3; ++menu)
             QCOMPARE(f.menuView(menu).isAnimated(), saveLastMenu);

@@ -9,9 +9,8 @@ import os, signal, socket, subprocess, sys
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "support"))
 from desktop_session import DesktopSession, waited  # noqa: E402
 
-tree = sys.argv[1]
 session = DesktopSession(entries={"alpha": "Name=Alpha\nExec=true"}, store='{"version": 1}')
-session.install(tree)
+session.install(sys.argv[1])
 settings = f"{session.env['XDG_CONFIG_HOME']}/pomvar/pomvar.ini"
 
 
@@ -51,7 +50,12 @@ def fatal_stop():
 
 def port_taken():
     stop_programs()
-    holder = socket.create_server(("127.0.0.1", 50818))
+    def bound():  # a killed server's program is gone a moment before its listening socket
+        try:
+            return socket.create_server(("127.0.0.1", 50818))
+        except OSError:
+            return None
+    holder = waited(bound) or session.fail("the port stays taken")
     front_end = start_by_hand()
     if not waited(lambda: front_end.poll() is not None, 30):
         session.fail("the front end waits for a port another program holds")

@@ -28,11 +28,6 @@ const Ids kAllMenus = { "get-allapps-menu-data",
                         "get-myapps-menu-data",
                         "get-recentapps-menu-data" };
 
-Q_DECLARE_METATYPE(nlohmann::json)
-Q_DECLARE_METATYPE(Ids)
-Q_DECLARE_METATYPE(CategoryRename)
-Q_DECLARE_METATYPE(Map)
-
 namespace {
 
 JsonDocument parsed(const std::string& text)
@@ -154,53 +149,44 @@ private Q_SLOTS:
         QVERIFY(MenuPayloadReader::readRenames(parsed(R"({"renamedAppcats": {}})").root()).empty());
     }
 
-    void theRefreshFollowsTheFlags_data()
-    {
-        QTest::addColumn<json>("flags");
-        QTest::addColumn<Ids>("refetched");
-        QTest::addColumn<bool>("indexRebuilt");
-        QTest::newRow("none") << FakeMenus::modified() << Ids{} << false;
-        QTest::newRow("app folder")
-            << FakeMenus::modified("appFolderModified") << kAllMenus << true;
-        QTest::newRow("categories")
-            << FakeMenus::modified("appcatsModified") << Ids{ kAllMenus[1] } << true;
-        QTest::newRow("pins") << FakeMenus::modified("pinnedAppsModified") << kAllMenus << false;
-        QTest::newRow("recent") << FakeMenus::modified("recentAppsModified") << Ids{ kAllMenus[2] }
-                                << false;
-    }
-
     void theRefreshFollowsTheFlags()
     {
-        QFETCH(json, flags);
-        QFETCH(Ids, refetched);
-        QFETCH(bool, indexRebuilt);
-        FakeRuntimeServer server;
-        QVERIFY(server.listen());
-        serveSmallMenus(server);
-        PomvarViewModel vm(PomvarRT{ "localhost", server.port() }); // the first build
-        QVERIFY(vm.isReady() && vm.prefs());
-        server.clearRequests();
-        server.queueReply("get-menu-data-modified-status", Reply::json(flags));
-        QSignalSpy indexChanges(&vm, &PomvarViewModel::appsAppcatsChanged);
-        vm.updateMenu();
-        // The first opening reads the status before the flags too; a build asks in this order.
-        Ids expected = {
-            "get-app-status", "get-menu-data-modified-status", "get-app-status", "get-user-prefs"
+        // The flag set, the menus then refetched, whether the apps' categories are indexed anew.
+        const std::tuple<json, Ids, bool> cases[] = {
+            { FakeMenus::modified(), {}, false },
+            { FakeMenus::modified("appFolderModified"), kAllMenus, true },
+            { FakeMenus::modified("appcatsModified"), { kAllMenus[1] }, true },
+            { FakeMenus::modified("pinnedAppsModified"), kAllMenus, false },
+            { FakeMenus::modified("recentAppsModified"), { kAllMenus[2] }, false },
         };
-        expected.insert(expected.end(), refetched.begin(), refetched.end());
-        expected.push_back("check-update-available");
-        QCOMPARE(server.requestIds(), expected);
-        QVERIFY(vm.isLoadedOnStartup());
-        QCOMPARE(indexChanges.count() > 0, indexRebuilt);
-        // Whatever was refetched, the lists are whole again.
-        QCOMPARE(vm.allAppsMenuData().size(), std::size_t{ 2 });
-        QCOMPARE(vm.myAppsTreeData().size(), std::size_t{ 2 });
-        QCOMPARE(vm.recentAppsMenuData().size(), std::size_t{ 1 });
-        QCOMPARE(vm.appsAppcats(),
-                 (PomvarViewModel::AppCategories{ { "app1", {} }, { "app2", { "Work" } } }));
-        server.clearRequests();
-        vm.updateMenu(); // later openings start with the flags
-        QCOMPARE(server.requestIds().front(), std::string("get-menu-data-modified-status"));
+        for (const auto& [flags, refetched, indexRebuilt] : cases) {
+            FakeRuntimeServer server;
+            QVERIFY(server.listen());
+            serveSmallMenus(server);
+            PomvarViewModel vm(PomvarRT{ "localhost", server.port() }); // the first build
+            QVERIFY(vm.isReady() && vm.prefs());
+            server.clearRequests();
+            server.queueReply("get-menu-data-modified-status", Reply::json(flags));
+            QSignalSpy indexChanges(&vm, &PomvarViewModel::appsAppcatsChanged);
+            vm.updateMenu();
+            // The first opening reads the status before the flags too; a build asks in this order.
+            Ids expected = { "get-app-status", "get-menu-data-modified-status", "get-app-status" };
+            expected.push_back("get-user-prefs");
+            expected.insert(expected.end(), refetched.begin(), refetched.end());
+            expected.push_back("check-update-available");
+            QCOMPARE(server.requestIds(), expected);
+            QVERIFY(vm.isLoadedOnStartup());
+            QCOMPARE(indexChanges.count() > 0, indexRebuilt);
+            // Whatever was refetched, the lists are whole again.
+            QCOMPARE(vm.allAppsMenuData().size(), std::size_t{ 2 });
+            QCOMPARE(vm.myAppsTreeData().size(), std::size_t{ 2 });
+            QCOMPARE(vm.recentAppsMenuData().size(), std::size_t{ 1 });
+            QCOMPARE(vm.appsAppcats(),
+                     (PomvarViewModel::AppCategories{ { "app1", {} }, { "app2", { "Work" } } }));
+            server.clearRequests();
+            vm.updateMenu(); // later openings start with the flags
+            QCOMPARE(server.requestIds().front(), std::string("get-menu-data-modified-status"));
+        }
     }
 
     void aFailedFetchEndsTheBuildAndIsRetriedAtTheNextOpening()
@@ -273,38 +259,29 @@ private Q_SLOTS:
         QTRY_VERIFY(!poll); // stopped and released
     }
 
-    void reconcileCarriesRenamesAndPrunes_data()
-    {
-        QTest::addColumn<Map>("saved");
-        QTest::addColumn<CategoryRename>("rename");
-        QTest::addColumn<bool>("saveExpAppCats");
-        QTest::addColumn<Map>("expected"); // the categories are now A, New and C
-        QTest::newRow("rename carries the state, deleted categories go")
-            << Map{ { "A", true }, { "Old", true }, { "Deleted", true } }
-            << CategoryRename{ "Old", "New", {} } << true
-            << Map{ { "A", true }, { "New", true }, { "C", false } };
-        QTest::newRow("not saving: all collapsed")
-            << Map{ { "A", true }, { "Old", true } } << CategoryRename{ "Old", "New", {} } << false
-            << Map{ { "A", false }, { "New", false }, { "C", false } };
-        // "Gone" has no entry: the entry saved under "New" is removed, then New comes back
-        // collapsed.
-        QTest::newRow("rename without a saved entry")
-            << Map{ { "A", true }, { "New", true } } << CategoryRename{ "Gone", "New", {} } << true
-            << Map{ { "A", true }, { "New", false }, { "C", false } };
-        QTest::newRow("rename to the same name drops it")
-            << Map{ { "A", true }, { "New", true } } << CategoryRename{ "A", "A", {} } << true
-            << Map{ { "A", false }, { "New", true }, { "C", false } };
-    }
     void reconcileCarriesRenamesAndPrunes()
     {
-        QFETCH(Map, saved);
-        QFETCH(CategoryRename, rename);
-        QFETCH(bool, saveExpAppCats);
-        QFETCH(Map, expected);
-        UserPrefs prefs;
-        prefs.saveExpAppCats = saveExpAppCats;
-        QCOMPARE(AppCatExpansion::reconcile(saved, { rename }, { "A", "New", "C" }, prefs),
-                 expected);
+        // The saved map ("A+": A open), the rename, whether maps are saved, then the map for the
+        // categories now there: A, New and C.
+        const std::tuple<QString, CategoryRename, bool, QString> cases[] = {
+            { "A+ Old+ Deleted+", { "Old", "New", {} }, true, "A+ New+ C-" }, // deleted ones go
+            { "A+ Old+", { "Old", "New", {} }, false, "A- New- C-" }, // not saved: all closed
+            // "Gone" has no entry: the one saved under "New" goes, New comes back collapsed.
+            { "A+ New+", { "Gone", "New", {} }, true, "A+ New- C-" },
+            { "A+ New+", { "A", "A", {} }, true, "A- New+ C-" }, // a rename to itself drops it
+        };
+        const auto map = [](const QString& text) {
+            Map read;
+            for (const QString& entry : text.split(' '))
+                read[entry.chopped(1).toStdString()] = entry.endsWith('+');
+            return read;
+        };
+        for (const auto& [saved, rename, saveExpAppCats, expected] : cases) {
+            UserPrefs prefs;
+            prefs.saveExpAppCats = saveExpAppCats;
+            QCOMPARE(AppCatExpansion::reconcile(map(saved), { rename }, { "A", "New", "C" }, prefs),
+                     map(expected));
+        }
     }
 
     void savedMapsOfNonBooleansAreIgnored()

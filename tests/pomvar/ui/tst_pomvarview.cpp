@@ -17,6 +17,7 @@
 
 using namespace pomvar;
 using namespace pomvar::test;
+namespace rq = pomvar::request;
 
 namespace {
 
@@ -84,23 +85,19 @@ private Q_SLOTS:
         using M = OrganizerDlgMode;
         QTest::addColumn<QString>("how");
         QTest::addColumn<std::string>("request");
-        QTest::newRow("row click") << "click:app2" << request::launch("app2");
-        QTest::newRow("Open") << "app:Open" << request::launch("app2");
-        QTest::newRow("Get Info") << "app:Get Info" << request::getInfoApp("app2");
-        QTest::newRow("Organize") << "app:Organize" << request::organizer(M::organizeApp, "app2");
-        QTest::newRow("New category")
-            << "app:Add to New Category…" << request::createNewAppcatCxtmnu("app2");
-        QTest::newRow("category Info") << "category:Get Info" << request::getInfoAppcat("Games");
-        QTest::newRow("category Organize")
-            << "category:Organize" << request::organizer(M::organize, "Games");
-        QTest::newRow("Search") << "button:searchButton" << request::plain(request::appSearch);
-        QTest::newRow("Organize all")
-            << "button:organizeButton" << request::organizer(M::organize, "");
-        QTest::newRow("Settings") << "control:Settings…" << request::organizer(M::settings, "");
-        QTest::newRow("About") << "control:About…" << request::plain(request::about);
-        QTest::newRow("Updates") << "control:Check For Updates"
-                                 << request::plain(request::checkUpdates);
-        QTest::newRow("Quit") << "control:Quit" << request::plain(request::quit);
+        QTest::newRow("row click") << "click:app2" << rq::launch("app2");
+        QTest::newRow("Open") << "app:Open" << rq::launch("app2");
+        QTest::newRow("Get Info") << "app:Get Info" << rq::getInfoApp("app2");
+        QTest::newRow("Organize") << "app:Organize" << rq::organizer(M::organizeApp, "app2");
+        QTest::newRow("New") << "app:Add to New Category…" << rq::createNewAppcatCxtmnu("app2");
+        QTest::newRow("cat. Info") << "cat:Get Info" << rq::getInfoAppcat("Games");
+        QTest::newRow("Organize cat.") << "cat:Organize" << rq::organizer(M::organize, "Games");
+        QTest::newRow("Search") << "button:searchButton" << rq::plain(rq::appSearch);
+        QTest::newRow("Organize all") << "button:organizeButton" << rq::organizer(M::organize, "");
+        QTest::newRow("Settings") << "control:Settings…" << rq::organizer(M::settings, "");
+        QTest::newRow("About") << "control:About…" << rq::plain(rq::about);
+        QTest::newRow("Updates") << "control:Check For Updates" << rq::plain(rq::checkUpdates);
+        QTest::newRow("Quit") << "control:Quit" << rq::plain(rq::quit);
     }
 
     void entriesCloseThePanelBeforeTheirRequest()
@@ -109,10 +106,10 @@ private Q_SLOTS:
         QFETCH(std::string, request);
         const QString kind = how.section(':', 0, 0), what = how.section(':', 1);
         PanelFixture f;
-        QVERIFY(open(f, kind == "category" ? 0 : 2));
+        QVERIFY(open(f, kind == "cat" ? 0 : 2));
         MenuListView& list = *f.view().menuView(f.view().selectedMenu());
         QMenu* menu = f.view().findChild<ControlMenu*>("controlMenu")->entries();
-        if (kind == "app" || kind == "category")
+        if (kind == "app" || kind == "cat")
             QVERIFY(menu =
                         f.openContextMenu(list, f.rowOf(list, kind == "app" ? "app2" : "Games")));
         auto* button = f.view().findChild<QAbstractButton*>(what);
@@ -200,7 +197,6 @@ private Q_SLOTS:
     // released decides the request.
     void dropsLandWherePointed()
     {
-        namespace rq = pomvar::request;
         // The menu and row dragged; where it is released: a row ("Games/app2": an app in Games),
         // in its upper half or, with "+", its lower half; "My Apps" its selector; "" below the
         // rows. Then the request sent.

@@ -42,8 +42,6 @@ public:
     // Port 0 picks a free port when listening starts.
     explicit FakeRuntimeServer(std::uint16_t port = 0);
     ~FakeRuntimeServer();
-    FakeRuntimeServer(const FakeRuntimeServer&) = delete;
-    FakeRuntimeServer& operator=(const FakeRuntimeServer&) = delete;
 
     // Starts listening on the loopback address and serving; false when the port is taken.
     bool listen();

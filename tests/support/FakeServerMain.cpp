@@ -26,9 +26,9 @@ int main(int argc, char** argv)
         args.push_back(argv[i]);
     std::ofstream(dir + "/argv.json") << args.dump() << '\n';
 
-    std::ifstream in(dir + "/script.json");
-    nlohmann::json script = in ? nlohmann::json::parse(in, nullptr, false) : nlohmann::json();
-    if (!script.is_object())
+    nlohmann::json script =
+        nlohmann::json::parse(std::ifstream(dir + "/script.json"), nullptr, false);
+    if (!script.is_object()) // missing or not JSON
         script = nlohmann::json::object();
 
     FakeRuntimeServer server(pomvar::wire::kRuntimePort);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "FakeMenus.h"
-#include "FakeRuntimeServer.h"
 #include "IconFiles.h"
 #include "model/PomvarViewModel.h"
 #include "ui/MenuBarScene.h"

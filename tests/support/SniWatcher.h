@@ -12,16 +12,14 @@
 namespace pomvar::test {
 
 // A tray as KDE Plasma or the GNOME AppIndicator extension runs one: the StatusNotifierWatcher
-// with a host on its own connection to the session bus at `address`. The host side reads an
+// (its registration, all the item uses) with a host on its own connection to the session bus at
+// `address`. The host side reads an
 // item's properties and clicks it as hosts do; every call waits on the event loop, so the item
 // may live in this very process.
 class SniWatcher : public QObject
 {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
-    Q_PROPERTY(QStringList RegisteredStatusNotifierItems READ registeredItems)
-    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ isHostRegistered)
-    Q_PROPERTY(int ProtocolVersion READ protocolVersion)
 
 public:
     explicit SniWatcher(QString address)
@@ -38,11 +36,10 @@ public:
         static int connections = 0;
         m_connectionName = QStringLiteral("sni-watcher-%1").arg(++connections);
         QDBusConnection bus = QDBusConnection::connectToBus(m_address, m_connectionName);
-        const auto exports = QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals |
-                             QDBusConnection::ExportAllProperties;
-        m_running = bus.isConnected() &&
-                    bus.registerObject("/StatusNotifierWatcher", this, exports) &&
-                    bus.registerService("org.kde.StatusNotifierWatcher");
+        m_running =
+            bus.isConnected() &&
+            bus.registerObject("/StatusNotifierWatcher", this, QDBusConnection::ExportAllSlots) &&
+            bus.registerService("org.kde.StatusNotifierWatcher");
         if (!m_running)
             QDBusConnection::disconnectFromBus(m_connectionName);
         return m_running;
@@ -56,8 +53,6 @@ public:
     }
 
     QStringList registeredItems() const { return m_items; }
-    bool isHostRegistered() const { return m_running; }
-    int protocolVersion() const { return 0; }
 
     // Host side. An invalid value when the call fails.
     QVariant itemProperty(const QString& item, const QString& name)

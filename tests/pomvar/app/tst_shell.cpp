@@ -1,8 +1,8 @@
 // The real pomvar program in a copied install layout, with the fake runtime server in place of
 // its own: help and version, the single-instance PID file, the arguments
 // the server gets, and the wait for the server's port, its probe's output read, a failure
-// retried, output that is not UTF-8 ending the start. In-process: the command line, the platform
-// under Wayland and the PID file's place.
+// retried, output that is not UTF-8 or a refused connection ending the start. In-process: the
+// command line, the platform under Wayland and the PID file's place.
 #include "InstallLayout.h"
 #include "TestDesktop.h"
 #include "app/CommandLine.h"
@@ -15,7 +15,6 @@
 #include <QTest>
 
 #include <csignal>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using pomvar::CmdLine;
@@ -35,12 +34,6 @@ const QByteArray kHelp = "Pomvar for Linux: the customizable app launcher for Li
                          "  --welcome\n      show welcome dialog at startup\n"
                          "  -h, --help\n      show this help message and exit\n"
                          "  --version\n      show version information and exit\n\n";
-
-void stop(QProcess& process, int signal)
-{
-    ::kill(static_cast<pid_t>(process.processId()), signal);
-    process.waitForFinished(60000);
-}
 
 } // namespace
 
@@ -112,9 +105,9 @@ private Q_SLOTS:
         PidFile::create();
         QCOMPARE(QDir(m_dir.filePath("pomvar")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
                  QStringList{ "pomvar.pid" });
-        struct stat folder;
-        QCOMPARE(::stat(QFile::encodeName(m_dir.filePath("pomvar")), &folder), 0);
-        QCOMPARE(folder.st_mode & 07777, 0700);
+        QCOMPARE(QFile::permissions(m_dir.filePath("pomvar")),
+                 QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner | QFile::ReadUser |
+                     QFile::WriteUser | QFile::ExeUser);
         PidFile::deleteFile();
         QVERIFY(!QFile::exists(path));
         // The signal handler deletes the file at the path taken beforehand, once, and only a file
@@ -180,18 +173,32 @@ private Q_SLOTS:
         auto pomvar = shell.start({ "--welcome", "--refresh" });
         QVERIFY(InstallLayout::isConnectedToServer(*pomvar));
         QCOMPARE(shell.read("fake/argv.json"), "[\"--refresh\",\"--welcome\"]\n");
-        stop(*pomvar, SIGTERM);
+        ::kill(static_cast<pid_t>(pomvar->processId()), SIGTERM);
+        pomvar->waitForFinished(60000);
     }
 
-    void aProbeThatCannotBeReadEndsTheStartWithStatusOne()
+    void aFailedStartEndsWithStatusOne_data()
     {
-        InstallLayout shell;
+        QTest::addColumn<QByteArray>("probe");
+        QTest::addColumn<QByteArray>("server");
         // Once the port is really in use, the probe's output is not UTF-8.
-        QVERIFY(shell.write(
-            "tools/lsof", "#!/bin/sh\n/usr/bin/lsof \"$@\" >/dev/null && printf '\\377'\n", true));
+        QTest::newRow("unreadable probe")
+            << QByteArray("/usr/bin/lsof \"$@\" >/dev/null && printf '\\377'") << QByteArray();
+        // The probe sees a server that never listens: the connection is refused.
+        QTest::newRow("refused connection") << QByteArray("echo 1") << QByteArray("#!/bin/sh\n");
+    }
+    void aFailedStartEndsWithStatusOne()
+    {
+        QFETCH(QByteArray, probe);
+        QFETCH(QByteArray, server);
+        InstallLayout shell;
+        QVERIFY(shell.write("tools/lsof", "#!/bin/sh\n" + probe + "\n", true));
+        QVERIFY(server.isEmpty() || shell.write("libexec/pomvar/pomvarsrv", server, true));
         const auto outcome = shell.run({ "--refresh" });
         QVERIFY(outcome.exitedWith(1));
-        QCOMPARE(outcome.out + outcome.err, QByteArray()); // the sanitizers also end with 1
+        // The sanitizers also end with 1.
+        QVERIFY2(!outcome.err.contains("Sanitizer") && !outcome.err.contains("runtime error"),
+                 outcome.err.constData());
         QCOMPARE(shell.read(kPid), "<missing>");
     }
 };

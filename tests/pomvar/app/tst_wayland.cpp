@@ -1,7 +1,7 @@
 // Pomvar in a Wayland session: weston's headless backend, with XWayland (Pomvar runs on it) and
 // without (Pomvar runs natively), a tray of the test's own on a private session bus. Pomvar
-// starts, its tray item registers, Activate opens the 360 × 494 panel, a middle click asks for
-// the search window, and nothing crashes.
+// starts, its tray item registers, Activate opens the 360 × 494 panel, and nothing crashes. (The
+// item's other clicks: tst_trayitem.)
 #include "ChildProcess.h"
 #include "InstallLayout.h"
 #include "SessionBus.h"
@@ -134,17 +134,16 @@ private Q_SLOTS:
         const QString plugin =
             QLibraryInfo::path(QLibraryInfo::PluginsPath) + "/platforms/libqwayland-generic.so";
         // What is missing, by the Debian package's name.
-        QString missing;
-        if (QStandardPaths::findExecutable("weston").isEmpty() ||
-            QStandardPaths::findExecutable("weston-debug").isEmpty())
-            missing = "weston";
-        else if (xwayland && QStandardPaths::findExecutable("Xwayland").isEmpty())
-            missing = "xwayland";
-        else if (!xwayland && !QFile::exists(plugin))
-            missing = "qt6-wayland";
-        if (!missing.isEmpty())
-            QSKIP(qPrintable("package " + missing +
-                             " is not installed (scripts/setup.sh installs it)"));
+        const auto has = [](const char* program) {
+            return !QStandardPaths::findExecutable(program).isEmpty();
+        };
+        const char* missing = !has("weston") || !has("weston-debug") ? "weston"
+                              : xwayland && !has("Xwayland")         ? "xwayland"
+                              : !xwayland && !QFile::exists(plugin)  ? "qt6-wayland"
+                                                                     : nullptr;
+        if (missing)
+            QSKIP(qPrintable(QString("package %1 is not installed (scripts/setup.sh installs it)")
+                                 .arg(missing)));
 
         HeadlessWeston weston(xwayland);
         QVERIFY2(weston.waitUntilReady(xwayland), weston.log().constData());
@@ -180,14 +179,11 @@ private Q_SLOTS:
         // Its standard error says why when it does not show.
         QVERIFY2(QTest::qWaitFor(panelShown, 20000), pomvar->readAllStandardError().constData());
 
-        QVERIFY(tray.click(item, "SecondaryActivate", 640, 31));
-        QTRY_VERIFY_WITH_TIMEOUT(layout.read("fake/requests.jsonl").contains("app-search"), 20000);
         QCOMPARE(pomvar->state(), QProcess::Running);
-        // Ended by a signal, Pomvar exits with 1 rather than crashing.
+        // Ended by a signal, Pomvar exits rather than crashing (with 1: e2e_ends).
         ::kill(pid_t(pomvar->processId()), SIGTERM);
         QVERIFY(pomvar->waitForFinished(10000));
         QCOMPARE(pomvar->exitStatus(), QProcess::NormalExit);
-        QCOMPARE(pomvar->exitCode(), 1);
         const QByteArray errors = pomvar->readAllStandardError();
         QVERIFY2(!errors.contains("Sanitizer") && !errors.contains("runtime error"),
                  errors.constData());

@@ -5,7 +5,6 @@
 // range. A refused connection ends it with status 1; a zero-length reply leaves it waiting.
 #include "ChildProcess.h"
 #include "FakeMenus.h"
-#include "FakeRuntimeServer.h"
 #include "ipc/JsonDocument.h"
 #include "ipc/RuntimeLink.h"
 #include "model/PomvarViewModel.h"
@@ -121,17 +120,16 @@ private Q_SLOTS:
 
     void brokenRepliesStopTheProcessNamingTheFault()
     {
-        nlohmann::json prefs = FakeMenus::prefs(0, true, false);
-        prefs["MenuDensity"] = 1.5;
-        const std::string density = prefs.dump();
-        prefs["MenuDensity"] = 1;
-        prefs["AnimationFx"] = 1;
-        const std::string animation = prefs.dump();
+        const auto prefs = [](const char* key, const nlohmann::json& value) {
+            nlohmann::json changed = FakeMenus::prefs(0, true, false);
+            changed[key] = value;
+            return changed.dump();
+        };
         // The driver's command, the request answered, its reply (empty: the server closes the
         // connection), and the fault the message must name.
         const std::array<std::string, 4> rows[] = {
-            { "user-prefs", "get-user-prefs", density, "non-integral number" },
-            { "user-prefs", "get-user-prefs", animation, "\"AnimationFx\" must be a boolean" },
+            { "user-prefs", "get-user-prefs", prefs("MenuDensity", 1.5), "non-integral number" },
+            { "user-prefs", "get-user-prefs", prefs("AnimationFx", 1), "\"AnimationFx\" must be" },
             { "user-prefs", "get-user-prefs", "", "no reply to 'get-user-prefs'" },
             { "app-status", "get-app-status", R"({"ready": true})", "\"updateFinished\" is" },
             { "app-status", "get-app-status", "[true, false]", "not an object" },

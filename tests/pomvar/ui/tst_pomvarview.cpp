@@ -1,5 +1,6 @@
-// The panel against a fake runtime server: opening and placement, the entries that close it before
-// their request, the ones that keep it open and refresh, the selector, the categories' expansion.
+// The panel against a fake runtime server: opening, Escape and placement, the entries that close it
+// before their request, the ones that keep it open and refresh, the selector, the categories'
+// expansion.
 #include "PanelFixture.h"
 
 #include "ui/AppContextMenu.h"
@@ -16,6 +17,7 @@
 
 using namespace pomvar;
 using namespace pomvar::test;
+namespace rq = pomvar::request;
 
 namespace {
 
@@ -62,25 +64,6 @@ private Q_SLOTS:
         QSettings(QSettings::IniFormat, QSettings::UserScope, "pomvar", "pomvar").clear();
     }
 
-    void panelOpensFilledAndEscapeCloses()
-    {
-        PanelFixture f;
-        QVERIFY(open(f, 2));
-        QCOMPARE(f.view().geometry(), f.panel().rect());
-        // Each list starts 10 below the top of its page, edge to edge otherwise.
-        for (auto* button : f.view().findChildren<MenuSelectorButton*>()) {
-            QTest::mouseClick(button, Qt::LeftButton);
-            MenuPage* page = f.view().menuPage(f.view().selectedMenu());
-            QTRY_COMPARE(page->view()->geometry(), page->rect().adjusted(0, 10, 0, 0));
-        }
-        QPointer<PomvarView> first = &f.view();
-        QTest::keyClick(f.view().menuView(Pomvar::AllApps), Qt::Key_Escape);
-        QVERIFY(!f.panel().isVisible());
-        // Each opening builds the content anew.
-        QVERIFY(f.clickTray());
-        QVERIFY(first.isNull());
-    }
-
     void placementFollowsTheTray()
     {
         // Centred under, above or beside the icon (else the pointer), inside the available area.
@@ -102,23 +85,19 @@ private Q_SLOTS:
         using M = OrganizerDlgMode;
         QTest::addColumn<QString>("how");
         QTest::addColumn<std::string>("request");
-        QTest::newRow("row click") << "click:app2" << request::launch("app2");
-        QTest::newRow("Open") << "app:Open" << request::launch("app2");
-        QTest::newRow("Get Info") << "app:Get Info" << request::getInfoApp("app2");
-        QTest::newRow("Organize") << "app:Organize" << request::organizer(M::organizeApp, "app2");
-        QTest::newRow("New category")
-            << "app:Add to New Category…" << request::createNewAppcatCxtmnu("app2");
-        QTest::newRow("category Info") << "category:Get Info" << request::getInfoAppcat("Games");
-        QTest::newRow("category Organize")
-            << "category:Organize" << request::organizer(M::organize, "Games");
-        QTest::newRow("Search") << "button:searchButton" << request::plain(request::appSearch);
-        QTest::newRow("Organize all")
-            << "button:organizeButton" << request::organizer(M::organize, "");
-        QTest::newRow("Settings") << "control:Settings…" << request::organizer(M::settings, "");
-        QTest::newRow("About") << "control:About…" << request::plain(request::about);
-        QTest::newRow("Updates") << "control:Check For Updates"
-                                 << request::plain(request::checkUpdates);
-        QTest::newRow("Quit") << "control:Quit" << request::plain(request::quit);
+        QTest::newRow("row click") << "click:app2" << rq::launch("app2");
+        QTest::newRow("Open") << "app:Open" << rq::launch("app2");
+        QTest::newRow("Get Info") << "app:Get Info" << rq::getInfoApp("app2");
+        QTest::newRow("Organize") << "app:Organize" << rq::organizer(M::organizeApp, "app2");
+        QTest::newRow("New") << "app:Add to New Category…" << rq::createNewAppcatCxtmnu("app2");
+        QTest::newRow("cat. Info") << "cat:Get Info" << rq::getInfoAppcat("Games");
+        QTest::newRow("Organize cat.") << "cat:Organize" << rq::organizer(M::organize, "Games");
+        QTest::newRow("Search") << "button:searchButton" << rq::plain(rq::appSearch);
+        QTest::newRow("Organize all") << "button:organizeButton" << rq::organizer(M::organize, "");
+        QTest::newRow("Settings") << "control:Settings…" << rq::organizer(M::settings, "");
+        QTest::newRow("About") << "control:About…" << rq::plain(rq::about);
+        QTest::newRow("Updates") << "control:Check For Updates" << rq::plain(rq::checkUpdates);
+        QTest::newRow("Quit") << "control:Quit" << rq::plain(rq::quit);
     }
 
     void entriesCloseThePanelBeforeTheirRequest()
@@ -127,10 +106,10 @@ private Q_SLOTS:
         QFETCH(std::string, request);
         const QString kind = how.section(':', 0, 0), what = how.section(':', 1);
         PanelFixture f;
-        QVERIFY(open(f, kind == "category" ? 0 : 2));
+        QVERIFY(open(f, kind == "cat" ? 0 : 2));
         MenuListView& list = *f.view().menuView(f.view().selectedMenu());
         QMenu* menu = f.view().findChild<ControlMenu*>("controlMenu")->entries();
-        if (kind == "app" || kind == "category")
+        if (kind == "app" || kind == "cat")
             QVERIFY(menu =
                         f.openContextMenu(list, f.rowOf(list, kind == "app" ? "app2" : "Games")));
         auto* button = f.view().findChild<QAbstractButton*>(what);
@@ -218,7 +197,6 @@ private Q_SLOTS:
     // released decides the request.
     void dropsLandWherePointed()
     {
-        namespace rq = pomvar::request;
         // The menu and row dragged; where it is released: a row ("Games/app2": an app in Games),
         // in its upper half or, with "+", its lower half; "My Apps" its selector; "" below the
         // rows. Then the request sent.
@@ -294,6 +272,13 @@ private Q_SLOTS:
         QCOMPARE(entries.at(2)->icon().availableSizes(),
                  update ? QList<QSize>({ { 16, 16 }, { 32, 32 } }) : QList<QSize>());
         QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::AllApps : Pomvar::MyApps);
+        QCOMPARE(f.view().geometry(), f.panel().rect());
+        // Each list starts 10 below the top of its page, edge to edge otherwise.
+        for (auto* button : f.view().findChildren<MenuSelectorButton*>()) {
+            QTest::mouseClick(button, Qt::LeftButton);
+            MenuPage* page = f.view().menuPage(f.view().selectedMenu());
+            QTRY_COMPARE(page->view()->geometry(), page->rect().adjusted(0, 10, 0, 0));
+        }
         auto* recent = f.view().findChild<MenuSelectorButton*>("menuSelectorButton1");
         // A click on the selected menu's button keeps it selected.
         QTest::mouseClick(recent, Qt::LeftButton);
@@ -304,8 +289,11 @@ private Q_SLOTS:
         QVERIFY(f.view().menuPage(Pomvar::Recent)->isVisible());
         // Preferences changed meanwhile apply to the lists as the opening reads them.
         f.setPrefs(FakeMenus::prefs(0, saveLastMenu, false, true, saveLastMenu));
-        f.panel().dismiss();
+        QPointer<PomvarView> first = &f.view();
+        QTest::keyClick(f.view().menuView(Pomvar::Recent), Qt::Key_Escape);
+        QVERIFY(!f.panel().isVisible());
         QVERIFY(f.clickTray());
+        QVERIFY(first.isNull()); // each opening builds the content anew
         QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::Recent : Pomvar::MyApps);
         for (int menu = 0; menu < 3; ++menu)
             QCOMPARE(f.menuView(menu).isAnimated(), saveLastMenu);

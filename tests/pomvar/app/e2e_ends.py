@@ -1,17 +1,19 @@
 #!/usr/bin/python3
 # Pomvar never stays away (desktop_session, the real programs): one table of the ways the front
 # end ends, each followed by the next start. After every end no PID file is left, so the next
-# start works; the front end's exit status is the one each way gives. (A refused connection:
-# tst_shell; the update's restart: e2e_update and tst_serverwindows.)
-# usage: e2e_ends.py <build tree>
+# start works; the front end's exit status is the one each way gives.
+# usage: e2e_ends.py <build tree> <the next version's install tree>
 import os, signal, socket, subprocess, sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "support"))
-from desktop_session import DesktopSession, waited  # noqa: E402
+from desktop_session import DesktopSession, press, waited  # noqa: E402
 
+tree, next_tree = sys.argv[1:3]
 session = DesktopSession(entries={"alpha": "Name=Alpha\nExec=true"}, store='{"version": 1}')
-session.install(sys.argv[1])
+session.install(tree)
 settings = f"{session.env['XDG_CONFIG_HOME']}/pomvar/pomvar.ini"
+tools = f"{session.root}/tools"
+os.makedirs(tools)
 
 
 def programs():
@@ -46,6 +48,25 @@ def fatal_stop():
     icon = waited(lambda: next((w for w in session._windows() if max(w[3:]) <= 64), None), 30)
     session._xdotool("mousemove", "--window", icon[0], "8", "8", "click", "1")
     return front_end
+
+
+def refused():
+    # A server that listens until the probe has seen it, then is gone before the probe answers:
+    # the front end's connection is refused.
+    stop_programs()
+    with open(f"{tools}/lsof", "w") as f:
+        f.write(f'#!/bin/sh\nout=$(/usr/bin/lsof "$@")\n[ -n "$out" ] && touch {tools}/probed &&\n'
+                f'  while [ ! -e {tools}/closed ]; do sleep 0.01; done\nprintf "%s" "$out"\n')
+    # Renamed into place: the killed server's file may still be busy while it exits.
+    server = f"{session.prefix}/libexec/pomvar/pomvarsrv"
+    with open(server + ".new", "w") as f:
+        f.write(f"#!/usr/bin/python3\nimport os, socket, time\ns = socket.create_server("
+                f"('127.0.0.1', 50818))\nwhile not os.path.exists('{tools}/probed'):\n"
+                f"    time.sleep(0.01)\ns.close()\nopen('{tools}/closed', 'w').close()\n")
+    os.replace(server + ".new", server)
+    os.chmod(f"{tools}/lsof", 0o755)
+    os.chmod(server, 0o755)
+    return start_by_hand()
 
 
 def port_taken():
@@ -83,6 +104,20 @@ def icon_deleted():
     return front_end
 
 
+def update():
+    stop_programs()  # a server of its own, which restarts it
+    front_end = start(watched=True)
+    session.install(next_tree)
+    session.request('{\n    "id": "check-updates"\n}')
+    press(session.found(session.window("Pomvar Updates"), "push button", "Restart Pomvar"))
+    new = waited(lambda: front_end.poll() is not None and session.front_end_pid(), 60)
+    waited(lambda: new in programs() and session.listeners(), 30) or session.fail("no restart")
+    os.kill(new, signal.SIGTERM)
+    waited(lambda: new not in programs(), 30)
+    session.install(tree)
+    return front_end
+
+
 def display_lost():
     front_end = start()
     xvfb = session.children[-1]
@@ -105,7 +140,7 @@ def start_by_hand(watched=False):
     run = session.env["XDG_RUNTIME_DIR"] + ("" if watched else "/own")
     os.makedirs(run, mode=0o700, exist_ok=True)
     pid_file = f"{run}/pomvar/pomvar.pid"
-    env = dict(session.env, XDG_RUNTIME_DIR=run)
+    env = dict(session.env, PATH=f"{tools}:{session.env['PATH']}", XDG_RUNTIME_DIR=run)
     session.pomvar = session._spawn([f"{session.prefix}/bin/pomvar"], env=env, log="pomvar")
     return session.pomvar
 
@@ -133,8 +168,11 @@ ENDS = [
     ("a fatal stop", fatal_stop, -signal.SIGABRT),
     # Only the runtime server can remove the file of a killed front end.
     ("SIGKILL", signalled(signal.SIGKILL, watched=True), -signal.SIGKILL),
+    ("a refused connection", refused, 1),
     ("the port held by another program", port_taken, 1),
     ("a deleted icon file", icon_deleted, 1),
+    # Not polling (the panel did not ask), the old front end is asked to quit by the server.
+    ("the update restart", update, 1),
     # The runtime server loses the display too: the front end may lose its connection first.
     ("the display lost", display_lost, (1, -signal.SIGABRT)),
 ]
@@ -148,6 +186,9 @@ for name, end, status in ENDS:
         session.fail(f"{name}: the front end ended with {front_end.returncode}, not {status}")
     if not waited(lambda: not os.path.exists(pid_file), 10):
         session.fail(f"{name}: the PID file is left")
+    if os.path.exists(f"{tools}/lsof"):
+        os.remove(f"{tools}/lsof")
+        session.install(tree)
     if os.path.exists(settings):
         os.remove(settings)
 start()

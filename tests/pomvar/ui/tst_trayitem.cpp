@@ -93,10 +93,7 @@ private Q_SLOTS:
             QCOMPARE(menu->pos(), at);
             menu->hide();
         }
-        const std::size_t before = f.server().requests().size();
-        menu->actions().at(1)->trigger();
-        QVERIFY(f.server().waitForRequests(before + 1));
-        QCOMPARE(f.server().requests().back(), request::plain(request::about));
+        // (Its entries' requests: tst_pomvarview's control menu rows, the same entries.)
         // Middle: the search window, the panel closed first.
         QVERIFY(f.clickTray());
         QVERIFY(f.dismissedBeforeRequest(request::plain(request::appSearch), [&] {

@@ -64,13 +64,6 @@ public:
         QMutexLocker lock(&m_mutex);
         return m_requests;
     }
-    std::vector<std::string> requestIds() const
-    {
-        std::vector<std::string> ids;
-        for (const auto& body : requests())
-            ids.push_back(requestId(body));
-        return ids;
-    }
     void clearRequests()
     {
         QMutexLocker lock(&m_mutex);

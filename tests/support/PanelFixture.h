@@ -20,12 +20,6 @@ namespace pomvar::test {
 class PanelFixture
 {
 public:
-    PanelFixture()
-    {
-        if (!m_server.listen())
-            qFatal("PanelFixture: the fake runtime server cannot listen");
-    }
-
     FakeRuntimeServer& server() { return m_server; }
     FakeMenus& menus() { return m_menus; }
     const IconFiles& icons() const { return m_icons; }
@@ -37,6 +31,8 @@ public:
     // Creates the view model and the scene with what the menus and preferences hold now.
     void start()
     {
+        if (!m_server.listen())
+            qFatal("PanelFixture: the fake runtime server cannot listen");
         m_menus.install(m_server);
         m_vm = std::make_unique<PomvarViewModel>(PomvarRT{ "localhost", m_server.port() });
         m_scene = std::make_unique<MenuBarScene>([this]() -> PomvarViewModel& { return *m_vm; },

@@ -22,10 +22,8 @@ int main(int argc, char** argv)
     QCoreApplication app(argc, argv);
     const std::string dir = qEnvironmentVariable("POMVAR_FAKE_DIR", ".").toStdString();
 
-    nlohmann::json args = nlohmann::json::array();
-    for (int i = 1; i < argc; ++i)
-        args.push_back(argv[i]);
-    std::ofstream(dir + "/argv.json") << args.dump() << '\n';
+    const std::vector<std::string> args(argv + 1, argv + argc);
+    std::ofstream(dir + "/argv.json") << nlohmann::json(args).dump() << '\n';
 
     FakeRuntimeServer server(pomvar::wire::kRuntimePort);
     std::ofstream log(dir + "/requests.jsonl", std::ios::app);

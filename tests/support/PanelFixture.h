@@ -31,8 +31,6 @@ public:
     // Creates the view model and the scene with what the menus and preferences hold now.
     void start()
     {
-        if (!m_server.listen())
-            qFatal("PanelFixture: the fake runtime server cannot listen");
         m_menus.install(m_server);
         m_vm = std::make_unique<PomvarViewModel>(PomvarRT{ "localhost", m_server.port() });
         m_scene = std::make_unique<MenuBarScene>([this]() -> PomvarViewModel& { return *m_vm; },
@@ -90,9 +88,8 @@ public:
         QObject::disconnect(connection);
         // Other requests may go first (the search's place before "app-search").
         const bool sent = QTest::qWaitFor([&] {
-            const std::vector<std::string> sent = m_server.requests();
-            return std::find(sent.begin() + std::ptrdiff_t(armedAt), sent.end(), request) !=
-                   sent.end();
+            const std::vector<std::string> all = m_server.requests();
+            return std::count(all.begin() + std::ptrdiff_t(armedAt), all.end(), request) > 0;
         });
         return dismissed && !requestFirst && sent;
     }

@@ -63,7 +63,6 @@ private Q_SLOTS:
     void awaitedRepliesComeBackWholeInOrderAndTyped()
     {
         FakeRuntimeServer server;
-        QVERIFY(server.listen());
         RuntimeLink link(PomvarRT{ "localhost", server.port() });
         // 8 MiB in writes of 1,000 bytes each.
         std::string big = "[\"";
@@ -150,7 +149,6 @@ private Q_SLOTS:
             .setValue("ExpandedAppCats", QVariantMap{ { "W", true } });
         for (const auto& [command, id, reply, fault] : rows) {
             FakeRuntimeServer server;
-            QVERIFY(server.listen());
             server.setDefaultReply(id, reply.empty() ? Reply::close() : Reply::text(reply));
             const ChildOutcome outcome =
                 runDriver(server.port(), QByteArray::fromStdString(command));
@@ -173,7 +171,6 @@ private Q_SLOTS:
         QVERIFY2(outOfRange.crashed() && outOfRange.err.contains("invalid port 70000"),
                  outOfRange.err.constData());
         FakeRuntimeServer server;
-        QVERIFY(server.listen());
         server.queueReply("get-app-status", Reply::text(""));
         QVERIFY(!runDriver(server.port(), "app-status", 1500).finished);
     }

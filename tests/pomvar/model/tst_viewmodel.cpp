@@ -155,7 +155,6 @@ private Q_SLOTS:
         };
         for (const auto& [flags, refetched, indexRebuilt] : cases) {
             FakeRuntimeServer server;
-            QVERIFY(server.listen());
             serveSmallMenus(server);
             PomvarViewModel vm(PomvarRT{ "localhost", server.port() }); // the first build
             QVERIFY(vm.isReady() && vm.prefs());
@@ -186,7 +185,6 @@ private Q_SLOTS:
     void aFailedFetchEndsTheBuildAndIsRetriedAtTheNextOpening()
     {
         FakeRuntimeServer server;
-        QVERIFY(server.listen());
         serveSmallMenus(server);
         server.queueReply("check-update-available", Reply::json({ { "isUpdateAvailable", true } }));
         PomvarViewModel vm(PomvarRT{ "localhost", server.port() });
@@ -219,7 +217,6 @@ private Q_SLOTS:
     void everyStartPollsAfreshUntilEachPollSeesAFinalStatus()
     {
         FakeRuntimeServer server;
-        QVERIFY(server.listen());
         const auto status = [](const char* text) { return Reply::json({ { "status", text } }); };
         server.setDefaultReply("get-app-update-status", status("checking"));
         PomvarViewModel vm(PomvarRT{ "localhost", server.port() });

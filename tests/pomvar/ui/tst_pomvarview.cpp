@@ -225,8 +225,7 @@ private Q_SLOTS:
                 QModelIndex row = f.rowOf(mine, name.toStdString());
                 if (onto.contains('/'))
                     row = mine.model()->index(row.row(), 0, f.rowOf(mine, "Games"));
-                const QRect rect = mine.visualRect(row);
-                at = rect.center() + QPoint(0, onto.endsWith('+') ? 4 : -4);
+                at = mine.visualRect(row).center() + QPoint(0, onto.endsWith('+') ? 4 : -4);
             }
             QTest::mouseMove(target, at);
             const std::size_t before = f.server().requests().size();

@@ -29,6 +29,8 @@ FakeRuntimeServer::FakeRuntimeServer(std::uint16_t port)
     };
     FakeMenus().install(*this);
     m_thread.start();
+    if (port == 0)
+        listen();
 }
 
 FakeRuntimeServer::~FakeRuntimeServer()

@@ -39,11 +39,12 @@ public:
         Reply split(std::size_t chunk) const { return { body, chunk, closeConnection }; }
     };
 
-    // Port 0 picks a free port when listening starts.
+    // Port 0: a free port, listening at once. A fixed port listens when listen() is called.
     explicit FakeRuntimeServer(std::uint16_t port = 0);
     ~FakeRuntimeServer();
 
-    // Starts listening on the loopback address and serving; false when the port is taken.
+    // Starts listening on the loopback address and serving; false when the port is taken. Once
+    // listening, a second call changes nothing.
     bool listen();
     std::uint16_t port() const { return m_port; }
 
@@ -63,13 +64,6 @@ public:
     {
         QMutexLocker lock(&m_mutex);
         return m_requests;
-    }
-    std::vector<std::string> requestIds() const
-    {
-        std::vector<std::string> ids;
-        for (const auto& body : requests())
-            ids.push_back(requestId(body));
-        return ids;
     }
     void clearRequests()
     {

@@ -1,9 +1,10 @@
 // pomvar-fakesrv: the fake runtime server as a program, to stand in for pomvarsrv in the
 // install layout. Controlled through the environment:
-//   POMVAR_FAKE_DIR       folder for argv.json (its arguments), requests.jsonl (one JSON string
-//                         per request, exact text) and an optional script.json
+//   POMVAR_FAKE_DIR       folder for argv.json (its arguments) and requests.jsonl (one JSON
+//                         string per request, exact text)
 //   POMVAR_FAKE_LIFETIME  seconds before it gives up on its own (default 120)
-// script.json: {"listenDelayMs": n, "defaults": {id: {"json": reply}}}. It exits on "quit".
+//   POMVAR_FAKE_LISTEN_DELAY_MS  how long it waits before it listens (default 0)
+// It exits on "quit".
 #include "FakeRuntimeServer.h"
 #include "wire/RuntimeEndpoint.h"
 
@@ -21,22 +22,10 @@ int main(int argc, char** argv)
     QCoreApplication app(argc, argv);
     const std::string dir = qEnvironmentVariable("POMVAR_FAKE_DIR", ".").toStdString();
 
-    nlohmann::json args = nlohmann::json::array();
-    for (int i = 1; i < argc; ++i)
-        args.push_back(argv[i]);
-    std::ofstream(dir + "/argv.json") << args.dump() << '\n';
-
-    nlohmann::json script =
-        nlohmann::json::parse(std::ifstream(dir + "/script.json"), nullptr, false);
-    if (!script.is_object()) // missing or not JSON
-        script = nlohmann::json::object();
+    const std::vector<std::string> args(argv + 1, argv + argc);
+    std::ofstream(dir + "/argv.json") << nlohmann::json(args).dump() << '\n';
 
     FakeRuntimeServer server(pomvar::wire::kRuntimePort);
-    // value() returns a copy: keep it alive for the whole loop.
-    const nlohmann::json defaults = script.value("defaults", nlohmann::json::object());
-    for (const auto& [id, reply] : defaults.items())
-        server.setDefaultReply(id, FakeRuntimeServer::Reply::json(reply.at("json")));
-
     std::ofstream log(dir + "/requests.jsonl", std::ios::app);
     server.setRequestObserver([&](const std::string& body) {
         log << nlohmann::json(body).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace)
@@ -45,7 +34,7 @@ int main(int argc, char** argv)
             QMetaObject::invokeMethod(&app, &QCoreApplication::quit);
     });
 
-    QThread::msleep(script.value("listenDelayMs", 0));
+    QThread::msleep(qEnvironmentVariableIntValue("POMVAR_FAKE_LISTEN_DELAY_MS"));
     if (!server.listen()) {
         std::cerr << "pomvar-fakesrv: the runtime port is already in use\n";
         return 0;

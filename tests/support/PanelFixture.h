@@ -20,12 +20,6 @@ namespace pomvar::test {
 class PanelFixture
 {
 public:
-    PanelFixture()
-    {
-        if (!m_server.listen())
-            qFatal("PanelFixture: the fake runtime server cannot listen");
-    }
-
     FakeRuntimeServer& server() { return m_server; }
     FakeMenus& menus() { return m_menus; }
     const IconFiles& icons() const { return m_icons; }
@@ -94,9 +88,8 @@ public:
         QObject::disconnect(connection);
         // Other requests may go first (the search's place before "app-search").
         const bool sent = QTest::qWaitFor([&] {
-            const std::vector<std::string> sent = m_server.requests();
-            return std::find(sent.begin() + std::ptrdiff_t(armedAt), sent.end(), request) !=
-                   sent.end();
+            const std::vector<std::string> all = m_server.requests();
+            return std::count(all.begin() + std::ptrdiff_t(armedAt), all.end(), request) > 0;
         });
         return dismissed && !requestFirst && sent;
     }

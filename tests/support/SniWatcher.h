@@ -30,8 +30,6 @@ public:
     // Takes the watcher's name, as a tray starting; false when someone else holds it.
     bool start()
     {
-        if (m_running)
-            return true;
         // A new connection each time, as a restarted tray process has.
         static int connections = 0;
         m_connectionName = QStringLiteral("sni-watcher-%1").arg(++connections);

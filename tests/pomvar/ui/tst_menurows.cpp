@@ -137,43 +137,38 @@ private Q_SLOTS:
                  outcome.err.constData());
     }
 
-    void hoverTurnsTheRowAccent_data()
-    {
-        QTest::addColumn<QPalette>("palette");
-        QTest::newRow("light") << test::lightPalette();
-        QTest::newRow("dark") << test::darkPalette();
-    }
     void hoverTurnsTheRowAccent()
     {
-        QFETCH(QPalette, palette);
-        MenuList all;
-        all.append(app("Harmonium Player", m_icons.square()));
-        auto view = makeView(Pomvar::AllApps, all);
-        view->setPalette(palette);
-        QVERIFY(QTest::qWaitForWindowExposed(view.get()));
-        const QRect row = view->visualRect(all.index(0, 0));
-        const QPoint probe(row.right() - 10, row.center().y());
-        const QColor accent = MenuSelectionColor(true).color(view->palette());
-        // From below the rows, so that the pointer moves.
-        QTest::mouseMove(view->viewport(), QPoint(row.center().x(), 300));
-        QTest::mouseMove(view->viewport(), row.center());
-        QTRY_VERIFY(drawnNear(*view, probe, accent));
-        // A plain fill: the corners too.
-        QVERIFY(drawnNear(*view, row.topLeft(), accent));
-        QVERIFY(drawnNear(*view, row.bottomRight(), accent));
-        // The name reads on it.
-        const qreal scale = view->devicePixelRatioF();
-        const QRect name =
-            MenuRowPainter::app(
-                "Harmonium Player", false, m_icons.square(), Pomvar::AllApps, m_prefs)
-                .geometry(row)
-                .name;
-        QVERIFY(test::textContrast(view->viewport()->grab().toImage(),
-                                   QRect(name.topLeft() * scale, name.size() * scale),
-                                   accent) >= 4.5);
-        QEvent leave(QEvent::Leave);
-        QApplication::sendEvent(view.get(), &leave);
-        QTRY_VERIFY(!drawnNear(*view, probe, accent));
+        for (const QPalette& palette : { test::lightPalette(), test::darkPalette() }) {
+            MenuList all;
+            all.append(app("Harmonium Player", m_icons.square()));
+            auto view = makeView(Pomvar::AllApps, all);
+            view->setPalette(palette);
+            QVERIFY(QTest::qWaitForWindowExposed(view.get()));
+            const QRect row = view->visualRect(all.index(0, 0));
+            const QPoint probe(row.right() - 10, row.center().y());
+            const QColor accent = MenuSelectionColor(true).color(view->palette());
+            // From below the rows, so that the pointer moves.
+            QTest::mouseMove(view->viewport(), QPoint(row.center().x(), 300));
+            QTest::mouseMove(view->viewport(), row.center());
+            QTRY_VERIFY(drawnNear(*view, probe, accent));
+            // A plain fill: the corners too.
+            QVERIFY(drawnNear(*view, row.topLeft(), accent));
+            QVERIFY(drawnNear(*view, row.bottomRight(), accent));
+            // The name reads on it.
+            const qreal scale = view->devicePixelRatioF();
+            const QRect name =
+                MenuRowPainter::app(
+                    "Harmonium Player", false, m_icons.square(), Pomvar::AllApps, m_prefs)
+                    .geometry(row)
+                    .name;
+            QVERIFY(test::textContrast(view->viewport()->grab().toImage(),
+                                       QRect(name.topLeft() * scale, name.size() * scale),
+                                       accent) >= 4.5);
+            QEvent leave(QEvent::Leave);
+            QApplication::sendEvent(view.get(), &leave);
+            QTRY_VERIFY(!drawnNear(*view, probe, accent));
+        }
     }
 
     void keysAndClicksActivateRows()

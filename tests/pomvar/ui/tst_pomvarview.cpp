@@ -18,6 +18,7 @@
 using namespace pomvar;
 using namespace pomvar::test;
 namespace rq = pomvar::request;
+using Reply = FakeRuntimeServer::Reply;
 
 namespace {
 
@@ -80,117 +81,108 @@ private Q_SLOTS:
             QCOMPARE(PanelPlacement::topLeft(QSize(360, 494), icon, pointer, available), topLeft);
     }
 
-    void entriesCloseThePanelBeforeTheirRequest_data()
-    {
-        using M = OrganizerDlgMode;
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<std::string>("request");
-        QTest::newRow("row click") << "click:app2" << rq::launch("app2");
-        QTest::newRow("Open") << "app:Open" << rq::launch("app2");
-        QTest::newRow("Get Info") << "app:Get Info" << rq::getInfoApp("app2");
-        QTest::newRow("Organize") << "app:Organize" << rq::organizer(M::organizeApp, "app2");
-        QTest::newRow("New") << "app:Add to New Category…" << rq::createNewAppcatCxtmnu("app2");
-        QTest::newRow("cat. Info") << "cat:Get Info" << rq::getInfoAppcat("Games");
-        QTest::newRow("Organize cat.") << "cat:Organize" << rq::organizer(M::organize, "Games");
-        QTest::newRow("Search") << "button:searchButton" << rq::plain(rq::appSearch);
-        QTest::newRow("Organize all") << "button:organizeButton" << rq::organizer(M::organize, "");
-        QTest::newRow("Settings") << "control:Settings…" << rq::organizer(M::settings, "");
-        QTest::newRow("About") << "control:About…" << rq::plain(rq::about);
-        QTest::newRow("Updates") << "control:Check For Updates" << rq::plain(rq::checkUpdates);
-        QTest::newRow("Quit") << "control:Quit" << rq::plain(rq::quit);
-    }
-
     void entriesCloseThePanelBeforeTheirRequest()
     {
-        QFETCH(QString, how);
-        QFETCH(std::string, request);
-        const QString kind = how.section(':', 0, 0), what = how.section(':', 1);
-        PanelFixture f;
-        QVERIFY(open(f, kind == "cat" ? 0 : 2));
-        MenuListView& list = *f.view().menuView(f.view().selectedMenu());
-        QMenu* menu = f.view().findChild<ControlMenu*>("controlMenu")->entries();
-        if (kind == "app" || kind == "cat")
-            QVERIFY(menu =
-                        f.openContextMenu(list, f.rowOf(list, kind == "app" ? "app2" : "Games")));
-        auto* button = f.view().findChild<QAbstractButton*>(what);
-        QVERIFY(kind != "button" || button->cursor().shape() == Qt::PointingHandCursor);
-        QVERIFY(f.dismissedBeforeRequest(request, [&] {
-            if (kind == "click")
-                click(list, f.rowOf(list, what.toStdString()));
-            else if (button)
-                QTest::mouseClick(button, Qt::LeftButton);
-            else
-                entry(menu, what)->trigger();
-        }));
-        QCOMPARE(f.terminateCalls(), what == "Quit" ? 1 : 0);
-    }
-
-    void categoriesExpandAndEntriesRefreshThePanel_data()
-    {
-        QTest::addColumn<bool>("oneOpen");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<std::string>("request");
-        QTest::newRow("one open at a time, pin")
-            << true << "Pin App" << request::togglePinApp("app2");
-        QTest::newRow("each on its own, category")
-            << false << "Sound && Video" << request::toggleSetAppcat("app2", "Sound & Video");
+        using M = OrganizerDlgMode;
+        // How the entry is reached, the request it sends.
+        const std::pair<QString, std::string> cases[] = {
+            { "click:app2", rq::launch("app2") },
+            { "app:Open", rq::launch("app2") },
+            { "app:Get Info", rq::getInfoApp("app2") },
+            { "app:Organize", rq::organizer(M::organizeApp, "app2") },
+            { "app:Add to New Category…", rq::createNewAppcatCxtmnu("app2") },
+            { "cat:Get Info", rq::getInfoAppcat("Games") },
+            { "cat:Organize", rq::organizer(M::organize, "Games") },
+            { "button:searchButton", rq::plain(rq::appSearch) },
+            { "button:organizeButton", rq::organizer(M::organize, "") },
+            { "control:Settings…", rq::organizer(M::settings, "") },
+            { "control:About…", rq::plain(rq::about) },
+            { "control:Check For Updates", rq::plain(rq::checkUpdates) },
+            { "control:Quit", rq::plain(rq::quit) },
+        };
+        for (const auto& [how, request] : cases) {
+            init();
+            const QString kind = how.section(':', 0, 0), what = how.section(':', 1);
+            PanelFixture f;
+            QVERIFY(open(f, kind == "cat" ? 0 : 2));
+            MenuListView& list = *f.view().menuView(f.view().selectedMenu());
+            QMenu* menu = f.view().findChild<ControlMenu*>("controlMenu")->entries();
+            if (kind == "app" || kind == "cat")
+                QVERIFY(menu = f.openContextMenu(list,
+                                                 f.rowOf(list, kind == "app" ? "app2" : "Games")));
+            auto* button = f.view().findChild<QAbstractButton*>(what);
+            QVERIFY(kind != "button" || button->cursor().shape() == Qt::PointingHandCursor);
+            QVERIFY(f.dismissedBeforeRequest(request, [&] {
+                if (kind == "click")
+                    click(list, f.rowOf(list, what.toStdString()));
+                else if (button)
+                    QTest::mouseClick(button, Qt::LeftButton);
+                else
+                    entry(menu, what)->trigger();
+            }));
+            QCOMPARE(f.terminateCalls(), what == "Quit" ? 1 : 0);
+        }
     }
 
     void categoriesExpandAndEntriesRefreshThePanel()
     {
-        QFETCH(bool, oneOpen);
-        QFETCH(QString, text);
-        QFETCH(std::string, request);
-        PanelFixture f;
-        f.setPrefs(FakeMenus::prefs(0, true, oneOpen));
-        QVERIFY(open(f));
-        MenuListView& mine = f.menuView(0);
-        mine.clearFocus();
-        click(mine, f.rowOf(mine, "Games"));
-        QVERIFY(mine.hasFocus());
-        click(mine, f.rowOf(mine, "Work"));
-        QVERIFY(mine.isExpanded(f.rowOf(mine, "Work")));
-        QCOMPARE(mine.isExpanded(f.rowOf(mine, "Games")), !oneOpen);
+        // One category open at a time or each on its own; the entry triggered, its request (the
+        // category's "&" escaped in the entry's text).
+        const std::tuple<bool, QString, std::string> cases[] = {
+            { true, "Pin App", request::togglePinApp("app2") },
+            { false, "Sound && Video", request::toggleSetAppcat("app2", "Sound & Video") },
+        };
+        for (const auto& [oneOpen, text, request] : cases) {
+            init();
+            PanelFixture f;
+            f.setPrefs(FakeMenus::prefs(0, true, oneOpen));
+            QVERIFY(open(f));
+            MenuListView& mine = f.menuView(0);
+            mine.clearFocus();
+            click(mine, f.rowOf(mine, "Games"));
+            QVERIFY(mine.hasFocus());
+            click(mine, f.rowOf(mine, "Work"));
+            QVERIFY(mine.isExpanded(f.rowOf(mine, "Work")));
+            QCOMPARE(mine.isExpanded(f.rowOf(mine, "Games")), !oneOpen);
 
-        const QModelIndex inWork = mine.model()->index(0, 0, f.rowOf(mine, "Work"));
-        auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(mine, inWork));
-        QVERIFY(menu->actions().at(3)->isSeparator());
-        // Only the categories (the triggered "Sound && Video" has its "&" escaped), the app's
-        // own ones marked.
-        QMenu* categories = menu->appCategoriesMenu();
-        for (int i = 0; i < 3; ++i)
-            QCOMPARE(categories->actions().at(i)->property("isMember").toBool(), i < 2);
-        // What the server holds after the change; its flag refetches every list.
-        f.menus().pin("app2");
-        f.menus().install(f.server());
-        f.server().queueReply(
-            "get-menu-data-modified-status",
-            FakeRuntimeServer::Reply::json(FakeMenus::modified("pinnedAppsModified")));
-        f.server().queueReply("toggle-set-appcat",
-                              FakeRuntimeServer::Reply::json({ { "isset", true } }));
-        // Recent Apps fails to load, so the build ends before the expansion is recomputed: the
-        // view opens the refreshed categories as their rows arrive.
-        f.server().queueReply("get-recentapps-menu-data", FakeRuntimeServer::Reply::text("-"));
-        const std::size_t before = f.server().requests().size();
-        entry(menu, text)->trigger();
-        QVERIFY(f.server().waitForRequests(before + 1));
-        QCOMPARE(f.server().requests().at(before), request);
-        // The expansion map is saved for the refresh.
-        QVERIFY(UserDefaults::expandedAppCats().has_value());
-        // The refreshed My Apps shows the new pin and keeps the categories as they were.
-        QTRY_VERIFY(f.rowOf(mine, "app2").isValid() && !f.rowOf(mine, "app2").parent().isValid());
-        QVERIFY(mine.isExpanded(f.rowOf(mine, "Work")));
-        QCOMPARE(mine.isExpanded(f.rowOf(mine, "Games")), !oneOpen);
+            const QModelIndex inWork = mine.model()->index(0, 0, f.rowOf(mine, "Work"));
+            auto* menu = qobject_cast<AppContextMenu*>(f.openContextMenu(mine, inWork));
+            QVERIFY(menu->actions().at(3)->isSeparator());
+            // Only the categories (the triggered "Sound && Video" has its "&" escaped), the app's
+            // own ones marked.
+            QMenu* categories = menu->appCategoriesMenu();
+            for (int i = 0; i < 3; ++i)
+                QCOMPARE(categories->actions().at(i)->property("isMember").toBool(), i < 2);
+            // What the server holds after the change; its flag refetches every list.
+            f.menus().pin("app2");
+            f.menus().install(f.server());
+            f.server().queueReply("get-menu-data-modified-status",
+                                  Reply::json(FakeMenus::modified("pinnedAppsModified")));
+            // Recent Apps fails to load, so the build ends before the expansion is recomputed: the
+            // view opens the refreshed categories as their rows arrive.
+            f.server().queueReply("get-recentapps-menu-data", Reply::text("-"));
+            const std::size_t before = f.server().requests().size();
+            entry(menu, text)->trigger();
+            QVERIFY(f.server().waitForRequests(before + 1));
+            QCOMPARE(f.server().requests().at(before), request);
+            // The expansion map is saved for the refresh.
+            QVERIFY(UserDefaults::expandedAppCats().has_value());
+            // The refreshed My Apps shows the new pin and keeps the categories as they were.
+            QTRY_VERIFY(f.rowOf(mine, "app2").isValid() &&
+                        !f.rowOf(mine, "app2").parent().isValid());
+            QVERIFY(mine.isExpanded(f.rowOf(mine, "Work")));
+            QCOMPARE(mine.isExpanded(f.rowOf(mine, "Games")), !oneOpen);
 
-        // Closing saves the map; the next opening shows it again.
-        menu->close();
-        click(mine, f.rowOf(mine, "Sound & Video"));
-        f.panel().dismiss();
-        QCOMPARE(UserDefaults::expandedAppCats(), f.vm().expandedAppCats());
-        QVERIFY(f.clickTray());
-        MenuListView& again = f.menuView(0);
-        QVERIFY(again.isExpanded(f.rowOf(again, "Sound & Video")));
-        QCOMPARE(again.isExpanded(f.rowOf(again, "Games")), !oneOpen);
+            // Closing saves the map; the next opening shows it again.
+            menu->close();
+            click(mine, f.rowOf(mine, "Sound & Video"));
+            f.panel().dismiss();
+            QCOMPARE(UserDefaults::expandedAppCats(), f.vm().expandedAppCats());
+            QVERIFY(f.clickTray());
+            MenuListView& again = f.menuView(0);
+            QVERIFY(again.isExpanded(f.rowOf(again, "Sound & Video")));
+            QCOMPARE(again.isExpanded(f.rowOf(again, "Games")), !oneOpen);
+        }
     }
 
     // A row dragged from its menu onto My Apps, through My Apps' selector: where the pointer is
@@ -233,8 +225,7 @@ private Q_SLOTS:
                 QModelIndex row = f.rowOf(mine, name.toStdString());
                 if (onto.contains('/'))
                     row = mine.model()->index(row.row(), 0, f.rowOf(mine, "Games"));
-                const QRect rect = mine.visualRect(row);
-                at = rect.center() + QPoint(0, onto.endsWith('+') ? 4 : -4);
+                at = mine.visualRect(row).center() + QPoint(0, onto.endsWith('+') ? 4 : -4);
             }
             QTest::mouseMove(target, at);
             const std::size_t before = f.server().requests().size();
@@ -245,59 +236,53 @@ private Q_SLOTS:
         }
     }
 
-    void selectorAndControlMenuFollowTheSettings_data()
-    {
-        QTest::addColumn<bool>("saveLastMenu");
-        QTest::newRow("menu saved, no update") << true;
-        QTest::newRow("menu not saved, update") << false;
-    }
-
     void selectorAndControlMenuFollowTheSettings()
     {
-        QFETCH(bool, saveLastMenu);
-        const bool update = !saveLastMenu;
-        PanelFixture f;
-        f.setPrefs(FakeMenus::prefs(0, saveLastMenu, false));
-        f.server().setDefaultReply(
-            "check-update-available",
-            FakeRuntimeServer::Reply::json({ { "isUpdateAvailable", update } }));
-        QVERIFY(open(f, 2));
-        // An update shows on the control menu's button and entry, with a badge of 16 points for
-        // 1x and 2x displays.
-        auto* control = f.view().findChild<ControlMenu*>("controlMenu");
-        QCOMPARE(control->imageAsset(), update ? "ctrlMenuBadge" : "ctrlMenu");
-        const QList<QAction*> entries = control->entries()->actions();
-        QCOMPARE(entries.at(2)->text(), update ? "Install Pomvar Update" : "Check For Updates");
-        QVERIFY(entries.at(3)->isSeparator());
-        QCOMPARE(entries.at(2)->icon().availableSizes(),
-                 update ? QList<QSize>({ { 16, 16 }, { 32, 32 } }) : QList<QSize>());
-        QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::AllApps : Pomvar::MyApps);
-        QCOMPARE(f.view().geometry(), f.panel().rect());
-        // Each list starts 10 below the top of its page, edge to edge otherwise.
-        for (auto* button : f.view().findChildren<MenuSelectorButton*>()) {
-            QTest::mouseClick(button, Qt::LeftButton);
-            MenuPage* page = f.view().menuPage(f.view().selectedMenu());
-            QTRY_COMPARE(page->view()->geometry(), page->rect().adjusted(0, 10, 0, 0));
+        for (const bool saveLastMenu : { true, false }) { // the menu saved, or an update
+            init();
+            const bool update = !saveLastMenu;
+            PanelFixture f;
+            f.setPrefs(FakeMenus::prefs(0, saveLastMenu, false));
+            f.server().setDefaultReply("check-update-available",
+                                       Reply::json({ { "isUpdateAvailable", update } }));
+            QVERIFY(open(f, 2));
+            // An update shows on the control menu's button and entry, with a badge of 16 points for
+            // 1x and 2x displays.
+            auto* control = f.view().findChild<ControlMenu*>("controlMenu");
+            QCOMPARE(control->imageAsset(), update ? "ctrlMenuBadge" : "ctrlMenu");
+            const QList<QAction*> entries = control->entries()->actions();
+            QCOMPARE(entries.at(2)->text(), update ? "Install Pomvar Update" : "Check For Updates");
+            QVERIFY(entries.at(3)->isSeparator());
+            QCOMPARE(entries.at(2)->icon().availableSizes(),
+                     update ? QList<QSize>({ { 16, 16 }, { 32, 32 } }) : QList<QSize>());
+            QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::AllApps : Pomvar::MyApps);
+            QCOMPARE(f.view().geometry(), f.panel().rect());
+            // Each list starts 10 below the top of its page, edge to edge otherwise.
+            for (auto* button : f.view().findChildren<MenuSelectorButton*>()) {
+                QTest::mouseClick(button, Qt::LeftButton);
+                MenuPage* page = f.view().menuPage(f.view().selectedMenu());
+                QTRY_COMPARE(page->view()->geometry(), page->rect().adjusted(0, 10, 0, 0));
+            }
+            auto* recent = f.view().findChild<MenuSelectorButton*>("menuSelectorButton1");
+            // A click on the selected menu's button keeps it selected.
+            QTest::mouseClick(recent, Qt::LeftButton);
+            QTest::mouseClick(recent, Qt::LeftButton);
+            QCOMPARE(UserDefaults::lastMenu(), 1);
+            for (auto* button : f.view().findChildren<MenuSelectorButton*>())
+                QCOMPARE(button->isChecked(), button == recent);
+            QVERIFY(f.view().menuPage(Pomvar::Recent)->isVisible());
+            // Preferences changed meanwhile apply to the lists as the opening reads them.
+            f.setPrefs(FakeMenus::prefs(0, saveLastMenu, false, true, saveLastMenu));
+            QPointer<PomvarView> first = &f.view();
+            QTest::keyClick(f.view().menuView(Pomvar::Recent), Qt::Key_Escape);
+            QVERIFY(!f.panel().isVisible());
+            QVERIFY(f.clickTray());
+            QVERIFY(first.isNull()); // each opening builds the content anew
+            QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::Recent : Pomvar::MyApps);
+            for (int menu = 0; menu < 3; ++menu)
+                QCOMPARE(f.menuView(menu).isAnimated(), saveLastMenu);
+            QCOMPARE(f.scene().trayIcon()->icon()->toolTip(), "Pomvar");
         }
-        auto* recent = f.view().findChild<MenuSelectorButton*>("menuSelectorButton1");
-        // A click on the selected menu's button keeps it selected.
-        QTest::mouseClick(recent, Qt::LeftButton);
-        QTest::mouseClick(recent, Qt::LeftButton);
-        QCOMPARE(UserDefaults::lastMenu(), 1);
-        for (auto* button : f.view().findChildren<MenuSelectorButton*>())
-            QCOMPARE(button->isChecked(), button == recent);
-        QVERIFY(f.view().menuPage(Pomvar::Recent)->isVisible());
-        // Preferences changed meanwhile apply to the lists as the opening reads them.
-        f.setPrefs(FakeMenus::prefs(0, saveLastMenu, false, true, saveLastMenu));
-        QPointer<PomvarView> first = &f.view();
-        QTest::keyClick(f.view().menuView(Pomvar::Recent), Qt::Key_Escape);
-        QVERIFY(!f.panel().isVisible());
-        QVERIFY(f.clickTray());
-        QVERIFY(first.isNull()); // each opening builds the content anew
-        QCOMPARE(f.view().selectedMenu(), saveLastMenu ? Pomvar::Recent : Pomvar::MyApps);
-        for (int menu = 0; menu < 3; ++menu)
-            QCOMPARE(f.menuView(menu).isAnimated(), saveLastMenu);
-        QCOMPARE(f.scene().trayIcon()->icon()->toolTip(), "Pomvar");
     }
 
     void emptyMenusShowTheirEmptyStates()

@@ -12,7 +12,6 @@
 #include "wire/Protocol.h"
 
 #include <QDBusArgument>
-#include <QDBusConnection>
 #include <QtTest>
 
 using namespace pomvar;
@@ -27,7 +26,6 @@ private Q_SLOTS:
     {
         QVERIFY2(m_bus.start(), "dbus-daemon (package dbus) did not start");
         m_bus.useInThisProcess();
-        QVERIFY(QDBusConnection::sessionBus().isConnected());
     }
 
     // Started before the tray, the icon moves to it; meanwhile the user is told once that there
@@ -93,10 +91,7 @@ private Q_SLOTS:
             QCOMPARE(menu->pos(), at);
             menu->hide();
         }
-        const std::size_t before = f.server().requests().size();
-        menu->actions().at(1)->trigger();
-        QVERIFY(f.server().waitForRequests(before + 1));
-        QCOMPARE(f.server().requests().back(), request::plain(request::about));
+        // (Its entries' requests: tst_pomvarview's control menu rows, the same entries.)
         // Middle: the search window, the panel closed first.
         QVERIFY(f.clickTray());
         QVERIFY(f.dismissedBeforeRequest(request::plain(request::appSearch), [&] {

@@ -43,77 +43,62 @@ class TestTrayTint : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void glyphStandsOutOnTheTray_data()
-    {
-        QTest::addColumn<QString>("background");
-        QTest::addColumn<QColor>("window");
-        QTest::addColumn<QString>("requested");
-        QTest::addColumn<QColor>("glyph");
-        QTest::addColumn<bool>("trayFirst");
-        const QColor light(0xf0, 0xf0, 0xf0), dark(0x30, 0x30, 0x30);
-        QTest::newRow("dark tray, light look")
-            << "#202020" << light << "" << XEmbedTrayTint::lightGlyph << true;
-        QTest::newRow("light tray, dark look")
-            << "#e8e8e8" << dark << "" << XEmbedTrayTint::darkGlyph << true;
-        QTest::newRow("mid grey tray, dark look")
-            << "#8a8a8a" << dark << "" << XEmbedTrayTint::darkGlyph << true;
-        // Pomvar started before the tray: the icon appears when the tray does.
-        QTest::newRow("dark tray started later")
-            << "#202020" << light << "" << XEmbedTrayTint::lightGlyph << false;
-        // Foreground red, green and blue of 16 bits; then error, warning and success.
-        QTest::newRow("tray asks for a colour")
-            << "#e8e8e8" << dark << "65535,32896,0,0,0,0,0,0,0,0,0,0" << QColor(0xff, 0x80, 0)
-            << true;
-    }
-
     void glyphStandsOutOnTheTray()
     {
-        QFETCH(QString, background);
-        QFETCH(QColor, window);
-        QFETCH(QString, requested);
-        QFETCH(QColor, glyph);
-        QFETCH(bool, trayFirst);
-        QPalette palette = QApplication::palette();
-        palette.setColor(QPalette::Window, window);
-        QApplication::setPalette(palette);
-        // The tray's background comes from its GTK theme.
-        QTemporaryDir theme;
-        QFile gtkrc(theme.filePath("gtkrc"));
-        QVERIFY(gtkrc.open(QIODevice::WriteOnly) &&
-                gtkrc.write(("style \"tray\" { bg[NORMAL] = \"" + background +
-                             "\" }\nwidget_class \"*\" style \"tray\"\n")
-                                .toUtf8()) > 0);
-        gtkrc.close();
-        QTRY_VERIFY(!QSystemTrayIcon::isSystemTrayAvailable()); // the last row's tray is gone
-        std::unique_ptr<TrayIcon> icon(trayFirst ? nullptr : new TrayIcon);
-        if (icon)
-            icon->show();
-        QProcess trayer;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("GTK2_RC_FILES", gtkrc.fileName());
-        trayer.setProcessEnvironment(environment);
-        trayer.start("trayer", { "--edge", "top", "--align", "right", "--widthtype", "request" });
-        QVERIFY2(trayer.waitForStarted(), "trayer (package trayer) did not start");
-        QTRY_VERIFY(XEmbedTrayTint::trayManager() != 0);
-        const QStringList xprop =
-            QString("-id %1 -f _NET_SYSTEM_TRAY_COLORS 32c -set _NET_SYSTEM_TRAY_COLORS %2")
-                .arg(XEmbedTrayTint::trayManager())
-                .arg(requested)
-                .split(' ');
-        QVERIFY(requested.isEmpty() || QProcess::execute("xprop", xprop) == 0);
-        if (trayFirst) {
-            icon = std::make_unique<TrayIcon>();
-            icon->show();
+        const QColor light(0xf0, 0xf0, 0xf0), dark(0x30, 0x30, 0x30);
+        // The tray's colour, the application's look, the colour the tray asks for (foreground
+        // red, green and blue of 16 bits; then error, warning and success), the glyph's colour,
+        // whether the tray is there before Pomvar (if not, the icon appears when the tray does).
+        const std::tuple<QString, QColor, QString, QColor, bool> cases[] = {
+            { "#e8e8e8", dark, "", XEmbedTrayTint::darkGlyph, true },
+            { "#8a8a8a", dark, "", XEmbedTrayTint::darkGlyph, true },
+            { "#202020", light, "", XEmbedTrayTint::lightGlyph, false },
+            { "#e8e8e8", dark, "65535,32896,0,0,0,0,0,0,0,0,0,0", QColor(0xff, 0x80, 0), true },
+        };
+        for (const auto& [background, window, requested, glyph, trayFirst] : cases) {
+            QPalette palette = QApplication::palette();
+            palette.setColor(QPalette::Window, window);
+            QApplication::setPalette(palette);
+            // The tray's background comes from its GTK theme.
+            QTemporaryDir theme;
+            QFile gtkrc(theme.filePath("gtkrc"));
+            QVERIFY(gtkrc.open(QIODevice::WriteOnly) &&
+                    gtkrc.write(("style \"tray\" { bg[NORMAL] = \"" + background +
+                                 "\" }\nwidget_class \"*\" style \"tray\"\n")
+                                    .toUtf8()) > 0);
+            gtkrc.close();
+            QTRY_VERIFY(!QSystemTrayIcon::isSystemTrayAvailable()); // the last row's tray is gone
+            std::unique_ptr<TrayIcon> icon(trayFirst ? nullptr : new TrayIcon);
+            if (icon)
+                icon->show();
+            QProcess trayer;
+            QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+            environment.insert("GTK2_RC_FILES", gtkrc.fileName());
+            trayer.setProcessEnvironment(environment);
+            trayer.start("trayer",
+                         { "--edge", "top", "--align", "right", "--widthtype", "request" });
+            QVERIFY2(trayer.waitForStarted(), "trayer (package trayer) did not start");
+            QTRY_VERIFY(XEmbedTrayTint::trayManager() != 0);
+            const QStringList xprop =
+                QString("-id %1 -f _NET_SYSTEM_TRAY_COLORS 32c -set _NET_SYSTEM_TRAY_COLORS %2")
+                    .arg(XEmbedTrayTint::trayManager())
+                    .arg(requested)
+                    .split(' ');
+            QVERIFY(requested.isEmpty() || QProcess::execute("xprop", xprop) == 0);
+            if (trayFirst) {
+                icon = std::make_unique<TrayIcon>();
+                icon->show();
+            }
+            QTRY_VERIFY(icon->icon()->geometry().width() > 0);
+            QCOMPARE(icon->host(), TrayIcon::Host::XEmbed);
+            QTRY_COMPARE(icon->glyphColour(), glyph);
+            QTRY_VERIFY2(distance(glyphOnScreen(icon->icon()->geometry()), glyph) <= 12,
+                         qPrintable(glyphOnScreen(icon->icon()->geometry()).name()));
+            icon.reset();
+            trayer.terminate();
+            trayer.waitForFinished();
+            QTRY_VERIFY(XEmbedTrayTint::trayManager() == 0);
         }
-        QTRY_VERIFY(icon->icon()->geometry().width() > 0);
-        QCOMPARE(icon->host(), TrayIcon::Host::XEmbed);
-        QTRY_COMPARE(icon->glyphColour(), glyph);
-        QTRY_VERIFY2(distance(glyphOnScreen(icon->icon()->geometry()), glyph) <= 12,
-                     qPrintable(glyphOnScreen(icon->icon()->geometry()).name()));
-        icon.reset();
-        trayer.terminate();
-        trayer.waitForFinished();
-        QTRY_VERIFY(XEmbedTrayTint::trayManager() == 0);
     }
 };
 

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <utility>
 #include <vector>
 
 namespace pomvar::srv {
@@ -64,11 +65,15 @@ bool anySocket(pid_t pid, const std::function<bool(SocketOwner::Inode)>& each)
     return found;
 }
 
-struct stat identity(const char* path, bool& ok)
+constexpr const char* kNamespaces[] = { "user", "mnt" };
+
+// A namespace's identity: the device and inode of its /proc link; nothing when unreadable.
+std::optional<std::pair<dev_t, ino_t>> namespaceOf(const std::string& pid, const char* kind)
 {
     struct stat info = {};
-    ok = ::stat(path, &info) == 0;
-    return info;
+    if (::stat(("/proc/" + pid + "/ns/" + kind).c_str(), &info) != 0)
+        return std::nullopt;
+    return std::pair(info.st_dev, info.st_ino);
 }
 
 } // namespace
@@ -106,17 +111,16 @@ std::unordered_map<SocketOwner::Inode, pid_t> SocketOwner::findAll(
 
 std::optional<bool> SocketOwner::sharesNamespaces(pid_t pid)
 {
+    // Ours, read once: a process does not change namespaces while it serves.
+    static const std::optional<std::pair<dev_t, ino_t>> ours[] = {
+        namespaceOf("self", kNamespaces[0]), namespaceOf("self", kNamespaces[1])
+    };
     bool shares = true;
-    for (const char* kind : { "user", "mnt" }) {
-        char theirs[64];
-        char ours[64];
-        std::snprintf(theirs, sizeof theirs, "/proc/%d/ns/%s", static_cast<int>(pid), kind);
-        std::snprintf(ours, sizeof ours, "/proc/self/ns/%s", kind);
-        bool readable = false, ourOwn = false;
-        const struct stat their = identity(theirs, readable), our = identity(ours, ourOwn);
-        if (!readable || !ourOwn)
+    for (std::size_t kind = 0; kind < std::size(kNamespaces); ++kind) {
+        const auto theirs = namespaceOf(std::to_string(pid), kNamespaces[kind]);
+        if (!theirs || !ours[kind])
             return std::nullopt;
-        shares = shares && their.st_ino == our.st_ino && their.st_dev == our.st_dev;
+        shares = shares && *theirs == *ours[kind];
     }
     return shares;
 }

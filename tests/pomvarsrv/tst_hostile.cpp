@@ -1,7 +1,7 @@
-// Hostile inputs through the real server, one row each, named by what must hold. Throughout, two
+// Hostile inputs through the real server, each test named by what must hold. Throughout, two
 // other processes keep 20,000 sockets in the table, so every peer check runs against it. The
-// markup row drives the server run in-process, whose GUI thread it watches; the rest talk to a
-// real server over TCP. A row whose client needs a namespace the kernel refuses is skipped.
+// markup test drives the server run in-process, whose GUI thread it watches; the rest talk to a
+// real server over TCP. A client that needs a namespace the kernel refuses is skipped.
 #include "InProcessServer.h"
 #include "NotificationService.h"
 #include "ServerProcess.h"
@@ -35,6 +35,8 @@ namespace rq = pomvar::request;
 
 namespace {
 
+constexpr const char* kApp = "markup.desktop";
+
 // Holds 5,000 connected pairs of loopback sockets until its input closes.
 const char* const kHoldSockets = R"(import resource, socket, sys
 hard = resource.getrlimit(resource.RLIMIT_NOFILE)[1]
@@ -52,6 +54,13 @@ std::string frame(std::string_view body)
     return *pomvar::wire::encodeRequestFrame(body);
 }
 
+// Frames that would pin, launch and quit, had they been read.
+std::string actedOn()
+{
+    return frame(rq::togglePinApp("alpha.desktop")) + frame(rq::launch("marker.desktop")) +
+           frame(rq::plain(rq::quit));
+}
+
 // The process's open descriptors and what each is.
 std::map<int, std::string> descriptors(qint64 pid)
 {
@@ -67,10 +76,8 @@ std::map<int, std::string> descriptors(qint64 pid)
 
 int socketsOf(qint64 pid)
 {
-    const auto open = descriptors(pid);
-    return int(std::count_if(open.begin(), open.end(), [](const auto& fd) {
-        return fd.second.starts_with("socket:[");
-    }));
+    return int(std::ranges::count_if(
+        descriptors(pid), [](const auto& fd) { return fd.second.starts_with("socket:["); }));
 }
 
 // The descriptor the process's next open would get: the lowest free.
@@ -96,10 +103,6 @@ bool limitDescriptors(qint64 pid, rlim_t count)
 class TestHostile : public QObject
 {
     Q_OBJECT
-
-    // What must hold, and the row that shows it.
-    using Row = std::pair<const char*, void (TestHostile::*)()>;
-    static const std::vector<Row> kRows;
 
 private Q_SLOTS:
     void initTestCase()
@@ -145,21 +148,7 @@ private Q_SLOTS:
         QVERIFY(m_server->start());
     }
 
-    void hostileInputs_data()
-    {
-        QTest::addColumn<int>("row");
-        for (std::size_t i = 0; i < kRows.size(); ++i)
-            QTest::newRow(kRows[i].first) << int(i);
-    }
-    void hostileInputs()
-    {
-        QFETCH(int, row);
-        (this->*kRows[std::size_t(row)].second)();
-    }
-
-private:
-    static constexpr const char* kApp = "markup.desktop";
-
+    // Markup in a name shows as text; the GUI thread never opens <img src=FIFO>.
     void markupIsShownAsText()
     {
         // A reader that opens the FIFO waits for a writer: this one tells, and lets it go on.
@@ -208,11 +197,9 @@ private:
         }
     }
 
+    // HTTP, WebSocket, HTTP/2, TLS and malformed openings are closed at once, unread.
     void openingsNotOursAreClosedUnread()
     {
-        // Frames that would pin, launch and quit, had they been read.
-        const std::string acted = frame(rq::togglePinApp("alpha.desktop")) +
-                                  frame(rq::launch("marker.desktop")) + frame(rq::plain(rq::quit));
         // A browser's POST padded so that the frames start where "PO", read as a length, ends.
         std::string post = "POST / HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: text/plain\r\n\r\n";
         post.resize(2 + ('P' << 8 | 'O'), ' ');
@@ -230,13 +217,14 @@ private:
             QElapsedTimer closing;
             QVERIFY(client.connectTo(m_server->port()));
             closing.start();
-            client.sendRaw(opening + acted); // may fail midway: the server hangs up
+            client.sendRaw(opening + actedOn()); // may fail midway: the server hangs up
             QVERIFY(!client.readReply() && !client.isConnected());
             QVERIFY(closing.elapsed() < 1500); // at once, not when the first request is late
         }
         QVERIFY(nothingActedOn());
     }
 
+    // A connection without a whole first request is closed after 2 s, an established one never.
     void halfFramesAreClosedButEstablishedClientsNever()
     {
         // A get-user-prefs body padded to 64 bytes, to be sent in two halves.
@@ -254,6 +242,7 @@ private:
         QVERIFY(established.readReply());
     }
 
+    // 1,100 held openings hold at most 32 sockets; a new client is served, its launch runs.
     void heldOpeningsHoldAtMost32Descriptors()
     {
         // As a desktop session gives.
@@ -277,6 +266,7 @@ private:
         QVERIFY(socketsOf(m_server->pid()) <= before + 32 + 2);
     }
 
+    // A server out of descriptors accepts again once it has some.
     void acceptingResumesOnceDescriptorsAreFree()
     {
         ServerProcess server(m_desktop);
@@ -296,19 +286,43 @@ private:
         QVERIFY(clients.back()->readReply());
     }
 
-    void aClientOfThisUserAndNamespacesIsServed() { client({}, true); }
-    void anotherUsersClientIsRefused()
+    // A client of this user in these namespaces is served; another user's, or one in another
+    // user namespace (a sandbox on the same network) or mount namespace, is refused. A shell
+    // client sends a request it awaits (when it should be served) or frames that would pin,
+    // launch and quit, then prints what it reads back: nothing, when the server hangs up.
+    void onlyClientsOfThisUserAndNamespacesAreServed_data()
     {
-        if (::getuid() != 0)
-            QSKIP("needs root to run a client as another user");
-        client({ "setpriv", "--reuid=65534", "--regid=65534", "--clear-groups" }, false);
+        QTest::addColumn<QStringList>("prefix"); // runs the client; none for the served one
+        QTest::newRow("this user and namespaces") << QStringList();
+        QTest::newRow("another user")
+            << QStringList{ "setpriv", "--reuid=65534", "--regid=65534", "--clear-groups" };
+        QTest::newRow("another user namespace")
+            << QStringList{ "unshare", "--user", "--map-current-user" };
+        QTest::newRow("another mount namespace") << QStringList{ "unshare", "--mount" };
     }
-    void aClientInAnotherUserNamespaceIsRefused()
+    void onlyClientsOfThisUserAndNamespacesAreServed()
     {
-        client({ "unshare", "--user", "--map-current-user" }, false);
+        QFETCH(QStringList, prefix);
+        const bool served = prefix.isEmpty();
+        // Another user needs root; a namespace, a kernel that allows it.
+        if (!served && QProcess::execute(prefix[0], prefix.mid(1) << "true") != 0)
+            QSKIP(qPrintable("cannot run " + prefix.join(' ')));
+        const std::string frames = served ? frame(rq::plain(rq::getUserPrefs)) : actedOn();
+        const QString script =
+            QStringLiteral("exec 3<>/dev/tcp/127.0.0.1/%1 || exit 3\ncat >&3\nhead -c 4 <&3")
+                .arg(m_server->port());
+        QProcess client;
+        client.start("timeout", QStringList{ "20" } + prefix + QStringList{ "bash", "-c", script });
+        client.write(frames.data(), qint64(frames.size()));
+        client.closeWriteChannel();
+        // 124: timed out, the connection was left open; 3: no connection at all.
+        QVERIFY(client.waitForFinished(30000) && !(QList{ 3, 124 }.contains(client.exitCode())));
+        QVERIFY2(client.readAllStandardOutput().size() == (served ? 4 : 0),
+                 qPrintable(m_server->log().right(2000)));
+        QVERIFY(nothingActedOn());
     }
-    void aClientInAnotherMountNamespaceIsRefused() { client({ "unshare", "--mount" }, false); }
 
+    // A stalled and a flooding client block no one.
     void aStalledAndAFloodingClientBlockNoOne()
     {
         SrvClient stalled, flooding;
@@ -328,65 +342,61 @@ private:
             QVERIFY(Json::parse(flooding.readReply().value_or("null")).is_array());
     }
 
-    void aFifoInPlaceOfTheStoreIsSetAside() { storeReplaced("fifo"); }
-    void aLinkInPlaceOfTheStoreIsSetAside() { storeReplaced("link"); }
-    void aStoreOver16MiBIsSetAside() { storeReplaced("huge"); }
-    void aStoreOfManyDuplicatesLoads() { storeReplaced("duplicates"); }
-
-    void aReadOnlyConfigFolderIsTold()
+    // What stands in place of the store: a FIFO is set aside unopened, a symbolic link set aside
+    // with its target untouched, a store over 16 MiB set aside, the user told each time; a store
+    // of 200,000 pins, each twice, loads with each once; in a read-only config folder the change
+    // is served and the user told it will not survive.
+    void oddStoresAreSetAsideOrServed_data()
     {
-        TestDesktop desktop;
-        QVERIFY(
-            TestDesktop::writeEntry(desktop.systemData(), "alpha.desktop", "Name=A\nExec=true"));
-        const QByteArray stored = R"({"version": 1})";
-        QVERIFY(TestDesktop::write(desktop.storePath(), stored));
-        const QString folder = QFileInfo(desktop.storePath()).path();
-        QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
-        // Root writes anywhere, unless it lacks the capability.
-        const QStringList asUser = { "setpriv",
-                                     "--inh-caps=-dac_override,-dac_read_search",
-                                     "--bounding-set=-dac_override,-dac_read_search",
-                                     "--" };
-        ServerProcess server(desktop, m_withBus, ::getuid() == 0 ? asUser : QStringList());
-        QVERIFY(server.start());
-        SrvClient client;
-        QVERIFY(client.connectTo(server.port()) && client.send(rq::togglePinApp("alpha.desktop")));
-        QCOMPARE(client.json(rq::plain(rq::getMyAppsMenuData))["pinnedapps"].size(), 1u);
-        QTRY_VERIFY(!m_notifications.bodies().filter("will not survive a restart").isEmpty());
-        QVERIFY(
-            QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-        QCOMPARE(TestDesktop::read(desktop.storePath()), stored);
+        QTest::addColumn<QString>("kind");
+        for (const char* kind : { "fifo", "link", "huge", "duplicates", "read-only" })
+            QTest::newRow(kind) << QString(kind);
     }
-
-    // What stands in place of the store: "fifo", "link", "huge" or "duplicates".
-    void storeReplaced(const QString& kind)
+    void oddStoresAreSetAsideOrServed()
     {
+        QFETCH(QString, kind);
         TestDesktop desktop;
         QVERIFY(
             TestDesktop::writeEntry(desktop.systemData(), "alpha.desktop", "Name=A\nExec=true"));
         const QString store = desktop.storePath(), elsewhere = desktop.root() + "/elsewhere.json";
+        const QString folder = QFileInfo(store).path();
         const QByteArray pinned = R"({"version": 1, "pins": ["alpha.desktop"]})";
         Json pins = Json::array();
         for (int i = 0; i < 200000; ++i)
             pins.push_back("app" + std::to_string(i % 100000) + ".desktop");
-        QVERIFY(QDir().mkpath(QFileInfo(store).path()));
+        QVERIFY(QDir().mkpath(folder));
         if (kind == "fifo")
             QVERIFY(::mkfifo(QFile::encodeName(store), 0600) == 0);
         else if (kind == "link")
             QVERIFY(TestDesktop::write(elsewhere, pinned) && QFile::link(elsewhere, store));
         else if (kind == "huge")
             QVERIFY(TestDesktop::write(store, pinned + QByteArray(17 << 20, ' ')));
-        else
+        else if (kind == "duplicates")
             QVERIFY(TestDesktop::write(
                 store,
                 QByteArray::fromStdString(Json{ { "version", 1 }, { "pins", pins } }.dump())));
-        ServerProcess server(desktop, m_withBus);
+        else
+            QVERIFY(TestDesktop::write(store, R"({"version": 1})") &&
+                    QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
+        const auto writable = qScopeGuard([&] {
+            QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        });
+        // Root writes anywhere, unless it lacks the capability.
+        const QString asUser = "setpriv --inh-caps=-dac_override,-dac_read_search "
+                               "--bounding-set=-dac_override,-dac_read_search --";
+        const bool dropCaps = ::getuid() == 0 && kind == "read-only";
+        ServerProcess server(desktop, m_withBus, dropCaps ? asUser.split(' ') : QStringList());
         QVERIFY(server.start()); // a FIFO never hangs it
         SrvClient client;
         QVERIFY(client.connectTo(server.port()) && client.send(rq::togglePinApp("alpha.desktop")));
         QCOMPARE(client.json(rq::plain(rq::getMyAppsMenuData))["pinnedapps"].size(), 1u);
         const QStringList aside = QFileInfo(store).dir().entryList(
             { "pomvarsrv.json.bad-*" }, QDir::AllEntries | QDir::System | QDir::Hidden);
+        if (kind == "read-only") {
+            QTRY_VERIFY(!m_notifications.bodies().filter("will not survive a restart").isEmpty());
+            QCOMPARE(TestDesktop::read(store), QByteArray(R"({"version": 1})"));
+            return;
+        }
         if (kind == "duplicates") {
             QVERIFY(aside.isEmpty());
             const Json saved = Json::parse(TestDesktop::read(store).toStdString());
@@ -401,30 +411,7 @@ private:
         QTRY_VERIFY(!m_notifications.bodies().filter(kept.filePath()).isEmpty());
     }
 
-    // A shell client sends a request it awaits (when it should be served) or frames that would
-    // pin, launch and quit, then prints what it reads back: nothing, when the server hangs up.
-    void client(const QStringList& prefix, bool served)
-    {
-        if (!prefix.isEmpty() && QProcess::execute(prefix[0], prefix.mid(1) << "true") != 0)
-            QSKIP(qPrintable("the kernel refuses " + prefix.join(' ')));
-        const std::string frames = served ? frame(rq::plain(rq::getUserPrefs))
-                                          : frame(rq::togglePinApp("alpha.desktop")) +
-                                                frame(rq::launch("marker.desktop")) +
-                                                frame(rq::plain(rq::quit));
-        const QString script =
-            QStringLiteral("exec 3<>/dev/tcp/127.0.0.1/%1 || exit 3\ncat >&3\nhead -c 4 <&3")
-                .arg(m_server->port());
-        QProcess client;
-        client.start("timeout", QStringList{ "20" } + prefix + QStringList{ "bash", "-c", script });
-        client.write(frames.data(), qint64(frames.size()));
-        client.closeWriteChannel();
-        // 124: timed out, the connection was left open; 3: no connection at all.
-        QVERIFY(client.waitForFinished(30000) && !(QList{ 3, 124 }.contains(client.exitCode())));
-        QVERIFY2(client.readAllStandardOutput().size() == (served ? 4 : 0),
-                 qPrintable(m_server->log().right(2000)));
-        QVERIFY(nothingActedOn());
-    }
-
+private:
     // The server runs, nothing is pinned and nothing was launched.
     bool nothingActedOn()
     {
@@ -442,37 +429,6 @@ private:
     QString m_fifo, m_markup, m_marker;
     InProcessServer m_inProcess;
     std::unique_ptr<ServerProcess> m_server;
-};
-
-const std::vector<TestHostile::Row> TestHostile::kRows = {
-    { "markup in a name shows as text; the GUI thread never opens <img src=FIFO>",
-      &TestHostile::markupIsShownAsText },
-    { "HTTP, WebSocket, HTTP/2, TLS and malformed openings are closed at once, unread",
-      &TestHostile::openingsNotOursAreClosedUnread },
-    { "a connection without a whole first request is closed after 2 s, an established one never",
-      &TestHostile::halfFramesAreClosedButEstablishedClientsNever },
-    { "1,100 held openings hold at most 32 sockets; a new client is served, its launch runs",
-      &TestHostile::heldOpeningsHoldAtMost32Descriptors },
-    { "a server out of descriptors accepts again once it has some",
-      &TestHostile::acceptingResumesOnceDescriptorsAreFree },
-    { "a client of this user in these namespaces is served",
-      &TestHostile::aClientOfThisUserAndNamespacesIsServed },
-    { "another user's client is refused", &TestHostile::anotherUsersClientIsRefused },
-    { "a client in another user namespace (a sandbox on the same network) is refused",
-      &TestHostile::aClientInAnotherUserNamespaceIsRefused },
-    { "a client in another mount namespace is refused",
-      &TestHostile::aClientInAnotherMountNamespaceIsRefused },
-    { "a stalled and a flooding client block no one",
-      &TestHostile::aStalledAndAFloodingClientBlockNoOne },
-    { "a FIFO as the store is set aside unopened, the user told",
-      &TestHostile::aFifoInPlaceOfTheStoreIsSetAside },
-    { "a symbolic link as the store is set aside, its target untouched, the user told",
-      &TestHostile::aLinkInPlaceOfTheStoreIsSetAside },
-    { "a store over 16 MiB is set aside, the user told", &TestHostile::aStoreOver16MiBIsSetAside },
-    { "a store of 200,000 pins, each twice, loads with each once",
-      &TestHostile::aStoreOfManyDuplicatesLoads },
-    { "a read-only config folder: the change is served, the user told it will not survive",
-      &TestHostile::aReadOnlyConfigFolderIsTold },
 };
 
 QTEST_MAIN(TestHostile)

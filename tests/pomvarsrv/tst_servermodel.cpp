@@ -22,6 +22,8 @@ using namespace pomvar;
 using namespace pomvar::srv;
 using Json = nlohmann::json;
 using Flags = MenuDataStatus;
+using Keys = std::vector<std::string>;
+using pomvar::test::TestDesktop;
 namespace rq = pomvar::request;
 
 namespace {
@@ -50,10 +52,7 @@ struct RecordedActions : ServerActions
     void showSearch() override { note("search"); }
     void placeSearch(int x, int y) override { note("place", x, y); }
     quint64 showSearchAt(int x, int y) override { return note("search at", x, y), 42; }
-    void typeInSearch(int key, int modifiers, const QString& text) override
-    {
-        note("key", key, modifiers, text);
-    }
+    void typeInSearch(int k, int m, const QString& text) override { note("key", k, m, text); }
     void endTyping() override { note("typed"); }
     void setActivationToken(const QString& token) override { note("token", token); }
     void showOrganizer(int pane, const QString& item) override { note("organizer", pane, item); }
@@ -79,7 +78,7 @@ private Q_SLOTS:
         Store store;
         QVERIFY(store.togglePin("a") && store.togglePin("b") && !store.togglePin("a"));
         QVERIFY(store.togglePin("a") && store.isPinned("a") && !store.isPinned("x"));
-        QCOMPARE(store.pins(), (std::vector<std::string>{ "b", "a" }));
+        QCOMPARE(store.pins(), (Keys{ "b", "a" }));
         QVERIFY(!store.createCategory("") && store.createCategory(kOdd) &&
                 store.createCategory("V"));
         QVERIFY(store.addMember("y", kOdd) && !store.addMember("y", kOdd) &&
@@ -88,10 +87,8 @@ private Q_SLOTS:
         // Newest first, each app once, the oldest dropped beyond twelve.
         for (const char app : std::string_view("abcdefghijklmnd"))
             store.pushRecent(std::string(1, app));
-        QByteArray recent;
-        for (const auto& app : store.recent())
-            recent += app;
-        QCOMPARE(recent, QByteArray("dnmlkjihgfec"));
+        QCOMPARE(store.recent(),
+                 (Keys{ "d", "n", "m", "l", "k", "j", "i", "h", "g", "f", "e", "c" }));
         // Use halves every half-life; a launch adds one.
         const std::int64_t now = 1'700'000'000, halfLife = std::int64_t(Store::kUseHalfLife);
         store.noteUse("a", now - 2 * halfLife);
@@ -107,8 +104,7 @@ private Q_SLOTS:
         // A write cut short by a kill leaves its temporary file: the next load removes it, and
         // only it.
         for (const char* name : { "pomvarsrv.json.x1Y2z3", "pomvarsrv.json.corrupt-1" })
-            QVERIFY(pomvar::test::TestDesktop::write(dir.filePath(QStringLiteral("pomvar/") + name),
-                                                     "{"));
+            QVERIFY(TestDesktop::write(dir.filePath(QStringLiteral("pomvar/") + name), "{"));
         QVERIFY(file.load() == store);
         QCOMPARE(QDir(dir.filePath("pomvar")).entryList(QDir::Files),
                  QStringList({ "pomvarsrv.json", "pomvarsrv.json.corrupt-1" }));
@@ -118,19 +114,16 @@ private Q_SLOTS:
         // Missing members take their defaults.
         QVERIFY(Store::fromJson(Json::parse(R"({"version": 1, "prefs": {}})"))->prefs() ==
                 UserPrefs{});
-        // Unreadable, or not a store: kept aside, and the defaults used.
-        const char* damaged[] = {
-            R"({"version": 1, "pins": [tru)",
-            R"({"pins": []})",
-            R"({"version": 1, "pins": 3})",
-            R"({"version": 1, "prefs": {"MenuDensity": "1"}})",
-            R"({"version": 1, "categories": [{"apps": []}]})",
-            R"({"version": 1, "categories": [{"name": "A"}, {"name": "A"}]})"
-        };
-        for (const char* text : damaged) {
-            QVERIFY(pomvar::test::TestDesktop::write(file.path(), text));
-            QVERIFY2(file.load() == Store{} && !QFile::exists(file.path()), text);
-            QCOMPARE(pomvar::test::TestDesktop::read(file.setAsidePath()), QByteArray(text));
+        // Unreadable, or not a store: kept aside, and the defaults used (the texts parted by '|').
+        const QString damaged =
+            R"({"version": 1, "pins": [tru|{"pins": []}|{"version": 1, "pins": 3}|)"
+            R"({"version": 1, "prefs": {"MenuDensity": "1"}}|)"
+            R"({"version": 1, "categories": [{"apps": []}]}|)"
+            R"({"version": 1, "categories": [{"name": "A"}, {"name": "A"}]})";
+        for (const QString& text : damaged.split(u'|')) {
+            QVERIFY(TestDesktop::write(file.path(), text.toUtf8()));
+            QVERIFY2(file.load() == Store{} && !QFile::exists(file.path()), qPrintable(text));
+            QCOMPARE(TestDesktop::read(file.setAsidePath()), text.toUtf8());
             QVERIFY(QFile::remove(file.setAsidePath()));
         }
     }
@@ -237,9 +230,9 @@ private Q_SLOTS:
     {
         QFETCH(int, apps);
         QTemporaryDir dir;
-        const auto file = [&](const QString& name) {
-            QFile(dir.filePath(name)).open(QIODevice::WriteOnly);
-            return dir.filePath(name).toStdString();
+        const auto file = [&](const std::string& name) {
+            QFile(dir.filePath(QString::fromStdString(name))).open(QIODevice::WriteOnly);
+            return dir.filePath(QString::fromStdString(name)).toStdString();
         };
         ServerModel model;
         model.setFallbackIcons(file("g24.png"), file("g48.png"));
@@ -247,12 +240,9 @@ private Q_SLOTS:
         model.setIconsMissingHandler([&] { ++renders; });
         std::vector<AppEntry> entries;
         for (int i = 0; i < apps; ++i) {
-            const QString name = QString::number(i);
-            entries.push_back({ name.toStdString() + ".desktop",
-                                "App " + name.toStdString(),
-                                "a",
-                                file(name + "-24.png"),
-                                file(name + "-48.png") });
+            const std::string n = std::to_string(i);
+            entries.push_back(
+                { n + ".desktop", "App " + n, "a", file(n + "-24.png"), file(n + "-48.png") });
         }
         model.setApps(InstalledApps(entries));
         QVERIFY(model.takeFlags() == Flags{});
@@ -376,7 +366,6 @@ private Q_SLOTS:
                                          rq::placeAppcat("Games", "Tools"),
                                          rq::placeAppcatApp("b.desktop", "Tools", "a.desktop") })
             QVERIFY(!handler.handle(*RequestParser::parse(text)));
-        using Keys = std::vector<std::string>;
         QCOMPARE(model.store().pins(), (Keys{ "c.desktop", "a.desktop", "b.desktop" }));
         QCOMPARE(model.store().categories().front().name, "Games");
         QCOMPARE(model.store().category("Tools")->apps,

@@ -16,10 +16,8 @@
 #include <csignal>
 #include <unistd.h>
 
-using pomvar::CmdLine;
-using pomvar::PidFile;
-using pomvar::test::InstallLayout;
-using pomvar::test::TestDesktop;
+using namespace pomvar;
+using namespace pomvar::test;
 
 namespace {
 
@@ -109,7 +107,7 @@ private Q_SLOTS:
         qputenv("XDG_RUNTIME_DIR", m_dir.filePath("absent").toUtf8());
         PidFile::deleteFromSignalHandler();
         QVERIFY(!QFile::exists(path));
-        QVERIFY(pomvar::test::TestDesktop::write(path, "1"));
+        QVERIFY(TestDesktop::write(path, "1"));
         PidFile::deleteFromSignalHandler();
         QVERIFY(QFile::exists(path));
         // A missing runtime folder is not created.

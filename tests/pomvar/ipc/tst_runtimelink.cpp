@@ -109,7 +109,7 @@ private Q_SLOTS:
         QVERIFY(!link.sendMessageAndAwaitResponseData(request::plain(request::getAppStatus)));
     }
 
-    void brokenRepliesStopTheProcessNamingTheFault()
+    void brokenRepliesAndConnectionsEndTheProcess()
     {
         const auto prefs = [](const char* key, const nlohmann::json& value) {
             nlohmann::json changed = FakeMenus::prefs(0, true, false);
@@ -145,12 +145,8 @@ private Q_SLOTS:
             const ChildOutcome outcome = runDriver(server.port(), id);
             QVERIFY2(outcome.crashed() && outcome.err.contains(fault), fault.c_str());
         }
-    }
-
-    // A refused connection ends with status 1; a port out of range stops before connecting; a
-    // zero-length reply leaves the caller waiting.
-    void connectionFaults()
-    {
+        // A refused connection ends with status 1; a port out of range stops before connecting;
+        // a zero-length reply leaves the caller waiting.
         quint16 closed = 0;
         {
             QTcpServer probe;

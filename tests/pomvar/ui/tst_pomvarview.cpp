@@ -302,12 +302,10 @@ private Q_SLOTS:
         for (QLabel* hint : empty->findChildren<QLabel*>("emptyHint"))
             QCOMPARE(hint->palette().color(hint->foregroundRole()), text);
         // The title at 36; only Organize is in the callout font, Search in the default one.
-        const auto font = [&](const char* name) {
-            return f.view().findChild<QWidget*>(name)->font();
-        };
-        QCOMPARE(font("pomvarTitle").pixelSize(), 36);
-        QCOMPARE(font("searchButton"), f.view().font());
-        QCOMPARE(font("organizeButton").pixelSize(), PanelFonts::calloutPixelSize);
+        QCOMPARE(f.view().findChild<QWidget*>("pomvarTitle")->font().pixelSize(), 36);
+        QCOMPARE(f.view().findChild<QWidget*>("searchButton")->font(), f.view().font());
+        QCOMPARE(f.view().findChild<QWidget*>("organizeButton")->font().pixelSize(),
+                 PanelFonts::calloutPixelSize);
     }
 };
 

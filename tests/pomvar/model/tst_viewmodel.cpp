@@ -201,8 +201,7 @@ private Q_SLOTS:
         QVERIFY(!vm.isUpdateAvailable());
         // The actions return the server's answer.
         server.queueReply("toggle-set-appcat", Reply::json({ { "isset", false } }));
-        QVERIFY(!vm.toggleSetAppCategory("a\"b", "Games"));
-        QVERIFY(vm.toggleSetAppCategory("k", "Work"));
+        QVERIFY(!vm.toggleSetAppCategory("a\"b", "Games") && vm.toggleSetAppCategory("k", "Work"));
     }
 
     void everyStartPollsAfreshUntilEachPollSeesAFinalStatus()

@@ -166,7 +166,7 @@ private Q_SLOTS:
         fillMyApps(mine, m_icons.square());
         auto view = makeView(Pomvar::MyApps, mine);
         view->collapseAll();
-        const QModelIndex games = mine.index(1, 0);
+        const QModelIndex games = mine.index(1, 0), member = mine.index(0, 0, games);
         QSignalSpy launched(view.get(), &MenuListView::appActivated);
         QSignalSpy toggled(view.get(), &MenuListView::categoryToggled);
         QTest::keySequence(view.get(), QKeySequence(Qt::Key_Down, Qt::Key_Return, Qt::Key_Down));
@@ -176,10 +176,11 @@ private Q_SLOTS:
         QVERIFY(!view->isExpanded(games));
         view->expand(games);
         QTest::keyClick(view.get(), Qt::Key_Left);
-        // A click closes an open category (one on an app: tst_pomvarview).
         QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(games).center());
-        QCOMPARE(launched.count(), 1);
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(member).center());
+        QCOMPARE(launched.count(), 2);
         QCOMPARE(launched.at(0).at(0).toModelIndex(), mine.index(0, 0));
+        QCOMPARE(launched.at(1).at(0).toModelIndex(), member);
         QCOMPARE(toggled.count(), 3);
         for (int i = 0; i < 3; ++i)
             QCOMPARE(toggled.at(i).at(1).toBool(), i == 0);

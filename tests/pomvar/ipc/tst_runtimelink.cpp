@@ -61,9 +61,7 @@ private Q_SLOTS:
         FakeRuntimeServer server;
         RuntimeLink link(PomvarRT{ "localhost", server.port() });
         // 8 MiB in writes of 1,000 bytes each.
-        std::string big = "[\"";
-        big.append(8 * 1024 * 1024 - 4, 'z');
-        big.append("\"]");
+        const std::string big = "[\"" + std::string(8 * 1024 * 1024 - 4, 'z') + "\"]";
         server.queueReply("get-allapps-menu-data", Reply::text(big).split(1000));
         const auto reply =
             link.sendMessageAndAwaitResponse(request::plain(request::getAllAppsMenuData));

@@ -77,12 +77,11 @@ private Q_SLOTS:
     void payloadsBecomeRows()
     {
         // Read in place when the text has room for the parser's padding, else from a copy; a byte
-        // order mark skipped; a refusal says why.
+        // order mark skipped (Recent's array below); a refusal says why.
         std::string padded = R"({"k": "v"})", error;
         padded.reserve(padded.size() + simdjson::SIMDJSON_PADDING);
-        for (const std::string& text : { std::string(padded), "\xEF\xBB\xBF" + padded })
-            QVERIFY(parsed(text).root()["k"].get_string().value() == "v");
         QVERIFY(parsed(padded).root()["k"].get_string().value() == "v");
+        QVERIFY(parsed(std::string(padded)).root()["k"].get_string().value() == "v");
         QVERIFY(!JsonDocument::parse("{\"k\":}", &error) && !error.empty());
         const std::string full =
             R"({"appkey": "a", "name": "A", "bundleid": "b", "iconpath": "i", "iconpath2x": "j")";
@@ -91,7 +90,7 @@ private Q_SLOTS:
         // Recent: an array alone, an object gives no rows.
         MenuList recent;
         MenuPayloadReader::readRecentApps(parsed("{\"a\": " + full + "}}").root(), recent);
-        MenuPayloadReader::readRecentApps(parsed("[" + full + "}]").root(), recent);
+        MenuPayloadReader::readRecentApps(parsed("\xEF\xBB\xBF[" + full + "}]").root(), recent);
         QVERIFY(recent.items() == std::vector{ a });
         // All Apps, row by row: fields read leniently (texts of other types, "pinned" a number,
         // "Yes"), an object's members as apps in key order (a repeated key once, the last value),

@@ -7,7 +7,6 @@
 #include "Palettes.h"
 #include "model/MenuList.h"
 #include "ui/MenuListView.h"
-#include "ui/MenuRowPainter.h"
 #include "ui/MenuSelectionColor.h"
 
 #include <QAbstractItemModelTester>
@@ -100,23 +99,6 @@ private Q_SLOTS:
         }
     }
 
-    void iconFileFollowsTheScale()
-    {
-        MenuList recent;
-        TreeItem item = app("a", m_icons.wide());
-        item.iconPath2x = m_icons.wide3().toStdString();
-        recent.append(item);
-        auto view = makeView(Pomvar::Recent, recent);
-        QVERIFY(QTest::qWaitForWindowExposed(view.get()));
-        // The icon is 24 high and keeps the proportions of the file for the display's scale;
-        // painting draws that file.
-        const QImage image(qEnvironmentVariableIsSet("QT_SCALE_FACTOR") ? m_icons.wide3()
-                                                                        : m_icons.wide());
-        const QRect drawn = icon(*view, recent.index(0, 0));
-        QCOMPARE(drawn.size(), QSize(24 * image.width() / image.height(), 24));
-        QVERIFY(drawnNear(*view, drawn.center(), image.pixelColor(0, 0)));
-    }
-
     // The server vouches for every icon file: one that cannot be read is a broken contract.
     void anUnreadableIconStopsTheProgram()
     {
@@ -137,31 +119,36 @@ private Q_SLOTS:
                  outcome.err.constData());
     }
 
-    void hoverTurnsTheRowAccent()
+    void iconAndHoverAccent()
     {
+        const bool scaled = qEnvironmentVariableIsSet("QT_SCALE_FACTOR");
         for (const QPalette& palette : { test::lightPalette(), test::darkPalette() }) {
-            MenuList all;
-            all.append(app("Harmonium Player", m_icons.square()));
-            auto view = makeView(Pomvar::AllApps, all);
+            MenuList recent;
+            TreeItem item = app("Harmonium Player", m_icons.wide());
+            item.iconPath2x = m_icons.wide3().toStdString();
+            recent.append(item);
+            auto view = makeView(Pomvar::Recent, recent);
             view->setPalette(palette);
             QVERIFY(QTest::qWaitForWindowExposed(view.get()));
-            const QRect row = view->visualRect(all.index(0, 0));
+            // The icon is 24 high and keeps the proportions of the file for the display's scale;
+            // painting draws that file.
+            const QImage image(scaled ? m_icons.wide3() : m_icons.wide());
+            const QRect row = view->visualRect(recent.index(0, 0)),
+                        drawn = icon(*view, recent.index(0, 0));
+            QCOMPARE(drawn.size(), QSize(24 * image.width() / image.height(), 24));
+            QVERIFY(drawnNear(*view, drawn.center(), image.pixelColor(0, 0)));
+            // Hovered, the row turns the accent colour, a plain fill up to its corners.
             const QPoint probe(row.right() - 10, row.center().y());
             const QColor accent = MenuSelectionColor(true).color(view->palette());
             // From below the rows, so that the pointer moves.
             QTest::mouseMove(view->viewport(), QPoint(row.center().x(), 300));
             QTest::mouseMove(view->viewport(), row.center());
             QTRY_VERIFY(drawnNear(*view, probe, accent));
-            // A plain fill: the corners too.
             QVERIFY(drawnNear(*view, row.topLeft(), accent));
             QVERIFY(drawnNear(*view, row.bottomRight(), accent));
-            // The name reads on it.
+            // The name, right of the icon, reads on it.
             const qreal scale = view->devicePixelRatioF();
-            const QRect name =
-                MenuRowPainter::app(
-                    "Harmonium Player", false, m_icons.square(), Pomvar::AllApps, m_prefs)
-                    .geometry(row)
-                    .name;
+            const QRect name = row.adjusted(drawn.right() + 2 - row.left(), 2, -2, -2);
             QVERIFY(test::textContrast(view->viewport()->grab().toImage(),
                                        QRect(name.topLeft() * scale, name.size() * scale),
                                        accent) >= 4.5);

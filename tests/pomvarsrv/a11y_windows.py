@@ -8,7 +8,7 @@
 import os, subprocess, sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "support"))
-from desktop_session import DesktopSession, find, find_all, press, waited  # noqa: E402
+from desktop_session import DesktopSession, children, find, find_all, press, waited  # noqa: E402
 
 # No store: the welcome shows at the first start.
 session = DesktopSession(entries={
@@ -64,7 +64,7 @@ if search.get_role_name() not in ("frame", "window"):
 session.found(search, "text", "Search Apps")
 results = session.found(search, "list", "Results")
 session.check_named(search)
-rows = [results.get_child_at_index(i).get_name() for i in range(results.get_child_count())]
+rows = [row.get_name() for row in children(results)]
 if rows != ["Mail", "Editor"]:
     session.fail(f"the search's rows read {rows}, not Recent's names")
 
@@ -84,7 +84,7 @@ for role, name in (("list", "Categories"), ("list", "Apps in \u201cAccessories\u
                    ("list item", "Internet"), ("push button", "Unpin")):
     session.found(organizer, role, name)
 session.check_named(organizer)
-rows = [pins.get_child_at_index(i).get_name() for i in range(pins.get_child_count())]
+rows = [row.get_name() for row in children(pins)]
 if rows != ["Editor", "Mail"]:
     session.fail(f"the pinned apps read {rows}")
 session.finish("the server's windows are found and named, with their icon, their rows read")

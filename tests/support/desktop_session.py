@@ -1,32 +1,10 @@
 """A desktop for tests of the real programs, driven as a user and read as a screen reader does:
 Xvfb, a private session bus with its accessibility bus (AT-SPI), and a throw-away home with
-desktop entries and a store. Every program sees QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1. Either
-
-- the runtime server alone on a free port of its own (serve), its windows read over AT-SPI; or
-- Pomvar installed under session.prefix (install, or `cmake --install <build> --prefix
-  <session.prefix>`) and started as a user does (start), with a tray host (trayer) and a
-  notification service that records what it shows. Its server takes the fixed port 50818: such
-  tests hold the RESOURCE_LOCK runtime_port_50818.
-
-    session = DesktopSession(entries={"alpha": "Name=Alpha\\nExec=true"}, store='{"version": 1}')
-    session.serve(pomvarsrv)                  # the server alone, on session.port
-    session.request('{\\n    "id": "about"\\n}')  # a request nobody awaits; ask(id) reads a reply
-    window = session.window("About Pomvar")   # a top-level window of the server, by name
-    session.check_named(window)               # no control without a name
-    press(session.found(window, "push button", "Close"))  # waited for, or the test fails
-
-    session.install(build_tree)               # bin/pomvar, libexec/pomvar/ under session.prefix
-    session.start()                           # the front end, once its own server listens
-    panel = session.open_panel()              # a click on the tray icon; the panel's node
-    session.rows()                            # its shown menu's rows: [(name, expanded), ...]
-    session.click(session.row("Alpha"), 3)    # a real click (button 3) on a row, or any node
-    session.choose("App Categories", "Games") # a menu's entries, by keys
-    session.focus("New Category")             # a window of that title focused; then keys
-    session.type("Games"), session.keys("Return")
-    session.store(), session.notifications(), session.add_entry("new", "Name=New\\nExec=true")
-    session.finish("what was checked")        # or session.fail("why"): both stop everything
-
-In the entries' lines and the store, "{root}" stands for the session's own folder.
+desktop entries (in whose lines, as in the store, "{root}" stands for the session's folder) and a
+store. Either the runtime server alone on a free port of its own (serve), or Pomvar installed
+under session.prefix (install, or `cmake --install`) and started as a user does (start), with a
+tray host and a notification service that records what it shows; its server takes the fixed
+port 50818: such tests hold the RESOURCE_LOCK runtime_port_50818.
 """
 import atexit, json, os, shutil, signal, socket, struct, subprocess, sys, tempfile, time
 
@@ -70,26 +48,32 @@ def waited(condition, seconds=10):
         tick.destroy()
 
 
+def children(node):
+    count = node.get_child_count() if node is not None else 0
+    return [node.get_child_at_index(i) for i in range(count)]
+
+
+def nodes(node):
+    """`node` and every node below it, depth first."""
+    if node is not None:
+        yield node
+        for child in children(node):
+            yield from nodes(child)
+
+
 def find(node, role, name=None):
     """The first node below `node` (itself included) of that role and, when given, name."""
     return next(iter(find_all(node, role, name)), None)
 
 
 def find_all(node, role, name=None):
-    if node is None:
-        return []
-    found = [node] if node.get_role_name() == role and name in (None, node.get_name()) else []
-    for i in range(node.get_child_count()):
-        found += find_all(node.get_child_at_index(i), role, name)
-    return found
+    return [n for n in nodes(node) if n.get_role_name() == role and name in (None, n.get_name())]
 
 
 def unnamed(node):
     """The role of the first announced node below `node` without a name; None when all have one."""
-    if node.get_role_name() in NAMED_ROLES and not node.get_name():
-        return node.get_role_name()
-    return next(filter(None, (unnamed(node.get_child_at_index(i))
-                              for i in range(node.get_child_count()))), None)
+    return next((n.get_role_name() for n in nodes(node)
+                 if n.get_role_name() in NAMED_ROLES and not n.get_name()), None)
 
 
 def press(node):
@@ -99,6 +83,20 @@ def press(node):
 
 def showing(node):
     return node.get_state_set().contains(Atspi.StateType.SHOWING)
+
+
+def centre(node):
+    """The middle of the node on the screen, as xdotool takes it."""
+    box = node.get_extents(Atspi.CoordType.SCREEN)
+    return str(box.x + box.width // 2), str(box.y + box.height // 2)
+
+
+def executable(pid):
+    """The program a process runs; "" once it is gone."""
+    try:
+        return os.readlink(f"/proc/{pid}/exe")
+    except OSError:
+        return ""
 
 
 class DesktopSession:
@@ -117,9 +115,7 @@ class DesktopSession:
         # A test stopped by its time-out, or by an exception, leaves nothing running.
         signal.signal(signal.SIGTERM, lambda *_: self.fail("stopped"))
         atexit.register(self.stop)
-        xvfb = self._spawn(["Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24",
-                            "-nolisten", "tcp"], stdout=subprocess.PIPE)
-        os.environ["DISPLAY"] = ":" + xvfb.stdout.readline().decode().strip()
+        self.display()
         # The bus, and the AT-SPI services it starts, on the display: they synthesise keys there.
         # No StatusNotifierWatcher on it: Qt docks the tray icon through XEmbed.
         bus = self._spawn(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
@@ -139,6 +135,13 @@ class DesktopSession:
         self.heard = []
         self.listener = Atspi.EventListener.new(lambda event: self.heard.append(event.source))
         self.listener.register("focus:")
+
+    def display(self):
+        """A display of its own (the number left free may be another session's): its name."""
+        xvfb = self._spawn(["Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24",
+                            "-nolisten", "tcp"], stdout=subprocess.PIPE)
+        os.environ["DISPLAY"] = ":" + xvfb.stdout.readline().decode().strip()
+        return os.environ["DISPLAY"]
 
     def _spawn(self, command, log=None, **options):
         """Starts a child; with `log`, its output goes to <root>/<log>.log, shown on failure."""
@@ -166,33 +169,19 @@ class DesktopSession:
             self.fail("the server did not listen")
 
     def _listening(self):
-        try:
-            socket.create_connection(("127.0.0.1", self.port), timeout=1).close()
-            return True
-        except OSError:
-            return False
+        with socket.socket() as probe:
+            return probe.connect_ex(("127.0.0.1", self.port)) == 0
 
     def request(self, body):
         """Sends one request to the server, as the front end does without awaiting it."""
-        self._exchange(body.encode(), False)
-
-    def ask(self, request_id):
-        """An awaited request by its id alone, as the front end sends it: the reply, parsed."""
-        return json.loads(self._exchange(f'{{\n    "id": "{request_id}"\n}}'.encode(), True))
-
-    def _exchange(self, body, awaited):
-        # A request not awaited is followed by one that is, whose reply tells that both were
-        # read: the server serves a connection only once it has found the process holding it.
-        frames = struct.pack(">H", len(body)) + body
-        if not awaited:
-            confirm = b'{"id": "get-user-prefs"}'
-            frames += struct.pack(">H", len(confirm)) + confirm
+        # An awaited request follows, whose reply tells that both were read: the server serves a
+        # connection only once it has found the process holding it.
+        frames = b"".join(struct.pack(">H", len(b)) + b
+                          for b in (body.encode(), b'{"id": "get-user-prefs"}'))
         with socket.create_connection(("127.0.0.1", self.port)) as connection:
             connection.sendall(frames)
             reader = connection.makefile("rb")
-            size = struct.unpack(">I", reader.read(4))[0]
-            data = reader.read(size)
-        return data
+            reader.read(struct.unpack(">I", reader.read(4))[0])
 
     # Pomvar installed.
 
@@ -238,13 +227,11 @@ class DesktopSession:
         """The programs listening on the runtime port."""
         pids = subprocess.run(["lsof", "-t", f"-iTCP:{RUNTIME_PORT}", "-sTCP:LISTEN"],
                               capture_output=True, text=True).stdout.split()
-        programs = []
-        for pid in pids:
-            try:
-                programs.append(os.readlink(f"/proc/{pid}/exe"))
-            except OSError:
-                pass
-        return programs
+        return [program for program in map(executable, pids) if program]
+
+    def programs(self):
+        """The pids of the programs running from the prefix (those started by others too)."""
+        return [int(p) for p in os.listdir("/proc") if executable(p).startswith(self.prefix + "/")]
 
     def front_end_pid(self):
         try:
@@ -259,24 +246,25 @@ class DesktopSession:
         return done.stdout.split() if done.returncode == 0 else []
 
     def _windows(self):
-        """The viewable X windows of the front end: (id, x, y, width, height)."""
+        """The viewable X windows of the front end: (id, width, height)."""
         found = []
         for window in self._xdotool("search", "--onlyvisible", "--pid", str(self.pomvar.pid)):
-            info = subprocess.run(["xwininfo", "-id", window], capture_output=True,
-                                  text=True).stdout
-            values = {line.split(":")[0].strip(): line.split(":")[1].strip()
-                      for line in info.splitlines() if ":" in line}
-            if values.get("Map State") == "IsViewable":
-                found.append((window, *(int(values[key]) for key in (
-                    "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))))
+            shape = dict(word.split("=") for word in
+                         self._xdotool("getwindowgeometry", "--shell", window))
+            if shape:  # else gone meanwhile
+                found.append((window, int(shape["WIDTH"]), int(shape["HEIGHT"])))
         return found
 
-    def open_panel(self):
-        """Clicks the tray icon (the front end's small embedded window); the panel's node once
-        it is shown and its menu has the focus. A panel still open (Escape closes it) fails."""
-        icon = waited(lambda: next((w for w in self._windows() if max(w[3:]) <= 64), None), 30)
+    def click_icon(self):
+        """Clicks the tray icon, the front end's small embedded window."""
+        icon = waited(lambda: next((w for w in self._windows() if max(w[1:]) <= 64), None), 30)
         if not icon:
             self.fail("the tray icon did not appear")
+        self._xdotool("mousemove", "--window", icon[0], "8", "8", "click", "1")
+
+    def open_panel(self):
+        """Clicks the tray icon; the panel's node once it is shown and its menu has the focus.
+        A panel still open (Escape closes it) fails."""
         if not waited(lambda: not self._panel_shown(), 5):
             self.fail("the panel is still open")
         # The icon shows before the front end's accessibility bridge is on the bus: the panel's
@@ -284,13 +272,13 @@ class DesktopSession:
         if not waited(lambda: self._application("pomvar"), 30):
             self.fail("the front end is not on the accessibility bus")
         heard = len(self.heard)
-        self._xdotool("mousemove", "--window", icon[0], "8", "8", "click", "1")
+        self.click_icon()
         if not waited(self._panel_shown, 30):
             self.fail("the panel did not open")
         return waited(lambda: self._panel(heard), 30) or self.fail("the panel's menu has no focus")
 
     def _panel_shown(self):
-        return any(window[3:] == PANEL_SIZE for window in self._windows())
+        return any(window[1:] == PANEL_SIZE for window in self._windows())
 
     def _panel(self, since=0):
         """The root of the panel that had the focus last, found from what took it."""
@@ -309,22 +297,21 @@ class DesktopSession:
     def panel(self):
         return self._panel() or self.fail("no panel is shown")
 
+    def _menu(self):
+        return next(t for t in find_all(self.panel(), "tree") if showing(t))
+
     def rows(self):
         """The rows of the panel's shown menu, top to bottom: (name, expanded) each."""
-        tree = next(t for t in find_all(self.panel(), "tree") if showing(t))
-        cells = find_all(tree, "table cell")
         return [(cell.get_name(), cell.get_state_set().contains(Atspi.StateType.EXPANDED))
-                for cell in cells]
+                for cell in find_all(self._menu(), "table cell")]
 
     def row(self, name):
-        tree = next(t for t in find_all(self.panel(), "tree") if showing(t))
-        return find(tree, "table cell", name) or self.fail(f"no row {name!r} in {self.rows()}")
+        return (find(self._menu(), "table cell", name)
+                or self.fail(f"no row {name!r} in {self.rows()}"))
 
     def click(self, node, button=1):
         """A click on the middle of a node on the screen, as the pointer gives it."""
-        box = node.get_extents(Atspi.CoordType.SCREEN)
-        self._xdotool("mousemove", str(box.x + box.width // 2), str(box.y + box.height // 2),
-                      "click", str(button))
+        self._xdotool("mousemove", *centre(node), "click", str(button))
 
     def choose(self, *entries):
         """Chooses in the menu just opened by keys, as a keyboard user does: Down until the entry
@@ -338,10 +325,6 @@ class DesktopSession:
             else:
                 self.fail(f"no menu entry {entry!r}")
             self.keys("Return" if n == len(entries) - 1 else "Right")
-
-    def focused(self, name, seconds=10):
-        """Whether a control of that name took the focus, within the time."""
-        return waited(lambda: any(node.get_name() == name for node in self.heard), seconds)
 
     def focus(self, title):
         """Focuses the shown window of that title, as a click on its frame would."""
@@ -368,18 +351,14 @@ class DesktopSession:
 
     @staticmethod
     def _application(program):
-        desktop = Atspi.get_desktop(0)
-        apps = (desktop.get_child_at_index(i) for i in range(desktop.get_child_count()))
-        return next((app for app in apps if app and app.get_name() == program), None)
+        return next((app for app in children(Atspi.get_desktop(0))
+                     if app and app.get_name() == program), None)
 
     def window(self, name, program="pomvarsrv", seconds=20):
         """The program's top-level window of that name, once it is on the AT-SPI bus."""
         def shown():
-            app = self._application(program)
-            count = app.get_child_count() if app else 0
-            windows = (app.get_child_at_index(i) for i in range(count))
-            return next((window for window in windows if window and window.get_name() == name),
-                        None)
+            return next((window for window in children(self._application(program))
+                         if window and window.get_name() == name), None)
         return waited(shown, seconds) or self.fail(f"no {program} window named {name!r}")
 
     def found(self, node, role, name):
@@ -415,11 +394,10 @@ class DesktopSession:
 
     def stop(self):
         # Whatever runs from the prefix (the programs started by others too), then our children.
-        for pid in filter(str.isdigit, os.listdir("/proc")):
+        for pid in self.programs():
             try:
-                if os.readlink(f"/proc/{pid}/exe").startswith(self.prefix + "/"):
-                    os.kill(int(pid), signal.SIGKILL)
-            except OSError:
+                os.kill(pid, signal.SIGKILL)
+            except OSError:  # ended meanwhile
                 pass
         for child in self.children:
             child.kill()

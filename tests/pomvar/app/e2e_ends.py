@@ -16,20 +16,11 @@ tools = f"{session.root}/tools"
 os.makedirs(tools)
 
 
-def programs():
-    """The pids of the programs running from the prefix."""
-    def exe(pid):
-        try:
-            return os.readlink(f"/proc/{pid}/exe")
-        except OSError:
-            return ""
-    return [int(p) for p in os.listdir("/proc") if exe(p).startswith(session.prefix + "/")]
-
-
 def stop_programs():
-    for pid in programs():
+    for pid in session.programs():
         os.kill(pid, signal.SIGKILL)
-    waited(lambda: not programs() and not session.listeners(), 30) or session.fail("not stopped")
+    if not waited(lambda: not session.programs() and not session.listeners(), 30):
+        session.fail("not stopped")
 
 
 def signalled(sig, watched=False):
@@ -45,8 +36,7 @@ def fatal_stop():
     front_end = start()
     with open(settings, "w") as f:
         f.write("[General]\nLastMenu=9\n")
-    icon = waited(lambda: next((w for w in session._windows() if max(w[3:]) <= 64), None), 30)
-    session._xdotool("mousemove", "--window", icon[0], "8", "8", "click", "1")
+    session.click_icon()
     return front_end
 
 
@@ -111,23 +101,20 @@ def update():
     session.request('{\n    "id": "check-updates"\n}')
     press(session.found(session.window("Pomvar Updates"), "push button", "Restart Pomvar"))
     new = waited(lambda: front_end.poll() is not None and session.front_end_pid(), 60)
-    waited(lambda: new in programs() and session.listeners(), 30) or session.fail("no restart")
+    if not waited(lambda: new in session.programs() and session.listeners(), 30):
+        session.fail("no restart")
     os.kill(new, signal.SIGTERM)
-    waited(lambda: new not in programs(), 30)
+    waited(lambda: new not in session.programs(), 30)
     session.install(tree)
     return front_end
 
 
 def display_lost():
     front_end = start()
-    xvfb = session.children[-1]
+    xvfb = session.children.pop()  # the first started
     xvfb.kill()
     xvfb.wait()
-    # A display of its own again: the number left free may already be another session's.
-    xvfb = subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24",
-                             "-nolisten", "tcp"], stdout=subprocess.PIPE)
-    session.children[-1] = xvfb
-    os.environ["DISPLAY"] = session.env["DISPLAY"] = ":" + xvfb.stdout.readline().decode().strip()
+    session.env["DISPLAY"] = session.display()
     session.children.remove(session.trayer)
     session.trayer = None
     return front_end

@@ -9,7 +9,7 @@
 import json, os, sys
 
 sys.path.insert(0, os.path.join(os.path.dirname(__file__), "..", "..", "support"))
-from desktop_session import Atspi, DesktopSession, find_all, showing, waited  # noqa: E402
+from desktop_session import Atspi, DesktopSession, centre, find_all, showing, waited  # noqa: E402
 
 session = DesktopSession(
     entries={"alpha": "Name=Alpha Editor\nExec=true", "beta": "Name=Beta Viewer\nExec=true"},
@@ -20,11 +20,6 @@ session.start()
 panel = session.open_panel()
 # The selectors are check boxes to a screen reader.
 selectors = {box.get_name(): box for box in find_all(panel, "check box")}
-
-
-def centre(node):
-    box = node.get_extents(Atspi.CoordType.SCREEN)
-    return str(box.x + box.width // 2), str(box.y + box.height // 2)
 
 
 session.click(selectors["All Apps"])

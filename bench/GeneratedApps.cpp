@@ -51,8 +51,15 @@ QProcessEnvironment benchEnvironment(const TestDesktop& desktop, std::uint16_t p
 void useInThisProcess(const TestDesktop& desktop)
 {
     const QProcessEnvironment env = benchEnvironment(desktop, 0);
-    for (const char* name :
-         { "HOME", "XDG_CONFIG_HOME", "XDG_CACHE_HOME", "XDG_DATA_HOME", "XDG_DATA_DIRS", "PATH" })
+    // GSettings in memory: dconf would reach the user's own settings, and GIO ends a process
+    // with SIGTERM when the session bus it used goes, as the bench's private one does at exit.
+    for (const char* name : { "HOME",
+                              "XDG_CONFIG_HOME",
+                              "XDG_CACHE_HOME",
+                              "XDG_DATA_HOME",
+                              "XDG_DATA_DIRS",
+                              "PATH",
+                              "GSETTINGS_BACKEND" })
         qputenv(name, env.value(name).toUtf8());
 }
 

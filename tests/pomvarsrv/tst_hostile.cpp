@@ -361,9 +361,6 @@ private Q_SLOTS:
         const QString store = desktop.storePath(), elsewhere = desktop.root() + "/elsewhere.json";
         const QString folder = QFileInfo(store).path();
         const QByteArray pinned = R"({"version": 1, "pins": ["alpha.desktop"]})";
-        Json pins = Json::array();
-        for (int i = 0; i < 200000; ++i)
-            pins.push_back("app" + std::to_string(i % 100000) + ".desktop");
         QVERIFY(QDir().mkpath(folder));
         if (kind == "fifo")
             QVERIFY(::mkfifo(QFile::encodeName(store), 0600) == 0);
@@ -371,11 +368,14 @@ private Q_SLOTS:
             QVERIFY(TestDesktop::write(elsewhere, pinned) && QFile::link(elsewhere, store));
         else if (kind == "huge")
             QVERIFY(TestDesktop::write(store, pinned + QByteArray(17 << 20, ' ')));
-        else if (kind == "duplicates")
+        else if (kind == "duplicates") {
+            Json pins = Json::array();
+            for (int i = 0; i < 200000; ++i)
+                pins.push_back("app" + std::to_string(i % 100000) + ".desktop");
             QVERIFY(TestDesktop::write(
                 store,
                 QByteArray::fromStdString(Json{ { "version", 1 }, { "pins", pins } }.dump())));
-        else
+        } else
             QVERIFY(TestDesktop::write(store, R"({"version": 1})") &&
                     QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner));
         const auto writable = qScopeGuard([&] {

@@ -231,7 +231,8 @@ class DesktopSession:
 
     def programs(self):
         """The pids of the programs running from the prefix (those started by others too)."""
-        return [int(p) for p in os.listdir("/proc") if executable(p).startswith(self.prefix + "/")]
+        return [int(p) for p in os.listdir("/proc")
+                if p.isdigit() and executable(p).startswith(self.prefix + "/")]
 
     def front_end_pid(self):
         try:

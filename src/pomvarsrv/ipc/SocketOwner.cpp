@@ -115,9 +115,10 @@ std::optional<bool> SocketOwner::sharesNamespaces(pid_t pid)
     static const std::optional<std::pair<dev_t, ino_t>> ours[] = {
         namespaceOf("self", kNamespaces[0]), namespaceOf("self", kNamespaces[1])
     };
+    const std::string process = std::to_string(pid);
     bool shares = true;
     for (std::size_t kind = 0; kind < std::size(kNamespaces); ++kind) {
-        const auto theirs = namespaceOf(std::to_string(pid), kNamespaces[kind]);
+        const auto theirs = namespaceOf(process, kNamespaces[kind]);
         if (!theirs || !ours[kind])
             return std::nullopt;
         shares = shares && *theirs == *ours[kind];
